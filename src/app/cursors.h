@@ -1,0 +1,16 @@
+// The five tool cursors, made at start-up and set on every canvas area.
+#pragma once
+
+#include <X11/Intrinsic.h>
+
+struct Drawing;
+
+enum CursorIndex { CURSOR_CROSSHAIR, CURSOR_ERASER, CURSOR_TEXT, CURSOR_PENCIL, CURSOR_BUCKET, CURSOR_COUNT };
+
+void create_cursors();
+Cursor tool_cursor(int index);
+// Defines the cursor on the actual-size, magnified and small-view areas,
+// each only if realised.
+void set_cursor(Drawing* d, int index);
+// For the help client: busy shows `cursor`, not busy restores the tool's.
+void help_cursor_cb(Widget w, Boolean busy, Cursor cursor);

@@ -1,0 +1,374 @@
+// The registry of drawings and the window built around each one.
+//
+// Eight slots; a closed drawing keeps its record, shell and widgets in its
+// slot and they are reused by the next drawing that takes the slot.
+#include "app/draw.h"
+
+#include <Xm/Form.h>
+#include <Xm/MainW.h>
+#include <Xm/Protocols.h>
+#include <Xm/Separator.h>
+#include <Xm/Xm.h>
+#include <Xm/AtomMgr.h>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "app/app.h"
+#include "app/cursors.h"
+#include "app/menus.h"
+#include "app/message.h"
+#include "app/safe_format.h"
+#include "app/slot_choice.h"
+#include "app/status.h"
+#include "canvas/image_store.h"
+#include "canvas/views.h"
+#include "colour/color_list.h"
+#include "files/image_io.h"
+#include "files/new_close.h"
+#include "tools/palettes.h"
+#include "tools/tool_table.h"
+
+Registry& registry()
+{
+    static Registry r{};
+    return r;
+}
+
+bool drawing_is_open(const Drawing* d)
+{
+    return d && d->menuBar && XtIsManaged(d->menuBar);
+}
+
+Drawing* first_open_drawing()
+{
+    for (Drawing* d : registry().slots)
+        if (drawing_is_open(d))
+            return d;
+    return nullptr;
+}
+
+namespace {
+
+const char* last_component(const char* path)
+{
+    const char* slash = strrchr(path, '/');
+    return slash ? slash + 1 : path;
+}
+
+// Keeps the window tall enough for the palettes and the canvas frame.
+void shell_popup_cb(Widget, XtPointer clientData, XtPointer)
+{
+    Drawing* d = static_cast<Drawing*>(clientData);
+    if (!d->lineWidthBox || !d->frame)
+        return;
+    Position y = 0;
+    Dimension h = 0, frameH = 0;
+    XtVaGetValues(d->lineWidthBox, XmNy, &y, XmNheight, &h, nullptr);
+    XtVaGetValues(d->frame, XmNheight, &frameH, nullptr);
+    int minHeight = y + h + 50;
+    if (minHeight < 200)
+        minHeight = 200;
+    XtVaSetValues(d->shell, XmNminHeight, minHeight, nullptr);
+    (void)frameH;
+}
+
+void wm_delete_cb(Widget, XtPointer clientData, XtPointer)
+{
+    Drawing* d = static_cast<Drawing*>(clientData);
+    if (XtIsRealized(d->shell))
+        XMapRaised(XtDisplay(d->shell), XtWindow(d->shell));
+    request_close(d);
+}
+
+void colours_changed(XtPointer data)
+{
+    Drawing* d = static_cast<Drawing*>(data);
+    d->modified = 1;
+    if (d->bwDialog && XtIsManaged(d->bwDialog))
+        bw_view_update(d, 0, 0, d->width, d->height);
+}
+
+void install_protocols(Drawing* d)
+{
+    Atom protocols = XmInternAtom(app().display, (char*)"WM_PROTOCOLS", False);
+    Atom del = XmInternAtom(app().display, (char*)"WM_DELETE_WINDOW", False);
+    XmAddProtocols(d->shell, protocols, &del, 1);
+    XmAddProtocolCallback(d->shell, protocols, del, wm_delete_cb, d);
+}
+
+// Lays the form's children out: palettes in a column on the left, the
+// separator, the canvas frame filling the rest above the status area.
+void attach_children(Drawing* d, Widget form, Widget statusTop, Widget sep)
+{
+    Widget column[] = {d->toolsBox, d->lineWidthBox, d->patternsBox};
+    Widget above = nullptr;
+    Widget widest = nullptr;
+    Dimension widestW = 0;
+    for (Widget w : column) {
+        if (!w)
+            continue;
+        if (above)
+            XtVaSetValues(w, XmNtopAttachment, XmATTACH_WIDGET, XmNtopWidget, above, XmNtopOffset, 6,
+                          XmNleftAttachment, XmATTACH_FORM, XmNleftOffset, 4, nullptr);
+        else
+            XtVaSetValues(w, XmNtopAttachment, XmATTACH_FORM, XmNtopOffset, 4,
+                          XmNleftAttachment, XmATTACH_FORM, XmNleftOffset, 4, nullptr);
+        Dimension wd = 0;
+        XtVaGetValues(w, XmNwidth, &wd, nullptr);
+        if (!widest || wd > widestW) {
+            widest = w;
+            widestW = wd;
+        }
+        above = w;
+    }
+    XtVaSetValues(sep, XmNorientation, XmVERTICAL, XmNtopAttachment, XmATTACH_FORM,
+                  XmNleftAttachment, widest ? XmATTACH_WIDGET : XmATTACH_FORM, XmNleftWidget, widest,
+                  XmNleftOffset, 4, nullptr);
+    if (statusTop)
+        XtVaSetValues(sep, XmNbottomAttachment, XmATTACH_WIDGET, XmNbottomWidget, statusTop, nullptr);
+    else
+        XtVaSetValues(sep, XmNbottomAttachment, XmATTACH_FORM, nullptr);
+    if (d->frame) {
+        XtVaSetValues(d->frame, XmNtopAttachment, XmATTACH_FORM, XmNtopOffset, 4,
+                      XmNleftAttachment, XmATTACH_WIDGET, XmNleftWidget, sep, XmNleftOffset, 4,
+                      XmNrightAttachment, XmATTACH_FORM, XmNrightOffset, 4, nullptr);
+        if (statusTop)
+            XtVaSetValues(d->frame, XmNbottomAttachment, XmATTACH_WIDGET, XmNbottomWidget, statusTop,
+                          XmNbottomOffset, 4, nullptr);
+        else
+            XtVaSetValues(d->frame, XmNbottomAttachment, XmATTACH_FORM, XmNbottomOffset, 4, nullptr);
+    }
+    (void)form;
+}
+
+void build_window(Drawing* d)
+{
+    App& a = app();
+    const char* progName = last_component(a.res.programName ? a.res.programName : "pictrel");
+    d->shell = XtVaAppCreateShell(progName, "Pictrel", applicationShellWidgetClass, a.display,
+                                  XmNdeleteResponse, XmDO_NOTHING, XmNallowShellResize, True,
+                                  nullptr);
+    XtAddCallback(d->shell, XmNpopupCallback, shell_popup_cb, d);
+
+    d->mainWindow = XtVaCreateManagedWidget("Window", xmMainWindowWidgetClass, d->shell,
+                                            XmNuserData, d, nullptr);
+    d->menuBar = build_menu_bar(d->mainWindow, d);
+    Widget form = XtVaCreateWidget("drawForm", xmFormWidgetClass, d->mainWindow, nullptr);
+
+    d->toolsBox = create_tools_box(form, d);
+    d->lineWidthBox = create_line_width_box(form, d);
+    d->patternsBox = create_patterns_box(form, d);
+    d->frame = create_canvas(form, d);
+    Widget statusTop = create_status_area(form, d);
+    Widget sep = XtVaCreateManagedWidget("lineSep", xmSeparatorWidgetClass, form, nullptr);
+    attach_children(d, form, statusTop, sep);
+    XtManageChild(form);
+    XtVaSetValues(d->mainWindow, XmNworkWindow, form, nullptr);
+
+    create_small_view(d->shell, d);
+    install_protocols(d);
+}
+
+// Colour drawings have a colour list dialog; a slot first used by a bitmap
+// gets it when a colour drawing first takes the slot.
+void ensure_colour_list(Drawing* d)
+{
+    if (d->depth == 1)
+        return;
+    if (!d->colourList) {
+        ColorEntry* anchor = nullptr;
+        d->colourList = create_color_list_dialog(d->shell, d->foregroundGC, d->backgroundGC, &anchor,
+                                                 colours_changed, d);
+        d->colourDialogs[0] = d->colourList;
+    } else {
+        set_list_gcs(d->colourList, d->foregroundGC, d->backgroundGC);
+    }
+    if (!d->bwDialog)
+        create_bw_view(d->shell, d);
+}
+
+void show_bitmap_items(Drawing* d)
+{
+    Widget items[] = {menu_item(d, 7 /* SaveAsBW */), menu_item(d, 21 /* ShowBWView */)};
+    for (Widget w : items) {
+        if (!w)
+            continue;
+        if (d->depth == 1)
+            XtUnmanageChild(w);
+        else
+            XtManageChild(w);
+    }
+}
+
+// Undoes a create that failed half way: the slot looks as if the drawing
+// had never opened.
+void abandon_drawing(Drawing* d, int slot)
+{
+    if (ColorList* list = color_list_of_dialog(d->colourList))
+        free_all_colors(list);
+    XtUnmanageChild(d->menuBar);
+    XtPopdown(d->shell);
+    registry().openCount--;
+    registry().nextSlot = slot;
+}
+
+}  // namespace
+
+Drawing* create_drawing(const char* name, int width, int height, int depth, Pixmap source,
+                        int hotspotX, int hotspotY, const DrawingXpmInfo* xpm)
+{
+    Registry& r = registry();
+    if (r.openCount >= MAX_DRAWINGS || r.nextSlot < 0) {
+        show_message(app().topLevel, res().tooManyDrawingsString, 0, nullptr, nullptr);
+        return nullptr;
+    }
+    int slot = r.nextSlot;
+    SlotState states[MAX_DRAWINGS];
+    for (int i = 0; i < MAX_DRAWINGS; i++)
+        states[i] = !r.slots[i] ? SlotState::Empty
+                    : drawing_is_open(r.slots[i]) ? SlotState::Open : SlotState::Closed;
+    r.openCount++;
+    r.nextSlot = choose_next_slot(states, MAX_DRAWINGS, slot);
+
+    Drawing* d = r.slots[slot];
+    if (!d) {
+        d = new Drawing{};
+        d->colourTable = new Pixel[COLOUR_TABLE_SIZE]{};
+        r.slots[slot] = d;
+    }
+    d->name = name ? name : "";
+    d->width = static_cast<uint16_t>(width);
+    d->height = static_cast<uint16_t>(height);
+    d->depth = depth;
+    d->hotspotX = hotspotX;
+    d->hotspotY = hotspotY;
+    d->hasFile = source != None;
+    d->modified = 0;
+    d->closing = 0;
+    d->zoom = res().zoomLevel;
+
+    if (!d->xpmAttributes)
+        d->xpmAttributes = new_xpm_info();
+    if (xpm)
+        copy_xpm_info(d->xpmAttributes, xpm);
+
+    create_drawing_gcs(d);
+    if (!d->shell)
+        build_window(d);
+    ensure_colour_list(d);
+
+    reset_tool_state(d);
+    XtPopup(d->shell, XtGrabNone);
+    size_canvas(d);
+    show_bitmap_items(d);
+
+    if (d->depth != 1 && load_color_list(d->colourList, xpm) != 0) {
+        show_message(d->shell, res().allocColorErr, 0, nullptr, nullptr);
+        // Give the slot back as if the drawing had never opened.
+        abandon_drawing(d, slot);
+        return nullptr;
+    }
+    set_name(d, d->name.c_str());
+    if (create_image(d, source) != 0) {
+        show_message(d->shell, res().outOfMemoryString, 0, nullptr, nullptr);
+        abandon_drawing(d, slot);
+        return nullptr;
+    }
+    XtManageChild(d->menuBar);
+    update_status(d);
+    update_zoom_sensitivity(d);
+    if (d->currentTool >= 0 && d->currentTool < toolCount)
+        set_cursor(d, toolTable[d->currentTool].cursor);
+    return d;
+}
+
+Drawing* new_untitled_drawing(const char* name, int width, int height)
+{
+    if (registry().openCount >= MAX_DRAWINGS) {
+        show_message(app().topLevel, res().tooManyDrawingsString, 0, nullptr, nullptr);
+        return nullptr;
+    }
+    std::string made;
+    if (!name || !*name) {
+        made = format_int(res().untitledFormatString, registry().nextSlot, "Untitled");
+        name = made.c_str();
+    }
+    if (width <= 0)
+        width = res().drawAreaWidth;
+    if (height <= 0)
+        height = res().drawAreaHeight;
+    return create_drawing(name, width, height, res().depth, None, -1, -1, nullptr);
+}
+
+int open_file(const char* path)
+{
+    if (registry().openCount >= MAX_DRAWINGS) {
+        show_message(app().topLevel, res().tooManyDrawingsString, 0, nullptr, nullptr);
+        return OPEN_TOO_MANY;
+    }
+    int width = 0, height = 0, depth = 1, hx = -1, hy = -1;
+    Pixmap pixmap = None;
+    DrawingXpmInfo info;
+    init_xpm_info(&info);
+    int status = read_image_file(path, &width, &height, &depth, &pixmap, &hx, &hy, &info);
+    if (status == 0) {
+        Drawing* d = create_drawing(path, width, height, depth, pixmap, hx, hy, &info);
+        if (!d)
+            status = 1;
+        XFreePixmap(app().display, pixmap);
+    }
+    release_xpm_info(&info);
+    return status;
+}
+
+void set_name(Drawing* d, const char* name)
+{
+    const char* base = last_component(name);
+    XtVaSetValues(d->shell, XmNtitle, base, nullptr);
+    if (XtIsRealized(d->shell))
+        XtVaSetValues(d->shell, XmNiconName, base, nullptr);
+    if (d->name != name)
+        d->name = name;
+}
+
+Drawing* find_drawing_of_widget(Widget w)
+{
+    while (w && !XtIsApplicationShell(w))
+        w = XtParent(w);
+    if (!w)
+        return nullptr;
+    for (Drawing* d : registry().slots)
+        if (d && d->shell == w)
+            return d;
+    return nullptr;
+}
+
+void close_drawing(Drawing* d)
+{
+    Registry& r = registry();
+    for (int i = 0; i < MAX_DRAWINGS; i++)
+        if (r.slots[i] == d)
+            r.nextSlot = i;
+    if (!d->closing) {
+        XtUnmanageChild(d->menuBar);
+        XtPopdown(d->shell);
+        for (Widget w : d->colourDialogs)
+            if (w)
+                XtUnmanageChild(w);
+        if (d->smallViewDialog)
+            XtUnmanageChild(d->smallViewDialog);
+        if (d->bwDialog)
+            XtUnmanageChild(d->bwDialog);
+        // The cells go back to the colormap for the drawings still to come.
+        if (ColorList* list = color_list_of_dialog(d->colourList))
+            free_all_colors(list);
+    }
+    r.openCount--;
+}
+
+void after_close(Drawing* d)
+{
+    if (registry().openCount == 0 && !(d && d->closing))
+        exit(0);
+}

@@ -1,0 +1,225 @@
+// Start-up: toolkit, visual check, application resources and their range
+// checks, shared GCs, converters, pictures, cursors, then the drawings.
+#include "app/startup.h"
+
+#include <Xm/Xm.h>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "app/app.h"
+#include "app/cursors.h"
+#include "app/draw.h"
+#include "app/message.h"
+#include "colour/converters.h"
+#include "files/open_save.h"
+
+namespace {
+
+XrmOptionDescRec options[] = {
+    {(char*)"-width", (char*)"*drawAreaWidth", XrmoptionSepArg, nullptr},
+    {(char*)"-height", (char*)"*drawAreaHeight", XrmoptionSepArg, nullptr},
+    {(char*)"-zoomLevel", (char*)"*zoomLevel", XrmoptionSepArg, nullptr},
+    {(char*)"-debug", (char*)"*debug", XrmoptionSepArg, nullptr},
+    {(char*)"-xpmType", (char*)"*xpmType", XrmoptionSepArg, nullptr},
+};
+
+#define RES_OFFSET(field) XtOffsetOf(AppResources, field)
+#define STR_RES(name, cls, field, def) \
+    {(char*)name, (char*)cls, XtRString, sizeof(String), RES_OFFSET(field), XtRString, (XtPointer)def}
+#define INT_RES(name, cls, field, def) \
+    {(char*)name, (char*)cls, XtRInt, sizeof(int), RES_OFFSET(field), XtRImmediate, (XtPointer)def}
+
+const char* const defaultPixmapPath =
+    "/usr/lib/X11/%L/orv/Pictrel/%T/%N%S:/usr/lib/X11/%l/orv/Pictrel/%T/%N%S:"
+    "/usr/lib/X11/orv/Pictrel/%T/%N%S:/usr/lib/X11/%L/orv/%T/%N%S:/usr/lib/X11/%l/orv/%T/%N%S:"
+    "/usr/lib/X11/orv/%T/%N%S:/usr/lib/X11/%L/%T/%N%S:/usr/lib/X11/%l/%T/%N%S:"
+    "/usr/lib/X11/%T/%N%S:/usr/include/X11/%T/%N%S:/usr/include/X11/bitmaps/%N%S:"
+    "%N%S/usr/lib/X11/orv/%L/%T/%N:/usr/lib/X11/orv/%l/%T/%N:/usr/lib/X11/orv/%T/%N";
+
+// The first thirty resources; the four pictures come later, once the
+// converters that read them are installed.
+XtResource resources[] = {
+    {(char*)"foreground", (char*)"Foreground", XtRPixel, sizeof(Pixel), RES_OFFSET(foreground),
+     XtRString, (XtPointer) "XtDefaultForeground"},
+    {(char*)"background", (char*)"Background", XtRPixel, sizeof(Pixel), RES_OFFSET(background),
+     XtRString, (XtPointer) "XtDefaultBackground"},
+    INT_RES("drawAreaWidth", "DrawAreaWidth", drawAreaWidth, 64),
+    INT_RES("drawAreaHeight", "DrawAreaHeight", drawAreaHeight, 64),
+    INT_RES("smallViewWidth", "SmallViewWidth", smallViewWidth, 64),
+    INT_RES("smallViewHeight", "SmallViewHeight", smallViewHeight, 64),
+    STR_RES("untitledFormatString", "UntitledFormatString", untitledFormatString, "Untitled"),
+    INT_RES("zoomLevel", "ZoomLevel", zoomLevel, 3),
+    {(char*)"movingSelection", (char*)"MovingSelection", XtRBoolean, sizeof(Boolean),
+     RES_OFFSET(movingSelection), XtRImmediate, (XtPointer)False},
+    INT_RES("debug", "Debug", debug, 0),
+    STR_RES("xpmType", "XpmType", xpmType, ""),
+    STR_RES("helpBook", "HelpBook", helpBook, "pictrel"),
+    STR_RES("widthHeightString", "WidthHeightString", widthHeightString, "Width - %d, Height - %d"),
+    STR_RES("tooManyDrawingsString", "TooManyDrawingsString", tooManyDrawingsString, "Too many drawings"),
+    STR_RES("tooLargeWidthString", "TooLargeWidthString", tooLargeWidthString, "Width too big, Max = %d"),
+    STR_RES("tooLargeHeightString", "TooLargeHeightString", tooLargeHeightString, "Height too big, Max = %d"),
+    STR_RES("tooLargeBothString", "TooLargeBothString", tooLargeBothString,
+            "Height and Width too big. \n Max Width = %d\n Max Height = %d "),
+    STR_RES("openErrorString", "OpenErrorString", openErrorString, "Counldn't open file %s"),
+    STR_RES("wrongVisualString", "WrongVisualString", wrongVisualString, "Pictrel only works under Psuedo Color"),
+    STR_RES("overwriteString", "OverwriteWtring", overwriteString, "Overwrite %s?"),
+    STR_RES("cantForkString", "CantForkString", cantForkString, "Can't fork help!!!"),
+    STR_RES("cantExecString", "CantExecString", cantExecString, "Couldn't exec %d\n"),
+    STR_RES("openFileErrorString", "OpenFileErrorString", openFileErrorString, "Can't open the file %s."),
+    STR_RES("invalidFileString", "InvalidFileString", invalidFileString, "Invalid file %s."),
+    STR_RES("outOfMemoryString", "OutOfMemoryString", outOfMemoryString, "Out of memory."),
+    STR_RES("parseColorErr", "ParseColorErr", parseColorErr, "Invalid color name in file %s"),
+    STR_RES("allocColorErr", "AllocColorErr", allocColorErr, "Unable to allocate color."),
+    STR_RES("unknownErr", "UnknownErr", unknownErr, "Unknown Error."),
+    STR_RES("cantLoadFontString", "CantLoadFontString", cantLoadFontString, "Sorry, unable to load font."),
+    STR_RES("pixmapPath", "PixmapPath", pixmapPath, defaultPixmapPath),
+};
+
+#define PIX_RES(name, cls, field) \
+    {(char*)name, (char*)cls, XmRPrimForegroundPixmap, sizeof(Pixmap), RES_OFFSET(field), \
+     XtRImmediate, (XtPointer)XmUNSPECIFIED_PIXMAP}
+
+XtResource pixmapResources[] = {
+    PIX_RES("rectfilled_labelPixmap", "Rectfilled_labelPixmap", rectfilled_labelPixmap),
+    PIX_RES("rectfilled_selectPixmap", "Rectfilled_selectPixmap", rectfilled_selectPixmap),
+    PIX_RES("ovalfilled_labelPixmap", "Ovalfilled_labelPixmap", ovalfilled_labelPixmap),
+    PIX_RES("ovalfilled_selectPixmap", "Ovalfilled_selectPixmap", ovalfilled_selectPixmap),
+};
+
+// A value outside 0 < value < limit is replaced by the limit itself, after a
+// line on stderr; the replacement is one step above the accepted range.
+void range_check(int* value, int limit, const char* name)
+{
+    if (*value <= 0 || *value >= limit) {
+        fprintf(stderr, "%s out of range\n", name);
+        *value = limit;
+    }
+}
+
+void create_shared_gcs()
+{
+    App& a = app();
+    XGCValues v{};
+    v.function = GXcopy;
+    a.gcs[GC_COPY] = XCreateGC(a.display, a.root, GCFunction, &v);
+    v.plane_mask = AllPlanes;
+    v.foreground = a.blackPixel;
+    v.background = a.whitePixel;
+    a.gcs[GC_PLANE] = XCreateGC(a.display, a.root, GCFunction | GCPlaneMask | GCForeground | GCBackground, &v);
+    v.foreground = v.background = a.whitePixel;
+    a.gcs[GC_WHITE] = XCreateGC(a.display, a.root, GCFunction | GCForeground | GCBackground, &v);
+    v.foreground = a.blackPixel;
+    v.background = a.whitePixel;
+    a.gcs[GC_BLACK] = XCreateGC(a.display, a.root, GCFunction | GCForeground | GCBackground, &v);
+    v.foreground = a.whitePixel;
+    v.background = a.blackPixel;
+    a.gcs[GC_INVERSE] = XCreateGC(a.display, a.root, GCFunction | GCForeground | GCBackground, &v);
+
+    Pixmap bits = XCreatePixmap(a.display, a.root, 3, 3, 1);
+    a.gcs[GC_BIT_COPY] = XCreateGC(a.display, bits, GCFunction, &v);
+    v.plane_mask = AllPlanes;
+    v.foreground = 1;
+    v.background = 0;
+    a.gcs[GC_BIT_PLANE] = XCreateGC(a.display, bits, GCFunction | GCPlaneMask | GCForeground | GCBackground, &v);
+    v.foreground = 0;
+    v.background = 0;
+    a.gcs[GC_BIT_CLEAR] = XCreateGC(a.display, bits, GCFunction | GCForeground | GCBackground, &v);
+    v.foreground = 1;
+    v.background = 0;
+    a.gcs[GC_BIT_SET] = XCreateGC(a.display, bits, GCFunction | GCForeground | GCBackground, &v);
+    v.foreground = 0;
+    v.background = 1;
+    a.gcs[GC_BIT_INVERSE] = XCreateGC(a.display, bits, GCFunction | GCForeground | GCBackground, &v);
+    XFreePixmap(a.display, bits);
+}
+
+void wrong_visual_ok_cb(Widget, XtPointer, XtPointer)
+{
+    exit(0);
+}
+
+}  // namespace
+
+int startup(int* argc, char** argv)
+{
+    XtSetLanguageProc(nullptr, nullptr, nullptr);
+    App& a = app();
+    a.topLevel = XtAppInitialize(&a.context, "Pictrel", options, XtNumber(options), argc, argv,
+                                 nullptr, nullptr, 0);
+    a.display = XtDisplay(a.topLevel);
+    a.screen = DefaultScreen(a.display);
+    a.root = RootWindow(a.display, a.screen);
+    a.visual = DefaultVisual(a.display, a.screen);
+    a.colormap = DefaultColormap(a.display, a.screen);
+    a.screenDepth = DefaultDepth(a.display, a.screen);
+    a.blackPixel = BlackPixel(a.display, a.screen);
+    a.whitePixel = WhitePixel(a.display, a.screen);
+
+    // The top-level widget only parents dialogs that have no drawing; it is
+    // realised unmapped so that they have a window to be transient for.
+    XtSetMappedWhenManaged(a.topLevel, False);
+    XtVaSetValues(a.topLevel, XmNwidth, 1, XmNheight, 1, nullptr);
+    XtRealizeWidget(a.topLevel);
+
+    if (a.visual->c_class != PseudoColor) {
+        // The message resources have not been fetched yet: use the built-in text.
+        const char* text = a.res.wrongVisualString ? a.res.wrongVisualString
+                                                   : "Pictrel only works under Psuedo Color";
+        fprintf(stderr, "%s\n\n", text);
+        show_message(a.topLevel, text, 0, wrong_visual_ok_cb, nullptr);
+        return 1;
+    }
+
+    XtGetApplicationResources(a.topLevel, &a.res, resources, XtNumber(resources), nullptr, 0);
+    range_check(&a.res.drawAreaWidth, 512, "drawAreaWidth");
+    range_check(&a.res.drawAreaHeight, 720, "drawAreaHeight");
+    range_check(&a.res.smallViewWidth, 512, "smallViewWidth");
+    range_check(&a.res.smallViewHeight, 720, "smallViewHeight");
+    range_check(&a.res.zoomLevel, 4, "zoomLevel");
+
+    int depth = 0;
+    XtVaGetValues(a.topLevel, XtNdepth, &depth, nullptr);
+    if (a.visual->map_entries < 256)
+        depth = 1;
+    if (depth < 8)
+        depth = 1;
+    a.res.depth = depth;
+
+    create_shared_gcs();
+    install_converters(a.res.pixmapPath);
+    XtGetApplicationResources(a.topLevel, &a.res, pixmapResources, XtNumber(pixmapResources), nullptr, 0);
+    create_cursors();
+
+    signal(SIGINT, SIG_IGN);
+    signal(SIGHUP, SIG_IGN);
+
+    a.res.programName = XtNewString(argv[0] ? argv[0] : "pictrel");
+    return 0;
+}
+
+void open_start_files(int argc, char** argv)
+{
+    for (int i = 1; i < argc && i <= MAX_DRAWINGS; i++) {
+        int status = open_file(argv[i]);
+        if (status != 0 && status != OPEN_TOO_MANY)
+            report_read_status(app().topLevel, status, argv[i]);
+    }
+    if (argc <= 1)
+        new_untitled_drawing(nullptr, 0, 0);
+    // Seven or more file arguments earn the warning, even when all seven open.
+    if (argc >= 8)
+        show_message(app().topLevel, res().tooManyDrawingsString, 0, nullptr, nullptr);
+    // Nothing could be opened: keep the user in the program with an empty drawing.
+    if (argc > 1 && registry().openCount == 0)
+        new_untitled_drawing(nullptr, 0, 0);
+}
+
+void run_pictrel(int argc, char** argv)
+{
+    if (startup(&argc, argv) == 0)
+        open_start_files(argc, argv);
+    XtAppMainLoop(app().context);
+    exit(0);
+}

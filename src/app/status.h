@@ -1,0 +1,16 @@
+// The status line at the bottom of a drawing window, and the version dialog.
+#pragma once
+
+#include <X11/Intrinsic.h>
+
+struct Drawing;
+
+extern const char* const PICTREL_VERSION_STRING;  // "5.1.1"
+
+// Builds "orvlogo", "status" and "separator" at the bottom of the form;
+// returns the widget the canvas frame should sit above.
+Widget create_status_area(Widget form, Drawing* d);
+void update_status(Drawing* d);
+// Help > version.
+void show_version();
+Widget version_dialog();   // null until first shown

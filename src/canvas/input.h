@@ -1,0 +1,15 @@
+// Pointer and key input on the canvas areas: scaling to image pixels,
+// choosing the GC per button, the Shift drag constraint, motion compression.
+#pragma once
+
+#include <X11/Intrinsic.h>
+
+struct Drawing;
+
+void canvas_input_cb(Widget w, XtPointer clientData, XtPointer callData);
+void canvas_motion_eh(Widget w, XtPointer clientData, XEvent* event, Boolean* cont);
+void canvas_key_eh(Widget w, XtPointer clientData, XEvent* event, Boolean* cont);
+
+// Returns the GC for a button (1 foreground, 2 pattern, 3 background) and
+// stores it as the drawing's chosen GC, with the drawing's line width.
+GC choose_gc(Drawing* d, unsigned button);

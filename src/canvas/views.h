@@ -1,0 +1,17 @@
+// The small (actual-size) view and the black-and-white view dialogs.
+#pragma once
+
+#include <X11/Intrinsic.h>
+
+struct Drawing;
+
+void create_small_view(Widget parent, Drawing* d);
+void create_bw_view(Widget parent, Drawing* d);
+// Called by the refresh operations for a changed rectangle.
+void small_view_update(Drawing* d, int x, int y, int width, int height);
+void bw_view_update(Drawing* d, int x, int y, int width, int height);
+int cmd_show_small_view(Drawing* d, XEvent* event, Boolean set);
+int cmd_show_bw_view(Drawing* d, XEvent* event, Boolean set);
+// Renders the whole image into the depth-1 black-and-white pixmap (made
+// when missing) and returns it.
+Pixmap render_bw_pixmap(Drawing* d);

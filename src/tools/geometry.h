@@ -1,0 +1,18 @@
+// Pure geometry of the painting tools: boxes, the Shift constraints and the
+// drag-constraint test. No X here.
+#pragma once
+
+struct Point { int x, y; };
+struct Box { int x, y, width, height; };
+
+// Bounding box of two points, both ends inclusive.
+Box box_of(Point p, Point q);
+// The box grown by g on every side.
+Box grow_box(Box b, int g);
+// Line tool: snap P to vertical, horizontal or 45 degrees from S.
+Point constrain_line(Point s, Point p);
+// Rectangle/oval: square the box on its shorter leg.
+Point constrain_square(Point s, Point p);
+// Drag constraint from a Shift-press at (x0, y0) and a motion at (x, y):
+// 2 vertical, 1 horizontal, 0 undecided (keep polling). Window pixels.
+int drag_constraint(int x0, int y0, int x, int y);

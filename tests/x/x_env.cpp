@@ -1,0 +1,113 @@
+// The in-process test harness: starts the toolkit once and offers helpers
+// to pump events, make drawings and read pixels back.
+#include "x_env.h"
+
+#include <X11/extensions/XTest.h>
+#include <cstdlib>
+#include <memory>
+
+#include "app/startup.h"
+
+namespace {
+
+class XEnvironment : public ::testing::Environment {
+public:
+    void SetUp() override
+    {
+        if (!getenv("DISPLAY"))
+            GTEST_SKIP() << "no DISPLAY";
+        // Point the toolkit at the resources of the source tree, as scripts do.
+        setenv("XFILESEARCHPATH", PICTREL_RESOURCE_DIR "/%N", 0);
+        static char arg0[] = "pictrel";
+        static char* argv[] = {arg0, nullptr};
+        int argc = 1;
+        int status = startup(&argc, argv);
+        ASSERT_EQ(status, 0) << "start-up failed (is the display 8-bit PseudoColor?)";
+    }
+};
+
+}  // namespace
+
+void pump(int rounds)
+{
+    Display* dpy = app().display;
+    for (int r = 0; r < rounds; r++) {
+        XSync(dpy, False);
+        while (XtAppPending(app().context))
+            XtAppProcessEvent(app().context, XtIMAll);
+    }
+}
+
+Drawing* make_drawing(int width, int height)
+{
+    Drawing* d = new_untitled_drawing(nullptr, width, height);
+    pump();
+    return d;
+}
+
+static unsigned long drawable_pixel(Drawable dr, int x, int y)
+{
+    XImage* im = XGetImage(app().display, dr, x, y, 1, 1, AllPlanes, ZPixmap);
+    if (!im)
+        return ~0UL;
+    unsigned long p = XGetPixel(im, 0, 0);
+    XDestroyImage(im);
+    return p;
+}
+
+unsigned long image_pixel(Drawing* d, int x, int y) { return drawable_pixel(d->image, x, y); }
+unsigned long window_pixel(Window w, int x, int y) { return drawable_pixel(w, x, y); }
+
+void send_button(Window w, int type, unsigned button, int wx, int wy, unsigned state)
+{
+    XEvent ev{};
+    ev.xbutton.type = type;
+    ev.xbutton.display = app().display;
+    ev.xbutton.window = w;
+    ev.xbutton.root = app().root;
+    ev.xbutton.x = wx;
+    ev.xbutton.y = wy;
+    ev.xbutton.button = button;
+    ev.xbutton.state = state;
+    ev.xbutton.same_screen = True;
+    ev.xbutton.time = CurrentTime;
+    XSendEvent(app().display, w, True, type == ButtonPress ? ButtonPressMask : ButtonReleaseMask, &ev);
+    pump();
+}
+
+void send_motion(Window w, int wx, int wy, unsigned state)
+{
+    XEvent ev{};
+    ev.xmotion.type = MotionNotify;
+    ev.xmotion.display = app().display;
+    ev.xmotion.window = w;
+    ev.xmotion.root = app().root;
+    ev.xmotion.x = wx;
+    ev.xmotion.y = wy;
+    ev.xmotion.state = state;
+    ev.xmotion.same_screen = True;
+    XSendEvent(app().display, w, True, ButtonMotionMask | PointerMotionMask, &ev);
+    pump();
+}
+
+void xtest_move(Window w, int wx, int wy)
+{
+    Window child;
+    int rx, ry;
+    XTranslateCoordinates(app().display, w, app().root, wx, wy, &rx, &ry, &child);
+    XTestFakeMotionEvent(app().display, app().screen, rx, ry, CurrentTime);
+    pump();
+}
+
+void xtest_button(unsigned button, bool press)
+{
+    XTestFakeButtonEvent(app().display, button, press ? True : False, CurrentTime);
+    pump();
+}
+
+int main(int argc, char** argv)
+{
+    ::testing::InitGoogleTest(&argc, argv);
+    ::testing::AddGlobalTestEnvironment(new XEnvironment);
+    return RUN_ALL_TESTS();
+}

@@ -1,0 +1,31 @@
+// Shared harness of the in-process tests: the toolkit is started once per
+// process against DISPLAY, exactly as the program starts it.
+#pragma once
+
+// gtest first: Xlib's macros (None, Bool, Status) break its headers.
+#include <gtest/gtest.h>
+
+#include <X11/Intrinsic.h>
+#include <X11/Xlib.h>
+
+#include "app/app.h"
+#include "app/draw.h"
+
+// Runs the Xt event loop until nothing is pending (after an XSync).
+void pump(int rounds = 3);
+
+// A new untitled drawing of the given size (0 takes the default).
+Drawing* make_drawing(int width = 0, int height = 0);
+
+// The image pixel at (x, y), read back from the server with XGetImage.
+unsigned long image_pixel(Drawing* d, int x, int y);
+unsigned long window_pixel(Window w, int x, int y);
+
+// Sends a synthetic button press/release or motion to the window at window
+// coordinates (wx, wy) and pumps the event loop.
+void send_button(Window w, int type, unsigned button, int wx, int wy, unsigned state = 0);
+void send_motion(Window w, int wx, int wy, unsigned state);
+
+// Real input through XTest: moves the pointer to window coordinates.
+void xtest_move(Window w, int wx, int wy);
+void xtest_button(unsigned button, bool press);
