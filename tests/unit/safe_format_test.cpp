@@ -1,0 +1,26 @@
+// Formats from resources can be wrong; a mismatched conversion must never
+// reach printf with arguments it does not have.
+#include <gtest/gtest.h>
+
+#include "app/safe_format.h"
+
+TEST(SafeFormat, ConversionsAreRecognised)
+{
+    EXPECT_EQ(format_conversions("Width - %d, Height - %d"), "dd");
+    EXPECT_EQ(format_conversions("Can't open the file %s."), "s");
+    EXPECT_EQ(format_conversions("100%% sure"), "");
+    EXPECT_EQ(format_conversions("%-5.2ld and %n"), "d?");
+    EXPECT_EQ(format_conversions("trailing %"), "?");
+}
+
+TEST(SafeFormat, MatchingFormatsAreUsedAndWrongOnesFallBack)
+{
+    EXPECT_EQ(format_int("Untitled", 3, "Untitled"), "Untitled");
+    EXPECT_EQ(format_int("Untitled %d", 3, "Untitled"), "Untitled 3");
+    EXPECT_EQ(format_int("Untitled %s", 3, "Untitled %d"), "Untitled 3") << "a %s would read a bad pointer";
+    EXPECT_EQ(format_int2("Width - %d, Height - %d", 32, 16, "x"), "Width - 32, Height - 16");
+    EXPECT_EQ(format_int2("%s by %s", 32, 16, "%d x %d"), "32 x 16");
+    EXPECT_EQ(format_str("Can't open the file %s.", "a.xpm", "%s"), "Can't open the file a.xpm.");
+    EXPECT_EQ(format_str("Bad %d", "a.xpm", "Bad %s"), "Bad a.xpm");
+    EXPECT_EQ(format_str(nullptr, "a", "[%s]"), "[a]");
+}

@@ -1,0 +1,109 @@
+// The drawing registry: slot choice and reuse, the eight-drawing limit,
+// names and titles, and the zoom items' sensitivity.
+#include "x_env.h"
+
+#include <Xm/Xm.h>
+
+#include "app/commands.h"
+#include "app/menus.h"
+#include "app/message.h"
+
+namespace {
+
+std::string shell_title(Drawing* d)
+{
+    char* title = nullptr;
+    XtVaGetValues(d->shell, XmNtitle, &title, nullptr);
+    return title ? title : "";
+}
+
+std::string message_text(Widget dialog)
+{
+    XmString s = nullptr;
+    XtVaGetValues(dialog, XmNmessageString, &s, nullptr);
+    char* text = nullptr;
+    if (s && XmStringGetLtoR(s, XmFONTLIST_DEFAULT_TAG, &text) && text) {
+        std::string out = text;
+        XtFree(text);
+        XmStringFree(s);
+        return out;
+    }
+    if (s)
+        XmStringFree(s);
+    return "";
+}
+
+}  // namespace
+
+// Closing drawing 3 of 5 hands its record and shell to the next drawing.
+TEST(Registry, ClosedSlotIsReusedWithItsShell)
+{
+    Drawing* d[5];
+    for (auto& p : d)
+        ASSERT_NE(p = make_drawing(16, 16), nullptr);
+    EXPECT_EQ(registry().openCount, 5);
+    Widget shell3 = d[2]->shell;
+    close_drawing(d[2]);
+    pump();
+    EXPECT_EQ(registry().openCount, 4);
+    EXPECT_FALSE(drawing_is_open(d[2]));
+
+    Drawing* again = make_drawing(16, 16);
+    ASSERT_NE(again, nullptr);
+    EXPECT_EQ(again, d[2]) << "the record of slot 3 is reused";
+    EXPECT_EQ(again->shell, shell3) << "and so is its shell";
+    EXPECT_EQ(registry().slots[2], again);
+    EXPECT_EQ(again->name, "Untitled");
+    EXPECT_EQ(shell_title(again), "Untitled");
+    EXPECT_TRUE(drawing_is_open(again));
+    EXPECT_EQ(registry().nextSlot, 5) << "the next new drawing takes the first empty slot";
+}
+
+// A ninth drawing is refused with the message and nothing is created.
+TEST(Registry, NinthDrawingIsRefused)
+{
+    for (int i = 0; i < MAX_DRAWINGS; i++)
+        ASSERT_NE(make_drawing(8, 8), nullptr) << "drawing " << i;
+    EXPECT_EQ(make_drawing(8, 8), nullptr);
+    EXPECT_EQ(registry().openCount, MAX_DRAWINGS);
+    EXPECT_EQ(open_file("/nonexistent/file.xpm"), OPEN_TOO_MANY);
+    Widget dialog = message_dialog(0);
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_TRUE(XtIsManaged(dialog));
+    EXPECT_EQ(message_text(dialog), "Too many drawings");
+}
+
+// Titles show the last path component; sizes and defaults are taken.
+TEST(Registry, NamesSizesAndFinding)
+{
+    Drawing* d = make_drawing(0, 0);
+    ASSERT_NE(d, nullptr);
+    EXPECT_EQ(d->width, res().drawAreaWidth);
+    EXPECT_EQ(d->height, res().drawAreaHeight);
+    EXPECT_EQ(d->hotspotX, -1);
+    EXPECT_FALSE(d->modified);
+    set_name(d, "/a/b/pic.xpm");
+    EXPECT_EQ(d->name, "/a/b/pic.xpm");
+    EXPECT_EQ(shell_title(d), "pic.xpm");
+    EXPECT_EQ(find_drawing_of_widget(d->menuBar), d);
+    EXPECT_EQ(find_drawing_of_widget(menu_item(d, CMD_UNDO)), d) << "through the pulldown's shell";
+    EXPECT_EQ(find_drawing_of_widget(app().topLevel), nullptr);
+}
+
+// ZoomIn is insensitive at zoom 4, ZoomOut and ShowSmallView at zoom 0.
+TEST(Registry, ZoomItemsFollowTheZoom)
+{
+    Drawing* d = make_drawing(8, 8);
+    ASSERT_NE(d, nullptr);
+    d->zoom = 4;
+    update_zoom_sensitivity(d);
+    EXPECT_FALSE(XtIsSensitive(menu_item(d, CMD_ZOOM_IN)));
+    EXPECT_TRUE(XtIsSensitive(menu_item(d, CMD_ZOOM_OUT)));
+    d->zoom = 0;
+    update_zoom_sensitivity(d);
+    EXPECT_TRUE(XtIsSensitive(menu_item(d, CMD_ZOOM_IN)));
+    EXPECT_FALSE(XtIsSensitive(menu_item(d, CMD_ZOOM_OUT)));
+    EXPECT_FALSE(XtIsSensitive(menu_item(d, CMD_SHOW_SMALL_VIEW)));
+    EXPECT_EQ(run_command(d, 4, nullptr, False), -1) << "unused numbers dispatch nowhere";
+    EXPECT_EQ(run_command(d, CMD_FONTS, nullptr, False), 0) << "commands not built yet do nothing";
+}
