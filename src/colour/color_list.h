@@ -52,6 +52,7 @@ Pixel bw_mapping(const char* monoKey, Pixel defaultPixel);
 
 // The 18 symbolic colours for reading the program's own XPM pictures.
 XpmColorSymbol* symbolic_colors(Widget w, const Pixel* transparent, int* count);
+extern XpmColorSymbol symbolicColors[18];
 
 // Opens the colour list dialog of a drawing (View menu).
 struct Drawing;

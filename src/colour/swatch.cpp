@@ -1,0 +1,109 @@
+// Swatches: a drawn button shows a colour in its left four fifths and its
+// black-and-white mapping in the strip at its right, divided by an etched
+// line. One GC, shared by every list, draws them all.
+#include "colour/swatch.h"
+
+#include <Xm/DrawnB.h>
+#include <Xm/RowColumn.h>
+#include <Xm/Xm.h>
+
+#include "app/app.h"
+#include "colour/color_list.h"
+#include "colour/editor_hooks.h"
+
+namespace {
+
+// Swatches per column before the entry box grows another column, so that a
+// file with many colours widens the dialog instead of running off screen.
+constexpr unsigned long SWATCHES_PER_COLUMN = 16;
+
+GC swatchGC = nullptr;
+
+GC swatch_gc()
+{
+    if (!swatchGC)
+        swatchGC = XCreateGC(app().display, app().root, 0, nullptr);
+    return swatchGC;
+}
+
+void swatch_expose_cb(Widget w, XtPointer, XtPointer) noexcept
+{
+    XtPointer data = nullptr;
+    XtVaGetValues(w, XmNuserData, &data, nullptr);
+    auto* entry = static_cast<ColorEntry*>(data);
+    if (entry)
+        draw_swatch(w, entry->pixel, entry->mapsTo);
+}
+
+void swatch_activate_cb(Widget w, XtPointer clientData, XtPointer callData) noexcept
+{
+    auto* list = static_cast<ColorList*>(clientData);
+    auto* cb = static_cast<XmDrawnButtonCallbackStruct*>(callData);
+    XtPointer data = nullptr;
+    XtVaGetValues(w, XmNuserData, &data, nullptr);
+    auto* entry = static_cast<ColorEntry*>(data);
+    // The first click of a double click has already chosen the colour.
+    if (cb && cb->click_count == 2)
+        open_color_editor(list, entry);
+    else
+        choose_color_entry(list, entry);
+}
+
+}  // namespace
+
+void draw_swatch(Widget button, Pixel colour, Pixel mapping)
+{
+    if (!button || !XtIsRealized(button))
+        return;
+    Dimension width = 0, height = 0, highlight = 0, shadow = 0;
+    Pixel top = 0, bottom = 0;
+    XtVaGetValues(button, XmNwidth, &width, XmNheight, &height, XmNtopShadowColor, &top,
+                  XmNbottomShadowColor, &bottom, XmNhighlightThickness, &highlight,
+                  XmNshadowThickness, &shadow, nullptr);
+    int inset = shadow + highlight + 1;
+    int w = int(width) - 2 * inset;
+    int h = int(height) - 2 * inset;
+    if (w <= 0 || h <= 0)
+        return;
+    int split = w * 4 / 5;
+
+    Display* dpy = XtDisplay(button);
+    Window win = XtWindow(button);
+    GC gc = swatch_gc();
+    XRectangle clip{short(inset), short(inset), (unsigned short)w, (unsigned short)h};
+    XSetClipRectangles(dpy, gc, 0, 0, &clip, 1, Unsorted);
+    XSetForeground(dpy, gc, colour);
+    XFillRectangle(dpy, win, gc, inset, inset, unsigned(int(width) - (w - split)), unsigned(h));
+    XSetForeground(dpy, gc, mapping);
+    XFillRectangle(dpy, win, gc, inset + split, inset, unsigned(w - split), unsigned(h));
+    XSetForeground(dpy, gc, top);
+    XDrawLine(dpy, win, gc, inset + split, inset, inset + split, inset + h);
+    XSetForeground(dpy, gc, bottom);
+    XDrawLine(dpy, win, gc, inset + split + 1, inset, inset + split + 1, inset + h);
+}
+
+Widget make_swatch_button(ColorList* list, ColorEntry* entry)
+{
+    if (!list || !list->entryBox)
+        return nullptr;
+    Widget b = XtVaCreateManagedWidget("ColorListEntry", xmDrawnButtonWidgetClass, list->entryBox,
+                                       XmNuserData, entry, XmNmultiClick, XmMULTICLICK_KEEP,
+                                       nullptr);
+    XtAddCallback(b, XmNexposeCallback, swatch_expose_cb, list);
+    XtAddCallback(b, XmNactivateCallback, swatch_activate_cb, list);
+    XmProcessTraversal(b, XmTRAVERSE_CURRENT);
+    return b;
+}
+
+void fit_entry_box(ColorList* list, unsigned long count)
+{
+    if (!list || !list->entryBox)
+        return;
+    short columns = short((count + SWATCHES_PER_COLUMN - 1) / SWATCHES_PER_COLUMN);
+    if (columns < 1)
+        columns = 1;
+    short now = 0;
+    XtVaGetValues(list->entryBox, XmNnumColumns, &now, nullptr);
+    if (now != columns)
+        XtVaSetValues(list->entryBox, XmNnumColumns, columns, nullptr);
+}
