@@ -1,0 +1,43 @@
+// The product mark shown in every status line and in the version dialog:
+// a magnified pixel tile and the word "Pictrel", drawn only with symbolic
+// colours so that it follows the widget colour scheme. Pure data.
+#include "app/logo_data.h"
+
+const char* const pictrelLogo[LOGO_XPM_LINES] = {
+    "85 31 4 1",
+    "  m white c #C6C6CCCCFFFF s background",
+    ". m white c #000000000000 s black",
+    "X m white c #FFFFFFFFFFFF s topShadow",
+    "o m white c #000000000000 s black",
+    "                                                                                     ",
+    "                                                                                     ",
+    "                                                                                     ",
+    "  XXXXXXXXXXXXXXXXXXXXXXXXX                                                          ",
+    "  X                       ..                                                         ",
+    "  X                       ..                                                         ",
+    "  X  ooo ooo ooo          ..     oooooooo  oo            oo                    oo    ",
+    "  X  ooo ooo ooo  .   .   ..     ooooooooX ooX           ooX                   ooX   ",
+    "  X  ooo ooo ooo          ..     ooXXXXooX  XX           ooX                   ooX   ",
+    "  X                       ..     ooX   ooX               ooX                   ooX   ",
+    "  X  ooo         ooo      ..     ooX   ooX oo    oooo  oooooo  oo  oo    oo    ooX   ",
+    "  X  ooo  .   .  ooo  .   ..     ooX   ooX ooX   ooooX ooooooX ooX ooX   ooX   ooX   ",
+    "  X  ooo         ooo      ..     oooooo XX ooX oo XXXX  XooXXX oooo XX oo Xoo  ooX   ",
+    "  X                       ..     ooooooX   ooX ooX       ooX   ooooX   ooX ooX ooX   ",
+    "  X  ooo ooo ooo          ..     ooXXXXX   ooX ooX       ooX   ooXXX   ooooooX ooX   ",
+    "  X  ooo ooo ooo  .   .   ..     ooX       ooX ooX       ooX   ooX     ooooooX ooX   ",
+    "  X  ooo ooo ooo          ..     ooX       ooX ooX       ooX   ooX     ooXXXXX ooX   ",
+    "  X                       ..     ooX       ooX ooX       ooX   ooX     ooX     ooX   ",
+    "  X  ooo                  ..     ooX       ooX  Xoooo     Xoo  ooX      Xoooo  ooX   ",
+    "  X  ooo  .   .   .   .   ..     ooX       ooX   ooooX     ooX ooX       ooooX ooX   ",
+    "  X  ooo                  ..      XX        XX    XXXX      XX  XX        XXXX  XX   ",
+    "  X                       ..                                                         ",
+    "  X  ooo                  ..                                                         ",
+    "  X  ooo  .   .   .   .   ..                                                         ",
+    "  X  ooo                  ..     ................................................    ",
+    "  X                       ..      XXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXXX   ",
+    "  X                       ..                                                         ",
+    "  X.........................                                                         ",
+    "   .........................                                                         ",
+    "                                                                                     ",
+    "                                                                                     ",
+};

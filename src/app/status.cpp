@@ -1,0 +1,174 @@
+// The status line at the bottom of every drawing window (logo, image size,
+// separator) and the version dialog that shows the same logo.
+#include "app/status.h"
+
+#include <X11/xpm.h>
+#include <Xm/Form.h>
+#include <Xm/Label.h>
+#include <Xm/Separator.h>
+#include <Xm/Xm.h>
+#include <cstdio>
+
+#include "app/app.h"
+#include "app/draw.h"
+#include "app/logo_data.h"
+#include "app/safe_format.h"
+#include "colour/converters.h"
+
+const char* const PICTREL_VERSION_STRING = "5.1.1";
+
+namespace {
+
+const char* const defaultSizeFormat = "Width - %d, Height - %d";
+
+Pixmap logo = None;       // one for the program, made at first need
+bool logoTried = false;   // a failed logo is not retried for every window
+Widget versionDialogWidget = nullptr;
+
+// The logo's colours all come from `w` and the screen, so it follows the
+// colour scheme of the resources.
+Pixmap make_logo(Display* dpy, int screen, Widget w, int depth)
+{
+    Pixel topShadow = 0, bottomShadow = 0, fg = BlackPixel(dpy, screen), bg = WhitePixel(dpy, screen);
+    XtVaGetValues(w, XmNtopShadowColor, &topShadow, XmNbottomShadowColor, &bottomShadow, XmNforeground, &fg,
+                  XmNbackground, &bg, nullptr);
+    XpmColorSymbol symbols[] = {
+        {const_cast<char*>("transparent"), nullptr, bg},
+        {const_cast<char*>("background"), nullptr, bg},
+        {const_cast<char*>("foreground"), nullptr, fg},
+        {const_cast<char*>("white"), nullptr, WhitePixel(dpy, screen)},
+        {const_cast<char*>("black"), nullptr, BlackPixel(dpy, screen)},
+        {const_cast<char*>("topShadow"), nullptr, topShadow},
+        {const_cast<char*>("bottomShadow"), nullptr, bottomShadow},
+    };
+    XpmAttributes attrs{};
+    attrs.visual = DefaultVisual(dpy, screen);
+    attrs.colormap = DefaultColormap(dpy, screen);
+    attrs.depth = static_cast<unsigned>(depth);
+    attrs.colorsymbols = symbols;
+    attrs.numsymbols = XtNumber(symbols);
+    attrs.valuemask = XpmVisual | XpmColormap | XpmDepth | XpmColorSymbols | XpmReturnPixels;
+    Pixmap pixmap = None, mask = None;
+    int status = XpmCreatePixmapFromData(dpy, RootWindow(dpy, screen), const_cast<char**>(pictrelLogo), &pixmap,
+                                         &mask, &attrs);
+    XpmFreeAttributes(&attrs);
+    if (mask)
+        XFreePixmap(dpy, mask);
+    if (status != XpmSuccess) {
+        printf("problem w/ logo\n");
+        fflush(stdout);
+        if (pixmap)
+            XFreePixmap(dpy, pixmap);
+        return None;
+    }
+    return pixmap;
+}
+
+Pixmap shared_logo(Widget w)
+{
+    if (!logoTried) {
+        logoTried = true;
+        int depth = res().depth;
+        if (depth <= 1)
+            XtVaGetValues(w, XmNdepth, &depth, nullptr);
+        logo = make_logo(XtDisplay(w), XScreenNumberOfScreen(XtScreen(w)), w, depth);
+    }
+    return logo;
+}
+
+// A label showing the logo; without a logo it stays an empty text label.
+Widget logo_label(const char* name, Widget parent)
+{
+    Pixmap p = shared_logo(parent);
+    if (p)
+        return XtVaCreateManagedWidget(name, xmLabelWidgetClass, parent, XmNlabelType, XmPIXMAP, XmNlabelPixmap,
+                                       p, nullptr);
+    XmString empty = XmStringCreateLocalized(const_cast<char*>(""));
+    Widget w = XtVaCreateManagedWidget(name, xmLabelWidgetClass, parent, XmNlabelString, empty, nullptr);
+    XmStringFree(empty);
+    return w;
+}
+
+void set_label_text(Widget label, const char* text)
+{
+    XmString s = XmStringCreateLocalized(const_cast<char*>(text));
+    XtVaSetValues(label, XmNlabelString, s, nullptr);
+    XmStringFree(s);
+}
+
+void version_work_area(Widget form)
+{
+    Widget logoW = logo_label("logo", form);
+    XtVaSetValues(logoW, XmNtopAttachment, XmATTACH_FORM, XmNtopOffset, 10, XmNleftAttachment, XmATTACH_FORM,
+                  XmNrightAttachment, XmATTACH_FORM, nullptr);
+    Widget copyright = XtVaCreateManagedWidget("copyright", xmLabelWidgetClass, form, XmNtopAttachment,
+                                               XmATTACH_WIDGET, XmNtopWidget, logoW, XmNleftAttachment,
+                                               XmATTACH_FORM, XmNrightAttachment, XmATTACH_FORM, nullptr);
+    Widget date = XtVaCreateManagedWidget("date", xmLabelWidgetClass, form, XmNtopAttachment, XmATTACH_WIDGET,
+                                          XmNtopWidget, copyright, XmNleftAttachment, XmATTACH_FORM,
+                                          XmNrightAttachment, XmATTACH_FORM, nullptr);
+    set_label_text(date, PICTREL_VERSION_STRING);
+}
+
+void version_ok_cb(Widget, XtPointer, XtPointer) noexcept
+{
+    if (versionDialogWidget)
+        XtUnmanageChild(versionDialogWidget);
+}
+
+}  // namespace
+
+Widget create_status_area(Widget form, Drawing* d)
+{
+    if (!form || !d)
+        return nullptr;
+    Widget logoW = logo_label("orvlogo", form);
+    XtVaSetValues(logoW, XmNleftAttachment, XmATTACH_FORM, XmNbottomAttachment, XmATTACH_FORM, nullptr);
+    d->statusLabel = XtVaCreateManagedWidget(
+        "status", xmLabelWidgetClass, form, XmNalignment, XmALIGNMENT_BEGINNING, XmNleftAttachment,
+        XmATTACH_WIDGET, XmNleftWidget, logoW, XmNleftOffset, 8, XmNrightAttachment, XmATTACH_FORM,
+        XmNtopAttachment, XmATTACH_OPPOSITE_WIDGET, XmNtopWidget, logoW, XmNbottomAttachment, XmATTACH_FORM,
+        nullptr);
+    Widget sep = XtVaCreateManagedWidget("separator", xmSeparatorWidgetClass, form, XmNleftAttachment,
+                                         XmATTACH_FORM, XmNrightAttachment, XmATTACH_FORM, XmNbottomAttachment,
+                                         XmATTACH_WIDGET, XmNbottomWidget, logoW, nullptr);
+    return sep;
+}
+
+void update_status(Drawing* d)
+{
+    if (!d || !d->statusLabel)
+        return;
+    std::string text = format_int2(res().widthHeightString, d->width, d->height, defaultSizeFormat);
+    set_label_text(d->statusLabel, text.c_str());
+    if (res().debug) {
+        printf("Status: %s\n", text.c_str());
+        fflush(stdout);
+    }
+}
+
+void show_version()
+{
+    if (!versionDialogWidget) {
+        if (!app().topLevel)
+            return;
+        static const DialogButton buttons[] = {
+            {"OK", version_ok_cb, nullptr},
+            {nullptr, nullptr, nullptr},
+        };
+        versionDialogWidget = template_dialog(app().topLevel, "Show Version", version_work_area, nullptr, 0,
+                                              buttons);
+        if (!versionDialogWidget)
+            return;
+        set_default_button(versionDialogWidget, "OK");
+    }
+    XtManageChild(versionDialogWidget);
+    Widget shell = XtParent(versionDialogWidget);
+    if (XtIsRealized(shell))
+        XRaiseWindow(XtDisplay(shell), XtWindow(shell));
+}
+
+Widget version_dialog()
+{
+    return versionDialogWidget;
+}

@@ -1,0 +1,97 @@
+// Builders of the program's template dialogs and message boxes: a work
+// area form "main" filled by the caller, and a row of buttons from a table.
+#include "colour/converters.h"
+
+#include <Xm/Form.h>
+#include <Xm/MessageB.h>
+#include <Xm/PushB.h>
+#include <Xm/Xm.h>
+#include <vector>
+
+namespace {
+
+constexpr int MAX_BUTTONS = 32;
+
+using Creator = Widget (*)(Widget, String, ArgList, Cardinal);
+
+// The caller's arguments followed by ours; ours come last so that the
+// empty message string always holds.
+Widget build(Creator create, Widget parent, const char* name, void (*fill)(Widget form), ArgList args,
+             Cardinal argCount, const DialogButton* buttons, const Arg* extra, Cardinal extraCount)
+{
+    if (!parent || !name)
+        return nullptr;
+    std::vector<Arg> merged;
+    for (Cardinal i = 0; args && i < argCount; i++)
+        merged.push_back(args[i]);
+    for (Cardinal i = 0; i < extraCount; i++)
+        merged.push_back(extra[i]);
+    Widget dialog = create(parent, const_cast<String>(name), merged.data(), static_cast<Cardinal>(merged.size()));
+
+    Widget form = XmCreateForm(dialog, const_cast<String>("main"), nullptr, 0);
+    if (fill)
+        fill(form);
+    for (int i = 0; buttons && i < MAX_BUTTONS && buttons[i].name; i++) {
+        Widget b = XmCreatePushButton(dialog, const_cast<String>(buttons[i].name), nullptr, 0);
+        if (buttons[i].callback)
+            XtAddCallback(b, XmNactivateCallback, buttons[i].callback, buttons[i].clientData);
+        XtManageChild(b);
+    }
+    if (Widget label = XmMessageBoxGetChild(dialog, XmDIALOG_MESSAGE_LABEL))
+        XtUnmanageChild(label);
+    XtManageChild(form);
+    return dialog;
+}
+
+}  // namespace
+
+Widget template_dialog(Widget parent, const char* name, void (*fill)(Widget form), ArgList args,
+                       Cardinal argCount, const DialogButton* buttons)
+{
+    XmString empty = XmStringCreateLocalized(const_cast<char*>(""));
+    Arg extra[1];
+    XtSetArg(extra[0], XmNmessageString, empty);
+    Widget w = build(XmCreateTemplateDialog, parent, name, fill, args, argCount, buttons, extra, 1);
+    XmStringFree(empty);
+    return w;
+}
+
+Widget message_box(Widget parent, const char* name, void (*fill)(Widget form), ArgList args,
+                   Cardinal argCount, const DialogButton* buttons)
+{
+    XmString empty = XmStringCreateLocalized(const_cast<char*>(""));
+    Arg extra[2];
+    XtSetArg(extra[0], XmNmessageString, empty);
+    // A bare box: the standard OK/Cancel/Help appear only when asked for.
+    XtSetArg(extra[1], XmNdialogType, XmDIALOG_TEMPLATE);
+    Widget w = build(XmCreateMessageBox, parent, name, fill, args, argCount, buttons, extra, 2);
+    XmStringFree(empty);
+    return w;
+}
+
+void set_dialog_message(Widget dialog, const char* text)
+{
+    if (!dialog)
+        return;
+    Widget label = XmMessageBoxGetChild(dialog, XmDIALOG_MESSAGE_LABEL);
+    if (!text) {
+        if (label)
+            XtUnmanageChild(label);
+        return;
+    }
+    // Several lines in one text become several lines of the label.
+    XmString s = XmStringCreateLtoR(const_cast<char*>(text), const_cast<char*>(XmFONTLIST_DEFAULT_TAG));
+    XtVaSetValues(dialog, XmNmessageString, s, nullptr);
+    XmStringFree(s);
+    if (label)
+        XtManageChild(label);
+}
+
+void set_default_button(Widget dialog, const char* childName)
+{
+    if (!dialog || !childName)
+        return;
+    Widget button = XtNameToWidget(dialog, childName);
+    if (button)
+        XtVaSetValues(dialog, XmNdefaultButton, button, nullptr);
+}
