@@ -6,10 +6,13 @@
 
 struct Drawing;
 
-void canvas_input_cb(Widget w, XtPointer clientData, XtPointer callData);
-void canvas_motion_eh(Widget w, XtPointer clientData, XEvent* event, Boolean* cont);
-void canvas_key_eh(Widget w, XtPointer clientData, XEvent* event, Boolean* cont);
+void canvas_input_cb(Widget w, XtPointer clientData, XtPointer callData) noexcept;
+void canvas_motion_eh(Widget w, XtPointer clientData, XEvent* event, Boolean* cont) noexcept;
+void canvas_key_eh(Widget w, XtPointer clientData, XEvent* event, Boolean* cont) noexcept;
 
 // Returns the GC for a button (1 foreground, 2 pattern, 3 background) and
 // stores it as the drawing's chosen GC, with the drawing's line width.
 GC choose_gc(Drawing* d, unsigned button);
+
+// XChangeGC of the line width alone.
+void set_line_width(GC gc, unsigned width);

@@ -16,3 +16,15 @@ Point constrain_square(Point s, Point p);
 // Drag constraint from a Shift-press at (x0, y0) and a motion at (x, y):
 // 2 vertical, 1 horizontal, 0 undecided (keep polling). Window pixels.
 int drag_constraint(int x0, int y0, int x, int y);
+
+// The box cut to an image of the given size; width or height 0 when
+// nothing is left.
+Box clip_box(Box b, int width, int height);
+
+// Geometry of a line-width button's pictures: an 18 x height picture with a
+// bar from (6, mid) to (18, mid) and, on the marked picture, a triangle
+// with its tip at (4, triangleY) and its back at x 1, triangleY -/+ 3.
+struct WidthPicture {
+    int width, height, mid, triangleY;
+};
+WidthPicture width_picture(unsigned lineWidth);

@@ -1,0 +1,187 @@
+// Pointer and key input on the canvas areas: presses and releases go to the
+// current tool's input handler in image coordinates, with the GC of the
+// pressed button chosen; motion is compressed to at most one call per image
+// pixel; a Shift-press decides whether the drag is held horizontal or
+// vertical.
+#include "canvas/input.h"
+
+#include <Xm/DrawingA.h>
+#include <Xm/Xm.h>
+#include <sys/select.h>
+
+#include <climits>
+#include <cstdio>
+
+#include "app/app.h"
+#include "app/draw.h"
+#include "tools/geometry.h"
+#include "tools/palettes.h"
+#include "tools/tool_table.h"
+
+namespace {
+
+// Xlib matches a MotionNotify against ButtonMotionMask only through the
+// per-button masks, so ask for all of them.
+constexpr long MOTION_MASK = Button1MotionMask | Button2MotionMask | Button3MotionMask |
+                             ButtonMotionMask;
+
+const ToolRow* current_row(Drawing* d)
+{
+    if (d->currentTool < 0 || d->currentTool >= toolCount)
+        return nullptr;
+    return &toolTable[d->currentTool];
+}
+
+bool any_button_down(Display* dpy, Window w)
+{
+    Window root, child;
+    int rx, ry, wx, wy;
+    unsigned mask = 0;
+    if (!XQueryPointer(dpy, w, &root, &child, &rx, &ry, &wx, &wy, &mask))
+        return false;
+    return (mask & (Button1Mask | Button2Mask | Button3Mask)) != 0;
+}
+
+// Polls the display, outside the Xt loop, until the pointer has moved more
+// than 5 window pixels from the press or the button is released. The
+// deciding event is put back so the tool still sees it.
+int detect_constraint(Display* dpy, Window w, int x0, int y0)
+{
+    for (;;) {
+        XEvent ev;
+        if (XCheckMaskEvent(dpy, MOTION_MASK | ButtonReleaseMask, &ev)) {
+            if (ev.type == ButtonRelease) {
+                XPutBackEvent(dpy, &ev);
+                return 0;
+            }
+            if (ev.type != MotionNotify)
+                continue;
+            int c = drag_constraint(x0, y0, ev.xmotion.x, ev.xmotion.y);
+            if (c != 0) {
+                XPutBackEvent(dpy, &ev);
+                return c;
+            }
+            continue;   // small moves are consumed
+        }
+        // A release that never reaches us (or synthetic presses with no
+        // button really held) must not leave us polling forever.
+        if (!any_button_down(dpy, w))
+            return 0;
+        int fd = ConnectionNumber(dpy);
+        fd_set fds;
+        FD_ZERO(&fds);
+        FD_SET(fd, &fds);
+        timeval tv{0, 20000};
+        select(fd + 1, &fds, nullptr, nullptr, &tv);
+    }
+}
+
+void to_image_coordinates(Drawing* d, Widget w, int* x, int* y, int* xRoot, int* yRoot)
+{
+    if (w != d->zoomedArea || d->zoom <= 0)
+        return;
+    // Handlers that need the window position find it in the root fields.
+    *xRoot = *x;
+    *yRoot = *y;
+    *x >>= d->zoom;   // arithmetic: positions left of the area stay negative
+    *y >>= d->zoom;
+}
+
+}  // namespace
+
+void set_line_width(GC gc, unsigned width)
+{
+    if (!gc)
+        return;
+    XGCValues v;
+    v.line_width = static_cast<int>(width);
+    XChangeGC(app().display, gc, GCLineWidth, &v);
+}
+
+GC choose_gc(Drawing* d, unsigned button)
+{
+    if (!d)
+        return nullptr;
+    Display* dpy = app().display;
+    // A pattern always paints in the two current colours.
+    if (GC pattern = pattern_gc(d->currentPattern, 0)) {
+        XGCValues fg, bg;
+        XGetGCValues(dpy, d->foregroundGC, GCForeground, &fg);
+        XGetGCValues(dpy, d->backgroundGC, GCForeground, &bg);
+        XSetForeground(dpy, pattern, fg.foreground);
+        XSetBackground(dpy, pattern, bg.foreground);
+    }
+    GC gc = d->foregroundGC;
+    if (button == Button3)
+        gc = d->backgroundGC;
+    else if (button == Button2)
+        if (GC pattern = pattern_gc(d->currentPattern, d->depth))
+            gc = pattern;
+    if (gc)
+        set_line_width(gc, d->lineWidth);
+    d->chosenGC = gc;
+    return gc;
+}
+
+void canvas_input_cb(Widget w, XtPointer clientData, XtPointer callData) noexcept
+{
+    auto* d = static_cast<Drawing*>(clientData);
+    auto* cbs = static_cast<XmDrawingAreaCallbackStruct*>(callData);
+    if (!d || !cbs || !cbs->event)
+        return;
+    XEvent ev = *cbs->event;
+    // Keys come through the key handler; wheel buttons are not strokes.
+    if (ev.type != ButtonPress && ev.type != ButtonRelease)
+        return;
+    if (ev.xbutton.button < Button1 || ev.xbutton.button > Button3)
+        return;
+    if (ev.type == ButtonPress) {
+        choose_gc(d, ev.xbutton.button);
+        d->constraint = (ev.xbutton.state & ShiftMask)
+                            ? detect_constraint(XtDisplay(w), XtWindow(w), ev.xbutton.x,
+                                                ev.xbutton.y)
+                            : 0;
+        // A new stroke: its first motion is never "the same pixel".
+        d->lastMotionX = d->lastMotionY = INT_MIN;
+    }
+    const ToolRow* row = current_row(d);
+    if (!row || !row->input)
+        return;
+    to_image_coordinates(d, w, &ev.xbutton.x, &ev.xbutton.y, &ev.xbutton.x_root,
+                         &ev.xbutton.y_root);
+    row->input(w, d, &ev);
+}
+
+void canvas_motion_eh(Widget w, XtPointer clientData, XEvent* event, Boolean* cont) noexcept
+{
+    auto* d = static_cast<Drawing*>(clientData);
+    if (!d || !event || event->type != MotionNotify)
+        return;
+    const ToolRow* row = current_row(d);
+    if (!row || !row->motion)
+        return;
+    // Only the latest of a burst of motions matters.
+    XEvent ev = *event;
+    XEvent next;
+    while (XCheckWindowEvent(XtDisplay(w), event->xmotion.window, MOTION_MASK, &next))
+        ev = next;
+    to_image_coordinates(d, w, &ev.xmotion.x, &ev.xmotion.y, &ev.xmotion.x_root,
+                         &ev.xmotion.y_root);
+    if (ev.xmotion.x == d->lastMotionX && ev.xmotion.y == d->lastMotionY)
+        return;
+    d->lastMotionX = ev.xmotion.x;
+    d->lastMotionY = ev.xmotion.y;
+    row->motion(w, d, &ev);
+}
+
+void canvas_key_eh(Widget w, XtPointer clientData, XEvent* event, Boolean* cont) noexcept
+{
+    auto* d = static_cast<Drawing*>(clientData);
+    if (!d || !event || event->type != KeyPress)
+        return;
+    if (res().debug)
+        std::fputs("key hit\n", stdout);
+    const ToolRow* row = current_row(d);
+    if (row && row->input)
+        row->input(w, d, event);
+}

@@ -1,0 +1,10 @@
+// The hotspot tool. For now it answers only the palette's events; placing
+// the hotspot comes later.
+#include "app/draw.h"
+#include "tools/tool_handlers.h"
+#include "tools/tool_table.h"
+
+void hotspot_input(Widget w, Drawing* d, XEvent* event)
+{
+    palette_event(w, d, event, TOOL_HOTSPOT);
+}

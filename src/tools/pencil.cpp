@@ -1,0 +1,67 @@
+// The pencil: a free-hand trail one pixel wide. Fast strokes become straight
+// chords between the motions the input layer lets through.
+#include <X11/Xlib.h>
+
+#include <algorithm>
+
+#include "app/app.h"
+#include "app/draw.h"
+#include "canvas/image_store.h"
+#include "canvas/input.h"
+#include "canvas/undo.h"
+#include "tools/geometry.h"
+#include "tools/tool_handlers.h"
+#include "tools/tool_table.h"
+
+namespace {
+
+Point last, anchor;
+int smallestY, largestY;   // kept for the stroke's extent; nothing reads them yet
+
+}  // namespace
+
+void pencil_input(Widget w, Drawing* d, XEvent* event)
+{
+    if (palette_event(w, d, event, TOOL_PENCIL))
+        return;
+    switch (event->type) {
+    case ButtonPress: {
+        commit(d);
+        Point p = event_point(event);
+        // The pencil ignores the line-width palette; the next press puts
+        // the palette's width back on the GC.
+        set_line_width(d->chosenGC, 1);
+        // A press draws a short diagonal, not a point, but shows only its
+        // first pixel at once.
+        XDrawLine(app().display, d->image, d->chosenGC, p.x, p.y, p.x + 1, p.y + 1);
+        refresh_rect(d, p.x, p.y, 1, 1);
+        last = anchor = p;
+        smallestY = largestY = p.y;
+        break;
+    }
+    case ButtonRelease:
+        set_undo_sensitive(d, true);
+        break;
+    case TOOL_UNDO:
+        restore_corners(d, 0, 0, d->width, d->height);
+        refresh_corners(d, 0, 0, d->width, d->height);
+        set_undo_sensitive(d, false);
+        break;
+    default:
+        break;
+    }
+}
+
+void pencil_motion(Widget w, Drawing* d, XEvent* event)
+{
+    Point p = event_point(event);
+    if (d->constraint == 1)
+        p.y = anchor.y;
+    else if (d->constraint == 2)
+        p.x = anchor.x;
+    XDrawLine(app().display, d->image, d->chosenGC, p.x, p.y, last.x, last.y);
+    refresh_corners(d, p.x, p.y, last.x, last.y);
+    smallestY = std::min(smallestY, p.y);
+    largestY = std::max(largestY, p.y);
+    last = p;
+}

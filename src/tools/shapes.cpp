@@ -1,0 +1,88 @@
+// The DrawFilled toggle: filled rectangles and ovals, and the toolbar
+// pictures of the two tools switched between outline and filled.
+#include "tools/shapes.h"
+
+#include <Xm/Xm.h>
+
+#include "app/app.h"
+#include "app/draw.h"
+#include "tools/shape_state.h"
+#include "tools/tool_handlers.h"
+
+namespace {
+
+ShapePictures pictures[2];
+
+bool usable(Pixmap p)
+{
+    return p != None && p != XmUNSPECIFIED_PIXMAP;
+}
+
+void show_pictures(Drawing* d, const char* path, int shape, bool filled)
+{
+    if (!d || !d->shell)
+        return;
+    Widget toggle = XtNameToWidget(d->shell, path);
+    if (!toggle)
+        return;
+    const ShapePictures& p = pictures[shape];
+    Pixmap label = filled ? p.filledLabel : p.outlineLabel;
+    Pixmap select = filled ? p.filledSelect : p.outlineSelect;
+    if (!usable(label) || !usable(select))
+        return;
+    XtVaSetValues(toggle, XmNselectPixmap, select, nullptr);
+    XtVaSetValues(toggle, XmNlabelPixmap, label, nullptr);
+}
+
+}  // namespace
+
+ShapePictures& shape_pictures(int shape)
+{
+    return pictures[shape == 1 ? 1 : 0];
+}
+
+void record_shape_pictures(Widget toggle, int shape)
+{
+    if (!toggle)
+        return;
+    ShapePictures& p = shape_pictures(shape);
+    XtVaGetValues(toggle, XmNlabelPixmap, &p.outlineLabel, XmNselectPixmap, &p.outlineSelect,
+                  nullptr);
+    Pixmap label = shape == 1 ? res().ovalfilled_labelPixmap : res().rectfilled_labelPixmap;
+    Pixmap select = shape == 1 ? res().ovalfilled_selectPixmap : res().rectfilled_selectPixmap;
+    if (usable(label) && usable(select)) {
+        p.filledLabel = label;
+        p.filledSelect = select;
+    } else {
+        // No pictures named in the resources: draw our own.
+        icon_pixmaps(toggle, shape == 1 ? &ovalFilledIcon : &rectFilledIcon, &p.filledLabel,
+                     &p.filledSelect);
+    }
+}
+
+void set_rectangle_filled(Drawing* d, bool on)
+{
+    if (!d)
+        return;
+    d->rectFilled = on ? 1 : 0;
+    show_pictures(d, "*rect", 0, on);
+}
+
+void toggle_oval_filled(Drawing* d)
+{
+    if (!d)
+        return;
+    d->ovalFilled = d->ovalFilled ? 0 : 1;
+    show_pictures(d, "*oval", 1, d->ovalFilled == 1);
+}
+
+int cmd_draw_filled(Drawing* d, XEvent* event, Boolean set)
+{
+    if (!d)
+        return 1;
+    // The rectangle follows the menu while the oval flips: both start
+    // unfilled and change only here, so they agree.
+    set_rectangle_filled(d, set);
+    toggle_oval_filled(d);
+    return 0;
+}
