@@ -17,6 +17,7 @@ struct DrawingXpmInfo {
     char* colorsCmt;
     char* pixelsCmt;
     const char* rgbFileName;
+    unsigned int tableCount;   // records in `colours` and entries in `pixels`
 };
 
 void init_xpm_info(DrawingXpmInfo* info);

@@ -1,0 +1,150 @@
+// Closing a drawing: at once when nothing is unsaved, else through the
+// "ConfirmClose" dialog (Save, Discard, Cancel); and Quit, which closes
+// every drawing, asking for each modified one in turn.
+#include <Xm/Form.h>
+#include <Xm/Label.h>
+#include <Xm/Xm.h>
+
+#include "app/app.h"
+#include "app/draw.h"
+#include "colour/converters.h"
+#include "files/file_dialog.h"
+#include "files/new_close.h"
+#include "files/open_save.h"
+
+namespace {
+
+Widget confirmDialog = nullptr;
+// The drawing the dialog asks about; the buttons read it through its
+// address, so they always act on the latest request.
+Drawing* confirmDrawing = nullptr;
+Placement confirmPlacement{};
+// Set while Quit walks the drawings; a Cancel anywhere stops it.
+bool quitting = false;
+
+void fill_confirm_form(Widget form)
+{
+    Arg args[4];
+    XtSetArg(args[0], XmNtopAttachment, XmATTACH_FORM);
+    XtSetArg(args[1], XmNbottomAttachment, XmATTACH_FORM);
+    XtSetArg(args[2], XmNleftAttachment, XmATTACH_FORM);
+    XtSetArg(args[3], XmNrightAttachment, XmATTACH_FORM);
+    XtManageChild(XmCreateLabel(form, const_cast<char*>("confirmLabel"), args, 4));
+}
+
+void save_cb(Widget, XtPointer client, XtPointer) noexcept
+{
+    if (Drawing* d = *static_cast<Drawing**>(client))
+        save_drawing(d, finish_close);
+}
+
+void discard_cb(Widget w, XtPointer client, XtPointer call) noexcept
+{
+    if (Drawing* d = *static_cast<Drawing**>(client))
+        finish_close(w, d, call);
+}
+
+// The dialog closes itself (its buttons unmanage it); a Cancel also ends
+// a Quit in progress.
+void cancel_cb(Widget, XtPointer, XtPointer) noexcept { quitting = false; }
+
+Widget make_confirm_dialog(Drawing* d)
+{
+    static const DialogButton buttons[] = {
+        {"Save", save_cb, &confirmDrawing},
+        {"Discard", discard_cb, &confirmDrawing},
+        {"Cancel", cancel_cb, nullptr},
+        {nullptr, nullptr, nullptr},
+    };
+    Arg args[2];
+    XtSetArg(args[0], XmNdialogStyle, XmDIALOG_PRIMARY_APPLICATION_MODAL);
+    XtSetArg(args[1], XmNdefaultPosition, False);
+    Widget parent = d && d->shell ? d->shell : app().topLevel;
+    Widget dialog = template_dialog(parent, "ConfirmClose", fill_confirm_form, args, 2, buttons);
+    if (dialog)
+        set_default_button(dialog, "Save");
+    return dialog;
+}
+
+void show_confirm(Drawing* d)
+{
+    if (!confirmDialog)
+        confirmDialog = make_confirm_dialog(d);
+    if (!confirmDialog)
+        return;
+    confirmDrawing = d;
+    centre_when_shown(confirmDialog, &confirmPlacement, d);
+    // While the session manager ends the program there is no way out but
+    // to answer.
+    Widget cancel = XtNameToWidget(confirmDialog, "Cancel");
+    bool closing = d->closing == 1;
+    if (cancel) {
+        if (closing)
+            XtUnmanageChild(cancel);
+        else
+            XtManageChild(cancel);
+    }
+    XtVaSetValues(confirmDialog, XmNdialogStyle,
+                  closing ? XmDIALOG_SYSTEM_MODAL : XmDIALOG_PRIMARY_APPLICATION_MODAL, nullptr);
+    XtManageChild(confirmDialog);
+}
+
+// Closes unmodified drawings and asks about the first modified one; the
+// answer comes back through finish_close, which carries on.
+void quit_next()
+{
+    while (quitting) {
+        Drawing* d = first_open_drawing();
+        if (!d) {
+            quitting = false;
+            exit(0);
+        }
+        if (d->modified) {
+            show_confirm(d);
+            return;
+        }
+        finish_close(nullptr, d, nullptr);
+    }
+}
+
+}  // namespace
+
+void cancel_quit() { quitting = false; }
+
+Widget confirm_dialog() { return confirmDialog; }
+
+void request_close(Drawing* d)
+{
+    if (!d || !drawing_is_open(d))
+        return;
+    if (!d->modified) {
+        finish_close(nullptr, d, nullptr);
+        return;
+    }
+    show_confirm(d);
+}
+
+void finish_close(Widget, Drawing* d, XtPointer)
+{
+    if (!d || !drawing_is_open(d))
+        return;
+    settle_selection(d);
+    close_drawing(d);
+    after_close(d);   // exits when no drawing is left
+    if (quitting)
+        quit_next();
+}
+
+int cmd_close(Drawing* d, XEvent*, Boolean)
+{
+    quitting = false;
+    request_close(d);
+    return 0;
+}
+
+int cmd_quit(Drawing*, XEvent*, Boolean)
+{
+    quitting = true;
+    quit_next();
+    return 0;
+}

@@ -1,0 +1,27 @@
+// The black-and-white names of an XPM colour table, as read from and written
+// to the file's monochrome ("m") keys. Pure logic.
+#pragma once
+
+#include <vector>
+
+// The name one monochrome string gives: absent "w", containing "None"
+// "None", "black" "b", "white" "w"; anything else keeps `previous`.
+const char* mono_name_of(const char* monoString, const char* previous);
+
+struct MonoNaming {
+    std::vector<const char*> names;   // per colour record; null where none is stored
+    unsigned colourCount = 0;         // records that count
+    bool hasTransparent = false;
+};
+
+// Names for a colour table (monochrome and colour strings per colour, either
+// may be null). Without a transparent colour record i gets colour i's name
+// and every colour counts. With one, each name sits one record early (libXpm
+// puts the transparent colour first, and it has no pixel of its own), the
+// last record has none, and one colour fewer counts.
+MonoNaming mono_names_of_table(const std::vector<const char*>& mono,
+                               const std::vector<const char*>& colour);
+
+// The monochrome key written for a colour: the anchor (which stands for the
+// transparent colour) is always "None"; otherwise white is tested first.
+const char* written_mono_name(bool anchor, bool mapsToWhite, bool mapsToBlack);

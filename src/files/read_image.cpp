@@ -1,0 +1,452 @@
+// Reading an image file: XBM first (XReadBitmapFile), then XPM through
+// libXpm, giving every XPM colour a private read/write cell so that the
+// colour editor can later change it in place with XStoreColor.
+//
+// Every step that can fail undoes what the read made so far: pixmaps,
+// images, GCs and, above all, colour cells, which are scarce on the 8-bit
+// displays this program runs on.
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
+#include <X11/xpm.h>
+#include <sys/stat.h>
+
+#include <cstdio>
+#include <cstring>
+#include <strings.h>
+#include <string>
+#include <vector>
+
+#include "app/app.h"
+#include "app/message.h"
+#include "files/cell_remap.h"
+#include "files/image_header.h"
+#include "files/image_io.h"
+#include "files/mono_names.h"
+
+namespace {
+
+constexpr int NOT_XBM = 2;   // internal: go on with the XPM reader
+
+// What stat says about a path: missing, a regular file, or something that
+// must not be opened (a FIFO or device would block or never end).
+enum class PathKind { Missing, Regular, Other };
+
+PathKind path_kind(const std::string& path)
+{
+    struct stat st {};
+    if (stat(path.c_str(), &st) != 0)
+        return PathKind::Missing;
+    return S_ISREG(st.st_mode) ? PathKind::Regular : PathKind::Other;
+}
+
+bool is_compressed_name(const char* name)
+{
+    size_t n = std::strlen(name);
+    return (n > 2 && !std::strcmp(name + n - 2, ".Z")) ||
+           (n > 3 && !std::strcmp(name + n - 3, ".gz"));
+}
+
+// libXpm also tries name.Z and name.gz when name is missing; none of the
+// candidates it may open can be allowed to be a FIFO or a device.
+bool openable(const char* fileName)
+{
+    PathKind k = path_kind(fileName);
+    if (k == PathKind::Other)
+        return false;
+    if (k == PathKind::Regular)
+        return true;
+    for (const char* ext : {".Z", ".gz"})
+        if (path_kind(std::string(fileName) + ext) == PathKind::Other)
+            return false;
+    return true;
+}
+
+// --- XBM ----------------------------------------------------------------
+
+int read_xbm(const char* fileName, int* width, int* height, Pixmap* pixmap,
+             int* hotspotX, int* hotspotY)
+{
+    if (path_kind(fileName) != PathKind::Regular)
+        return NOT_XBM;
+    FILE* f = std::fopen(fileName, "r");
+    if (!f)
+        return NOT_XBM;
+    XbmHeaderScan scan;
+    char line[XBM_LINE_BUFFER];
+    while (scan.state == XbmHeaderScan::Reading && std::fgets(line, sizeof line, f))
+        scan.feed(line);
+    scan.finish();
+    std::fclose(f);
+    if (scan.state == XbmHeaderScan::Refuse)
+        return -1;
+    if (scan.state != XbmHeaderScan::Accept)
+        return NOT_XBM;
+
+    App& a = app();
+    unsigned w = 0, h = 0;
+    int hx = -1, hy = -1;
+    Pixmap bitmap = None;
+    if (XReadBitmapFile(a.display, a.root, fileName, &w, &h, &bitmap, &hx, &hy) != BitmapSuccess)
+        return NOT_XBM;
+    if (w == 0 || h == 0 || w > MAX_IMAGE_WIDTH || h > MAX_IMAGE_HEIGHT) {
+        XFreePixmap(a.display, bitmap);
+        return -1;
+    }
+    if (!hotspot_inside(hx, hy, w, h))
+        hx = hy = -1;
+    *width = static_cast<int>(w);
+    *height = static_cast<int>(h);
+    *pixmap = bitmap;
+    *hotspotX = hx;
+    *hotspotY = hy;
+    return 0;
+}
+
+// --- XPM ----------------------------------------------------------------
+
+// Everything an XPM read holds, released in one place whatever the outcome.
+struct XpmRead {
+    Display* dpy = nullptr;
+    XpmImage image{};
+    bool haveImage = false;
+    XpmAttributes attrs{};
+    bool haveAttrs = false;
+    Pixmap xpmPixmap = None;
+    Pixmap mask = None;
+    Pixmap result = None;
+    GC gc = nullptr;
+    XImage* source = nullptr;
+    XImage* destination = nullptr;
+    std::vector<unsigned long> privateCells;   // given back on failure
+    bool keepCells = false;
+    bool haveNewBackground = false;
+    Pixel oldBackground = 0;
+    Pixel newBackground = 0;
+
+    ~XpmRead()
+    {
+        if (source)
+            XDestroyImage(source);
+        if (destination)
+            XDestroyImage(destination);
+        if (gc)
+            XFreeGC(dpy, gc);
+        if (xpmPixmap)
+            XFreePixmap(dpy, xpmPixmap);
+        if (mask)
+            XFreePixmap(dpy, mask);
+        if (haveAttrs) {
+            // libXpm's shared cells served only to build the first pixmap;
+            // the drawing uses private cells from here on.
+            if (attrs.nalloc_pixels > 0)
+                XFreeColors(dpy, app().colormap, attrs.alloc_pixels, attrs.nalloc_pixels, 0);
+            XpmFreeAttributes(&attrs);
+        }
+        if (haveImage)
+            XpmFreeXpmImage(&image);
+        if (!keepCells) {
+            if (result)
+                XFreePixmap(dpy, result);
+            if (!privateCells.empty())
+                XFreeColors(dpy, app().colormap, privateCells.data(),
+                            static_cast<int>(privateCells.size()), 0);
+            if (haveNewBackground) {
+                XFreeColors(dpy, app().colormap, &newBackground, 1, 0);
+                res().background = oldBackground;
+            }
+        }
+    }
+};
+
+// True when the colormap has `count` read/write cells free right now.
+bool cells_available(Display* dpy, unsigned count)
+{
+    if (count == 0)
+        return true;
+    std::vector<unsigned long> probe(count);
+    if (!XAllocColorCells(dpy, app().colormap, False, nullptr, 0, probe.data(), count))
+        return false;
+    XFreeColors(dpy, app().colormap, probe.data(), static_cast<int>(count), 0);
+    return true;
+}
+
+// Colours that take a cell: every one but the transparent ones.
+unsigned opaque_colours(const XpmImage& image)
+{
+    unsigned n = 0;
+    for (unsigned i = 0; i < image.ncolors; i++) {
+        const char* c = image.colorTable[i].c_color;
+        if (!c || strcasecmp(c, "None"))
+            n++;
+    }
+    return n;
+}
+
+void show_alloc_error()
+{
+    show_message(nullptr, res().allocColorErr ? res().allocColorErr : "Unable to allocate color.",
+                 0, nullptr, nullptr);
+}
+
+bool allocate_copy(unsigned long oldPixel, unsigned long* newPixel, void* data)
+{
+    auto* read = static_cast<XpmRead*>(data);
+    unsigned long cell = 0;
+    if (!XAllocColorCells(read->dpy, app().colormap, False, nullptr, 0, &cell, 1))
+        return false;
+    XColor colour{};
+    colour.pixel = oldPixel;
+    XQueryColor(read->dpy, app().colormap, &colour);
+    colour.pixel = cell;
+    colour.flags = DoRed | DoGreen | DoBlue;
+    XStoreColor(read->dpy, app().colormap, &colour);
+    read->privateCells.push_back(cell);
+    *newPixel = cell;
+    return true;
+}
+
+// The hotspot, from a first read of the file as an image; nothing else of
+// that read is used. Its images and colours are given back at once.
+void read_hotspot(Display* dpy, const char* fileName, int* hotspotX, int* hotspotY)
+{
+    App& a = app();
+    XpmAttributes attrs{};
+    attrs.valuemask = XpmVisual | XpmColormap | XpmDepth | XpmInfos | XpmReturnPixels |
+                      XpmColorTable | XpmReturnAllocPixels;
+    attrs.visual = a.visual;
+    attrs.colormap = a.colormap;
+    attrs.depth = static_cast<unsigned>(a.screenDepth);
+    XImage* image = nullptr;
+    XImage* shape = nullptr;
+    XpmReadFileToImage(dpy, const_cast<char*>(fileName), &image, &shape, &attrs);
+    if (attrs.valuemask & XpmHotspot) {
+        *hotspotX = static_cast<int>(attrs.x_hotspot);
+        *hotspotY = static_cast<int>(attrs.y_hotspot);
+    } else {
+        *hotspotX = *hotspotY = -1;
+    }
+    if (image)
+        XDestroyImage(image);
+    if (shape)
+        XDestroyImage(shape);
+    if (attrs.nalloc_pixels > 0)
+        XFreeColors(dpy, a.colormap, attrs.alloc_pixels, attrs.nalloc_pixels, 0);
+    XpmFreeAttributes(&attrs);
+}
+
+// Status after libXpm failed to make the pixmap: running out of cells is a
+// colour failure (1, told to the user), anything else an unreadable file.
+int colour_failure_status(Display* dpy, int xpmStatus, unsigned cellsNeeded)
+{
+    if ((xpmStatus == XpmColorError || xpmStatus == XpmColorFailed) &&
+        !cells_available(dpy, cellsNeeded)) {
+        show_alloc_error();
+        return 1;
+    }
+    return -1;
+}
+
+bool header_refused(const char* fileName)
+{
+    if (is_compressed_name(fileName) || path_kind(fileName) != PathKind::Regular)
+        return false;   // checked after libXpm has parsed it
+    FILE* f = std::fopen(fileName, "rb");
+    if (!f)
+        return false;
+    char head[16384];
+    size_t n = std::fread(head, 1, sizeof head, f);
+    std::fclose(f);
+    return check_xpm_header(std::string_view(head, n)) == XpmHeaderVerdict::Refuse;
+}
+
+XpmColor* make_record(const char* colour, const char* mono)
+{
+    auto* rec = reinterpret_cast<XpmColor*>(XtCalloc(1, sizeof(XpmColor)));
+    rec->c_color = colour ? XtNewString(colour) : nullptr;
+    rec->m_color = mono ? XtNewString(mono) : nullptr;
+    return rec;
+}
+
+int read_xpm(const char* fileName, int* width, int* height, int* depth, Pixmap* pixmap,
+             int* hotspotX, int* hotspotY, DrawingXpmInfo* info)
+{
+    App& a = app();
+    Display* dpy = a.display;
+    XpmRead r;
+    r.dpy = dpy;
+
+    if (header_refused(fileName))
+        return -1;
+
+    // The parse comes first: it touches no server resource, and what it
+    // finds decides whether the file may go any further.
+    if (XpmReadFileToXpmImage(const_cast<char*>(fileName), &r.image, nullptr) != XpmSuccess)
+        return -1;
+    r.haveImage = true;
+    XpmImage& img = r.image;
+    if (img.width == 0 || img.height == 0 || img.width > MAX_IMAGE_WIDTH ||
+        img.height > MAX_IMAGE_HEIGHT || img.ncolors == 0 || !img.colorTable)
+        return -1;
+
+    // How a file names its transparent colour.
+    for (unsigned i = 0; i < img.ncolors; i++) {
+        char*& c = img.colorTable[i].c_color;
+        if (c && !std::strcmp(c, "#Transparent")) {
+            XpmFree(c);
+            c = strdup("None");
+        }
+    }
+
+    // A private cell per colour plus the transparent one: refuse a table
+    // the colormap cannot hold before allocating any of it.
+    unsigned cellsNeeded = opaque_colours(img) + 1;
+    if (!cells_available(dpy, cellsNeeded)) {
+        show_alloc_error();
+        return 1;
+    }
+
+    int hx = -1, hy = -1;
+    read_hotspot(dpy, fileName, &hx, &hy);
+
+    r.attrs.valuemask = XpmVisual | XpmColormap | XpmDepth | XpmReturnPixels | XpmReturnAllocPixels;
+    r.attrs.visual = a.visual;
+    r.attrs.colormap = a.colormap;
+    r.attrs.depth = static_cast<unsigned>(a.screenDepth);
+    int status = XpmCreatePixmapFromXpmImage(dpy, a.root, &img, &r.xpmPixmap, &r.mask, &r.attrs);
+    r.haveAttrs = true;
+    if (status != XpmSuccess)
+        return colour_failure_status(dpy, status, cellsNeeded);
+
+    unsigned w = img.width, h = img.height;
+    unsigned ncolours = img.ncolors;
+    unsigned d = r.attrs.depth ? r.attrs.depth : static_cast<unsigned>(a.screenDepth);
+
+    // The colour table the drawing keeps: colour strings and monochrome names.
+    std::vector<const char*> monoStrings(ncolours), colourStrings(ncolours);
+    for (unsigned i = 0; i < ncolours; i++) {
+        monoStrings[i] = img.colorTable[i].m_color;
+        colourStrings[i] = img.colorTable[i].c_color;
+    }
+    MonoNaming naming = mono_names_of_table(monoStrings, colourStrings);
+
+    // The transparent cell: a fresh copy of the current transparent colour,
+    // which becomes the program's transparent pixel from now on.
+    Pixel newBackground = 0;
+    if (!XAllocColorCells(dpy, a.colormap, False, nullptr, 0, &newBackground, 1))
+        return 1;
+    XColor bg{};
+    bg.pixel = res().background;
+    XQueryColor(dpy, a.colormap, &bg);
+    bg.pixel = newBackground;
+    bg.flags = DoRed | DoGreen | DoBlue;
+    XStoreColor(dpy, a.colormap, &bg);
+    r.haveNewBackground = true;
+    r.oldBackground = res().background;
+    r.newBackground = newBackground;
+    res().background = newBackground;
+
+    // Transparent pixels of the file hold the transparent pixel.
+    r.result = XCreatePixmap(dpy, a.root, w, h, d);
+    r.gc = XCreateGC(dpy, r.result, 0, nullptr);
+    XSetForeground(dpy, r.gc, newBackground);
+    XFillRectangle(dpy, r.result, r.gc, 0, 0, w, h);
+    XSetClipMask(dpy, r.gc, r.mask);
+    XCopyArea(dpy, r.xpmPixmap, r.result, r.gc, 0, 0, w, h, 0, 0);
+
+    r.source = XGetImage(dpy, r.result, 0, 0, w, h, AllPlanes, ZPixmap);
+    r.destination = XGetImage(dpy, r.result, 0, 0, w, h, AllPlanes, ZPixmap);
+    if (!r.source || !r.destination)
+        return -1;
+
+    std::vector<unsigned long> returned(r.attrs.pixels, r.attrs.pixels + r.attrs.npixels);
+    CellRemap remap(returned);
+    for (unsigned x = 0; x < w; x++) {
+        for (unsigned y = 0; y < h; y++) {
+            unsigned long p = XGetPixel(r.source, static_cast<int>(x), static_cast<int>(y));
+            unsigned long q = p;
+            if (!remap.map(p, &q, allocate_copy, &r)) {
+                show_alloc_error();
+                return 1;
+            }
+            if (q != p)
+                XPutPixel(r.destination, static_cast<int>(x), static_cast<int>(y), q);
+        }
+    }
+    XPutImage(dpy, r.result, r.gc, r.destination, 0, 0, 0, 0, w, h);
+
+    // Each table colour takes its private cell; a colour the image never
+    // uses still gets one, so no colour of the drawing keeps a shared cell.
+    std::vector<unsigned long> colourPixels = returned;
+    for (size_t c : remap.rewrite_pixels(colourPixels)) {
+        unsigned long cell = 0;
+        if (!allocate_copy(colourPixels[c], &cell, &r)) {
+            show_alloc_error();
+            return 1;
+        }
+        colourPixels[c] = cell;
+    }
+    // A cell made for a pixel that stands for no colour (the transparent
+    // fill under the mask) is never seen: give it back.
+    for (unsigned long stray : remap.stray_cells()) {
+        XFreeColors(dpy, a.colormap, &stray, 1, 0);
+        std::erase(r.privateCells, stray);
+    }
+
+    // Success: hand everything over.
+    release_xpm_info(info);
+    init_xpm_info(info);
+    info->tableCount = ncolours;
+    info->colourCount = naming.colourCount;
+    info->colours = reinterpret_cast<XpmColor**>(XtCalloc(ncolours, sizeof(XpmColor*)));
+    for (unsigned i = 0; i < ncolours; i++)
+        info->colours[i] = make_record(img.colorTable[i].c_color, naming.names[i]);
+    // One pixel per record, so that whoever walks the table by colourCount
+    // never reads past the list; slots without a colour of their own (a
+    // second transparent colour) hold the transparent pixel.
+    info->pixels = reinterpret_cast<Pixel*>(XtMalloc(ncolours * sizeof(Pixel)));
+    for (unsigned i = 0; i < ncolours; i++)
+        info->pixels[i] = i < colourPixels.size() ? colourPixels[i] : newBackground;
+
+    if (!hotspot_inside(hx, hy, w, h))
+        hx = hy = -1;
+    *width = static_cast<int>(w);
+    *height = static_cast<int>(h);
+    *depth = static_cast<int>(d);
+    *pixmap = r.result;
+    *hotspotX = hx;
+    *hotspotY = hy;
+    r.keepCells = true;
+    return 0;
+}
+
+}  // namespace
+
+int read_image_file(const char* fileName, int* width, int* height, int* depth,
+                    Pixmap* pixmap, int* hotspotX, int* hotspotY, DrawingXpmInfo* info)
+{
+    *width = 0;
+    *height = 0;
+    *depth = 1;
+    *pixmap = None;
+    *hotspotX = -1;
+    *hotspotY = -1;
+    if (!fileName || !*fileName || !app().display || !openable(fileName))
+        return -1;
+
+    int status = read_xbm(fileName, width, height, pixmap, hotspotX, hotspotY);
+    if (status != NOT_XBM)
+        return status;
+
+    DrawingXpmInfo scratch;
+    bool own = !info;
+    if (own) {
+        init_xpm_info(&scratch);
+        info = &scratch;
+    }
+    status = read_xpm(fileName, width, height, depth, pixmap, hotspotX, hotspotY, info);
+    if (status != 0)
+        *depth = 1;
+    if (own)
+        release_xpm_info(&scratch);
+    return status;
+}

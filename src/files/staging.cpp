@@ -1,0 +1,36 @@
+// A directory of our own under /tmp for each write: no other user can plant
+// a file or link under the name we write to, and two saves of files with
+// the same base name never meet.
+#include "files/staging.h"
+
+#include <unistd.h>
+
+#include <cstdlib>
+
+std::string staging_base_name(const std::string& target)
+{
+    size_t slash = target.rfind('/');
+    std::string base = slash == std::string::npos ? target : target.substr(slash + 1);
+    size_t dot = base.find('.');
+    if (dot != std::string::npos)
+        base.erase(dot);
+    return base.empty() ? "image" : base;
+}
+
+bool make_staging(const std::string& target, Staging* staging, const char* parent)
+{
+    std::string pattern = std::string(parent ? parent : "/tmp") + "/pictrel-XXXXXX";
+    if (!mkdtemp(pattern.data()))
+        return false;
+    staging->directory = pattern;
+    staging->file = pattern + "/" + staging_base_name(target);
+    return true;
+}
+
+void remove_staging(const Staging& staging)
+{
+    if (!staging.file.empty())
+        unlink(staging.file.c_str());
+    if (!staging.directory.empty())
+        rmdir(staging.directory.c_str());
+}

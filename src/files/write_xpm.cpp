@@ -1,0 +1,136 @@
+// Writing a colour drawing as an XPM file: the image's pixels through
+// libXpm, the transparent pixel as the "None" colour, and each colour's
+// black-and-white meaning as its monochrome key.
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
+#include <X11/xpm.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+#include "app/app.h"
+#include "app/draw.h"
+#include "colour/color_list.h"
+#include "files/image_io.h"
+#include "files/mono_names.h"
+
+namespace {
+
+struct ImageDeleter {
+    void operator()(XImage* image) const
+    {
+        if (image)
+            XDestroyImage(image);
+    }
+};
+using ImagePtr = std::unique_ptr<XImage, ImageDeleter>;
+
+// The depth-1 shape: 1 where the image is not the transparent pixel.
+ImagePtr make_shape(Display* dpy, XImage* picture, unsigned w, unsigned h, Pixel transparent)
+{
+    char* data = static_cast<char*>(std::calloc(static_cast<size_t>(w) * h, 1));
+    if (!data)
+        return nullptr;
+    XImage* shape = XCreateImage(dpy, app().visual, 1, ZPixmap, 0, data, w, h, 8, 0);
+    if (!shape) {
+        std::free(data);
+        return nullptr;
+    }
+    for (unsigned y = 0; y < h; y++)
+        for (unsigned x = 0; x < w; x++) {
+            unsigned long p = XGetPixel(picture, static_cast<int>(x), static_cast<int>(y));
+            XPutPixel(shape, static_cast<int>(x), static_cast<int>(y), p != transparent ? 1 : 0);
+        }
+    return ImagePtr(shape);
+}
+
+// Gives the first colour of the table whose colour string is `key` the
+// monochrome key `mono`.
+void set_mono_key(XpmImage& xpm, const char* key, const char* mono)
+{
+    for (unsigned i = 0; i < xpm.ncolors; i++) {
+        XpmColor& c = xpm.colorTable[i];
+        if (c.c_color && !std::strcmp(c.c_color, key)) {
+            XpmFree(c.m_color);
+            c.m_color = strdup(mono);
+            return;
+        }
+    }
+}
+
+void write_mono_keys(Display* dpy, XpmImage& xpm, const ColorList* list)
+{
+    if (!list || !list->anchor)
+        return;
+    App& a = app();
+    unsigned long count = list->anchor->pixel;
+    const ColorEntry* e = list->anchor;
+    for (unsigned long i = 0; e && i <= count; i++, e = e->next) {
+        bool anchor = i == 0;
+        char key[32];
+        if (anchor || e->pixel == list->transparentPixel) {
+            std::snprintf(key, sizeof key, "None");
+        } else {
+            XColor c{};
+            c.pixel = e->pixel;
+            XQueryColor(dpy, a.colormap, &c);
+            // The form libXpm's image conversion gives each colour.
+            std::snprintf(key, sizeof key, "#%04X%04X%04X", c.red, c.green, c.blue);
+        }
+        const char* mono = written_mono_name(anchor, e->mapsTo == a.whitePixel,
+                                             e->mapsTo == a.blackPixel);
+        set_mono_key(xpm, key, mono);
+    }
+}
+
+}  // namespace
+
+int write_xpm_file(Drawing* d, const char* fileName)
+{
+    if (!d || !fileName || !d->image || d->width == 0 || d->height == 0)
+        return XpmOpenFailed;
+    App& a = app();
+    Display* dpy = a.display;
+    unsigned w = d->width, h = d->height;
+    const ColorList* list = d->colourList ? color_list_of_dialog(d->colourList) : nullptr;
+    Pixel transparent = list ? list->transparentPixel : res().background;
+
+    // Read the image itself: the client-side copy is only kept current
+    // while the drawing is magnified.
+    ImagePtr picture(XGetImage(dpy, d->image, 0, 0, w, h, AllPlanes, ZPixmap));
+    if (!picture)
+        return XpmNoMemory;
+    ImagePtr shape = make_shape(dpy, picture.get(), w, h, transparent);
+    if (!shape)
+        return XpmNoMemory;
+
+    XpmImage xpm{};
+    XpmAttributes attrs{};
+    attrs.valuemask = XpmVisual | XpmColormap | XpmDepth;
+    attrs.visual = a.visual;
+    attrs.colormap = a.colormap;
+    attrs.depth = static_cast<unsigned>(d->depth);
+    int status = XpmCreateXpmImageFromImage(dpy, picture.get(), shape.get(), &xpm, &attrs);
+    if (status != XpmSuccess)
+        return status;
+    for (unsigned i = 0; i < xpm.ncolors; i++)
+        if (!xpm.colorTable[i].c_color)
+            xpm.colorTable[i].c_color = strdup("None");
+
+    write_mono_keys(dpy, xpm, list);
+
+    // The hotspot is written even when there is none: such a file carries
+    // -1 -1 on its values line, which reads back as no hotspot. libXpm's
+    // detour through data lines (XpmCreateDataFromXpmImage and
+    // XpmWriteFileFromData) would drop a negative hotspot on re-parsing, so
+    // the image goes to the file directly; the lines written are the same.
+    XpmInfo info{};
+    info.valuemask = XpmHotspot | XpmColorTable | XpmVisual | XpmColormap | XpmDepth;
+    info.x_hotspot = static_cast<unsigned>(d->hotspotX);
+    info.y_hotspot = static_cast<unsigned>(d->hotspotY);
+    status = XpmWriteFileFromXpmImage(const_cast<char*>(fileName), &xpm, &info);
+    XpmFreeXpmImage(&xpm);
+    return status;
+}
