@@ -1,0 +1,478 @@
+// The colour list of a drawing, its dialog, the symbolic colours and the
+// screen grab, against the 8-bit PseudoColor test server.
+#include "x_env.h"
+
+#include <X11/extensions/XTest.h>
+#include <Xm/DrawnB.h>
+#include <Xm/MessageB.h>
+#include <Xm/Xm.h>
+
+#include <unistd.h>
+
+#include <atomic>
+#include <thread>
+#include <vector>
+
+#include "colour/color_list.h"
+#include "colour/grab.h"
+#include "files/image_io.h"
+
+namespace {
+
+Colormap cmap() { return DefaultColormap(app().display, app().screen); }
+
+XColor query(Pixel p)
+{
+    XColor c{};
+    c.pixel = p;
+    XQueryColor(app().display, cmap(), &c);
+    return c;
+}
+
+bool same_rgb(Pixel a, Pixel b)
+{
+    XColor x = query(a), y = query(b);
+    return x.red == y.red && x.green == y.green && x.blue == y.blue;
+}
+
+std::vector<ColorEntry*> entries(ColorList* list)
+{
+    std::vector<ColorEntry*> out;
+    for (ColorEntry* e = list->anchor->next; e; e = e->next)
+        out.push_back(e);
+    return out;
+}
+
+Pixel gc_foreground(GC gc)
+{
+    XGCValues v{};
+    XGetGCValues(app().display, gc, GCForeground, &v);
+    return v.foreground;
+}
+
+// Whether the cell is still allocated to us: storing into a freed (or
+// read-only) cell is refused with BadAccess.
+int trapped = 0;
+int trap(Display*, XErrorEvent* e)
+{
+    trapped = e->error_code;
+    return 0;
+}
+bool cell_writable(Pixel p)
+{
+    XColor c = query(p);
+    c.flags = DoRed | DoGreen | DoBlue;
+    XSync(app().display, False);
+    trapped = 0;
+    XErrorHandler old = XSetErrorHandler(trap);
+    XStoreColor(app().display, cmap(), &c);
+    XSync(app().display, False);
+    XSetErrorHandler(old);
+    return trapped == 0;
+}
+
+void activate(Widget w, int clicks)
+{
+    XmDrawnButtonCallbackStruct cbs{};
+    cbs.reason = XmCR_ACTIVATE;
+    cbs.click_count = clicks;
+    XtCallCallbacks(w, XmNactivateCallback, &cbs);
+    pump();
+}
+
+void press(Widget dialog, const char* name)
+{
+    Widget b = XtNameToWidget(dialog, name);
+    ASSERT_NE(b, nullptr) << name;
+    XtCallCallbacks(b, XmNactivateCallback, nullptr);
+    pump();
+}
+
+unsigned char shadow_of(Widget w)
+{
+    unsigned char s = 0;
+    XtVaGetValues(w, XmNshadowType, &s, nullptr);
+    return s;
+}
+
+}  // namespace
+
+// A new drawing has exactly transparent, white and black, each in a cell of
+// its own; black paints with button 1 and white with button 3, and the
+// empty image is transparent.
+TEST(Colour, NewDrawingHasTransparentWhiteBlack)
+{
+    Drawing* d = make_drawing(16, 16);
+    ASSERT_NE(d, nullptr);
+    ColorList* list = color_list_of(d);
+    ASSERT_NE(list, nullptr);
+    ASSERT_EQ(list->anchor->pixel, 3u) << "the anchor counts the colours";
+    std::vector<ColorEntry*> e = entries(list);
+    ASSERT_EQ(e.size(), 3u);
+
+    Pixel dialogBackground = 0;
+    XtVaGetValues(d->colourList, XmNbackground, &dialogBackground, nullptr);
+    EXPECT_EQ(e[0]->pixel, list->transparentPixel);
+    EXPECT_EQ(e[0]->mapsTo, list->transparentPixel);
+    EXPECT_EQ(res().background, list->transparentPixel) << "the program's transparent pixel follows";
+    EXPECT_TRUE(same_rgb(e[0]->pixel, dialogBackground)) << "transparent shows the dialog background";
+    EXPECT_TRUE(same_rgb(e[1]->pixel, app().whitePixel));
+    EXPECT_EQ(e[1]->mapsTo, app().whitePixel);
+    EXPECT_TRUE(same_rgb(e[2]->pixel, app().blackPixel));
+    EXPECT_EQ(e[2]->mapsTo, app().blackPixel);
+    for (ColorEntry* entry : e) {
+        EXPECT_TRUE(cell_writable(entry->pixel)) << "every colour is a read/write cell";
+        ASSERT_NE(entry->button, nullptr);
+        EXPECT_STREQ(XtName(entry->button), "ColorListEntry");
+        EXPECT_EQ(XtParent(entry->button), list->entryBox);
+    }
+
+    EXPECT_EQ(list->foregroundEntry, e[2]);
+    EXPECT_EQ(list->backgroundEntry, e[1]);
+    EXPECT_EQ(gc_foreground(d->foregroundGC), e[2]->pixel);
+    EXPECT_EQ(gc_foreground(d->backgroundGC), e[1]->pixel);
+    EXPECT_EQ(image_pixel(d, 3, 3), list->transparentPixel);
+}
+
+// The dialog's widget tree: names and parents the application defaults
+// address, the selected foreground well, a hidden message and buttons that
+// leave the dialog up.
+TEST(Colour, DialogTreeAndShowing)
+{
+    Drawing* d = make_drawing(16, 16);
+    ASSERT_NE(d, nullptr);
+    Widget dialog = d->colourList;
+    ColorList* list = color_list_of(d);
+    EXPECT_STREQ(XtName(dialog), "ColorListDialog");
+    Widget main = XtNameToWidget(dialog, "main");
+    ASSERT_NE(main, nullptr);
+    for (const char* name : {"Foreground_Button", "Foreground_Label", "Background_Button",
+                             "Background_Label", "ColorListRCW"}) {
+        Widget w = XtNameToWidget(main, name);
+        ASSERT_NE(w, nullptr) << name;
+        EXPECT_EQ(XtParent(w), main) << name;
+    }
+    EXPECT_EQ(list->foregroundButton, XtNameToWidget(main, "Foreground_Button"));
+    EXPECT_EQ(list->backgroundButton, XtNameToWidget(main, "Background_Button"));
+    EXPECT_EQ(list->entryBox, XtNameToWidget(main, "ColorListRCW"));
+    EXPECT_EQ(list->selectedWell, list->foregroundButton);
+    EXPECT_EQ(shadow_of(list->foregroundButton), XmSHADOW_IN);
+    EXPECT_EQ(shadow_of(list->backgroundButton), XmSHADOW_OUT);
+    EXPECT_NE(XtNameToWidget(dialog, "New"), nullptr);
+    EXPECT_NE(XtNameToWidget(dialog, "EditColor"), nullptr);
+    Widget message = XmMessageBoxGetChild(dialog, XmDIALOG_MESSAGE_LABEL);
+    if (message) {
+        EXPECT_FALSE(XtIsManaged(message));
+    }
+
+    EXPECT_FALSE(XtIsManaged(dialog)) << "not shown until asked for";
+    EXPECT_EQ(cmd_show_colors(d, nullptr, False), 0);
+    pump();
+    EXPECT_TRUE(XtIsManaged(dialog));
+    Position sx = 0, sy = 0, dx = 0, dy = 0;
+    Dimension sw = 0;
+    XtTranslateCoords(d->shell, 0, 0, &sx, &sy);
+    XtTranslateCoords(dialog, 0, 0, &dx, &dy);
+    XtVaGetValues(d->shell, XmNwidth, &sw, nullptr);
+    EXPECT_GE(dx, sx + Position(sw)) << "placed beside the drawing window, not over it";
+
+    // The swatch shows its colour with the mapping strip at its right.
+    ColorEntry* white = entries(list)[1];
+    Dimension width = 0, height = 0;
+    XtVaGetValues(white->button, XmNwidth, &width, XmNheight, &height, nullptr);
+    EXPECT_GE(width, 40) << "swatches are readable";
+    EXPECT_GE(height, 12);
+    Window w = XtWindow(white->button);
+    EXPECT_EQ(window_pixel(w, width / 3, height / 2), white->pixel);
+    EXPECT_EQ(window_pixel(w, width - 6, height / 2), white->mapsTo);
+
+    press(dialog, "EditColor");   // the editor is not there yet: harmless
+    EXPECT_TRUE(XtIsManaged(dialog)) << "buttons leave the dialog up";
+    EXPECT_EQ(cmd_show_colors(nullptr, nullptr, False), 1);
+}
+
+// The black-and-white mapping of the keys an image's colour table holds,
+// and the order of a list loaded from one: the dialog background first as
+// transparent, then the image's colours, the first of them the background.
+TEST(Colour, ImageTableLoadsWithMonoKeys)
+{
+    EXPECT_EQ(bw_mapping("white", 77), app().whitePixel);
+    EXPECT_EQ(bw_mapping("w", 77), app().whitePixel);
+    EXPECT_EQ(bw_mapping("black", 77), app().blackPixel);
+    EXPECT_EQ(bw_mapping(nullptr, 77), app().blackPixel) << "a missing key is black";
+    EXPECT_EQ(bw_mapping("none", 77), 77u);
+    EXPECT_EQ(bw_mapping("None", 77), 77u);
+
+    Drawing* d = make_drawing(8, 8);
+    ASSERT_NE(d, nullptr);
+    const char* mono[4] = {"w", "b", "None", nullptr};
+    const char* colour[4] = {"#FF0000", "#00FF00", "None", "#0000FF"};
+    XpmColor colours[4]{};
+    XpmColor* table[4];
+    Pixel pixels[4];
+    unsigned long planes[1];
+    ASSERT_TRUE(XAllocColorCells(app().display, cmap(), False, planes, 0, pixels, 4));
+    for (int i = 0; i < 4; i++) {
+        colours[i].m_color = const_cast<char*>(mono[i]);
+        colours[i].c_color = const_cast<char*>(colour[i]);
+        table[i] = &colours[i];
+    }
+    DrawingXpmInfo info{};
+    info.colourCount = 4;
+    info.colours = table;
+    info.pixels = pixels;
+
+    Pixel p = 0;
+    XtVaGetValues(d->colourList, XmNbackground, &p, nullptr);
+    ASSERT_EQ(load_color_list(d->colourList, &info), 0);
+    ColorList* list = color_list_of(d);
+    std::vector<ColorEntry*> e = entries(list);
+    ASSERT_EQ(e.size(), 5u) << "loading again replaces the three colours of the new drawing";
+    EXPECT_EQ(list->anchor->pixel, 5u);
+    EXPECT_EQ(e[0]->pixel, list->transparentPixel);
+    for (int i = 0; i < 4; i++)
+        EXPECT_EQ(e[i + 1]->pixel, pixels[i]) << "colours keep their cells, in table order";
+    EXPECT_EQ(e[1]->mapsTo, app().whitePixel);
+    EXPECT_EQ(e[2]->mapsTo, app().blackPixel);
+    EXPECT_EQ(e[3]->mapsTo, p) << "the image's None is one of the colours, mapped to transparent";
+    EXPECT_EQ(e[4]->mapsTo, app().blackPixel);
+    EXPECT_EQ(list->backgroundEntry, e[0]);
+    EXPECT_EQ(list->foregroundEntry, e[1]);
+    EXPECT_EQ(gc_foreground(d->foregroundGC), pixels[0]);
+    EXPECT_EQ(gc_foreground(d->backgroundGC), list->transparentPixel);
+}
+
+// Freeing a list gives its cells back but never the program's transparent
+// cell, and leaves an empty, reloadable list.
+TEST(Colour, FreeKeepsTheTransparentCell)
+{
+    Drawing* d = make_drawing(8, 8);
+    ASSERT_NE(d, nullptr);
+    ColorList* list = color_list_of(d);
+    std::vector<ColorEntry*> e = entries(list);
+    ASSERT_EQ(e.size(), 3u);
+    Pixel transparent = e[0]->pixel, white = e[1]->pixel, black = e[2]->pixel;
+    ASSERT_EQ(transparent, res().background);
+
+    free_all_colors(list);
+    pump();
+    EXPECT_EQ(list->anchor->pixel, 0u);
+    EXPECT_EQ(list->anchor->next, nullptr);
+    EXPECT_EQ(list->foregroundEntry, nullptr);
+    EXPECT_EQ(list->backgroundEntry, nullptr);
+    WidgetList children = nullptr;
+    Cardinal count = 0;
+    XtVaGetValues(list->entryBox, XmNchildren, &children, XmNnumChildren, &count, nullptr);
+    EXPECT_EQ(count, 0u) << "the swatches are destroyed";
+    EXPECT_TRUE(cell_writable(transparent)) << "the background cell is never freed";
+    EXPECT_FALSE(cell_writable(white)) << "other cells go back to the colormap";
+    EXPECT_FALSE(cell_writable(black));
+
+    ASSERT_EQ(load_color_list(d->colourList, nullptr), 0);
+    EXPECT_EQ(list->anchor->pixel, 3u);
+}
+
+// The symbolic colour table is filled once: a later widget with other
+// colours does not change it, only a given transparent pixel does.
+TEST(Colour, SymbolicColoursFilledOnce)
+{
+    Drawing* d = make_drawing(8, 8);
+    ASSERT_NE(d, nullptr);
+    int n = 0;
+    XpmColorSymbol* first = symbolic_colors(d->shell, nullptr, &n);
+    ASSERT_EQ(n, 18);
+    ASSERT_EQ(first, symbolicColors);
+    EXPECT_NE(first[0].pixel, 9999u) << "filled, even without a desktop scheme";
+    EXPECT_STREQ(first[0].name, "orvBackground");
+    EXPECT_STREQ(first[13].name, "urgent");
+    EXPECT_EQ(first[14].pixel, app().whitePixel);
+    EXPECT_EQ(first[15].pixel, app().blackPixel);
+    EXPECT_EQ(first[16].name, nullptr);
+    EXPECT_STREQ(first[16].value, "none");
+    EXPECT_STREQ(first[17].value, "#Transparent");
+    Pixel before[18];
+    for (int i = 0; i < 18; i++)
+        before[i] = first[i].pixel;
+
+    XColor red{};
+    red.red = 65535;
+    ASSERT_TRUE(XAllocColor(app().display, cmap(), &red));
+    Widget other = XtVaCreateWidget("other", xmDrawnButtonWidgetClass, d->mainWindow,
+                                    XmNbackground, red.pixel, XmNforeground, red.pixel, nullptr);
+    symbolic_colors(other, nullptr, &n);
+    for (int i = 0; i < 18; i++)
+        EXPECT_EQ(symbolicColors[i].pixel, before[i]) << "entry " << i << " was read again";
+
+    Pixel transparent = 42;
+    symbolic_colors(other, &transparent, &n);
+    for (int i : {8, 10, 16, 17})
+        EXPECT_EQ(symbolicColors[i].pixel, 42u) << "entry " << i;
+    for (int i : {0, 9, 11, 12, 13})
+        EXPECT_EQ(symbolicColors[i].pixel, before[i]) << "entry " << i;
+    XtDestroyWidget(other);
+}
+
+// New adds white mapped to black and gives it to the selected well; the
+// well's GC keeps its colour until a swatch is chosen.
+TEST(Colour, NewGoesToTheSelectedWell)
+{
+    Drawing* d = make_drawing(8, 8);
+    ASSERT_NE(d, nullptr);
+    ColorList* list = color_list_of(d);
+    Pixel oldBackground = gc_foreground(d->backgroundGC);
+
+    activate(list->backgroundButton, 1);
+    EXPECT_EQ(list->selectedWell, list->backgroundButton);
+    EXPECT_EQ(shadow_of(list->backgroundButton), XmSHADOW_IN);
+    EXPECT_EQ(shadow_of(list->foregroundButton), XmSHADOW_OUT);
+    activate(list->backgroundButton, 1);
+    EXPECT_EQ(shadow_of(list->backgroundButton), XmSHADOW_IN) << "clicking it again changes nothing";
+
+    press(d->colourList, "New");
+    std::vector<ColorEntry*> e = entries(list);
+    ASSERT_EQ(e.size(), 4u);
+    ColorEntry* added = e[3];
+    EXPECT_EQ(list->backgroundEntry, added);
+    EXPECT_TRUE(same_rgb(added->pixel, app().whitePixel));
+    EXPECT_EQ(added->mapsTo, app().blackPixel);
+    EXPECT_NE(added->pixel, e[1]->pixel) << "a cell of its own";
+    EXPECT_EQ(gc_foreground(d->backgroundGC), oldBackground);
+
+    activate(added->button, 2);   // double click: the editor, not built yet
+    activate(list->foregroundButton, 2);
+    EXPECT_EQ(list->selectedWell, list->backgroundButton) << "a double click does not select";
+}
+
+// Choosing a swatch changes the selected well's GC, so the next stroke
+// paints with the chosen colour.
+TEST(Colour, ChosenSwatchPaints)
+{
+    Drawing* d = make_drawing(8, 8);
+    ASSERT_NE(d, nullptr);
+    ColorList* list = color_list_of(d);
+    std::vector<ColorEntry*> e = entries(list);
+
+    activate(e[1]->button, 1);   // white into the foreground well
+    EXPECT_EQ(list->foregroundEntry, e[1]);
+    XFillRectangle(app().display, d->image, d->foregroundGC, 0, 0, 4, 4);
+    EXPECT_EQ(image_pixel(d, 2, 2), e[1]->pixel);
+
+    activate(list->backgroundButton, 1);
+    activate(e[2]->button, 1);   // black into the background well
+    EXPECT_EQ(list->backgroundEntry, e[2]);
+    EXPECT_EQ(list->foregroundEntry, e[1]) << "the other well is left alone";
+    XFillRectangle(app().display, d->image, d->backgroundGC, 4, 4, 4, 4);
+    EXPECT_EQ(image_pixel(d, 5, 5), e[2]->pixel);
+
+    choose_color_entry(list, nullptr);   // no entry: the well's own
+    EXPECT_EQ(list->backgroundEntry, e[2]);
+}
+
+// With every cell of the colormap taken, adding fails cleanly: the list
+// keeps its count and chain, a new drawing is refused, and the drawings
+// already open keep painting.
+TEST(Colour, RunningOutOfCells)
+{
+    Drawing* d = make_drawing(8, 8);
+    ASSERT_NE(d, nullptr);
+    ColorList* list = color_list_of(d);
+    std::vector<Pixel> taken;
+    unsigned long planes[1];
+    Pixel p;
+    while (taken.size() < 256 && XAllocColorCells(app().display, cmap(), False, planes, 0, &p, 1))
+        taken.push_back(p);
+
+    EXPECT_EQ(add_color(list, app().whitePixel, app().blackPixel, 1), nullptr);
+    Pixel background = 0;
+    XtVaGetValues(list->entryBox, XmNbackground, &background, nullptr);
+    EXPECT_EQ(add_color(list, background, background, 1), nullptr) << "nor a transparent colour";
+    press(d->colourList, "New");
+    EXPECT_EQ(list->anchor->pixel, 3u);
+    EXPECT_EQ(entries(list).size(), 3u) << "no uncounted entry is left in the chain";
+
+    int open = registry().openCount;
+    EXPECT_EQ(make_drawing(8, 8), nullptr) << "a new drawing needs cells";
+    EXPECT_EQ(registry().openCount, open);
+
+    ColorEntry* black = entries(list)[2];
+    choose_color_entry(list, black);
+    XFillRectangle(app().display, d->image, d->foregroundGC, 0, 0, 2, 2);
+    EXPECT_EQ(image_pixel(d, 1, 1), black->pixel);
+
+    if (!taken.empty())
+        XFreeColors(app().display, cmap(), taken.data(), int(taken.size()), 0);
+    pump();
+    EXPECT_NE(add_color(list, app().whitePixel, app().blackPixel, 1), nullptr);
+    EXPECT_EQ(list->anchor->pixel, 4u);
+}
+
+// The grab takes the pixel under the pointer at the release of any button,
+// and the click goes to the grab, not to the window under it.
+TEST(Colour, GrabReadsThePixelUnderThePointer)
+{
+    Display* dpy = app().display;
+    Cursor cursor = grab_pixel_cursor(dpy);
+    EXPECT_NE(cursor, None);
+    EXPECT_EQ(grab_pixel_cursor(dpy), cursor) << "made once and kept";
+
+    Pixel cell;
+    unsigned long planes[1];
+    ASSERT_TRUE(XAllocColorCells(dpy, cmap(), False, planes, 0, &cell, 1));
+    XColor c{};
+    c.pixel = cell;
+    c.red = 0x1234;
+    c.green = 0xfedc;
+    c.blue = 0x8000;
+    c.flags = DoRed | DoGreen | DoBlue;
+    XStoreColor(dpy, cmap(), &c);
+    XSetWindowAttributes attrs{};
+    attrs.background_pixel = cell;
+    attrs.override_redirect = True;
+    Window w = XCreateWindow(dpy, app().root, 200, 150, 60, 60, 0, CopyFromParent, InputOutput,
+                             CopyFromParent, CWBackPixel | CWOverrideRedirect, &attrs);
+    XMapRaised(dpy, w);
+    pump();
+
+    // A second client plays the user. It owns the button events of the
+    // window, so a click that escaped the grab would go to it and the grab
+    // would never end. It clicks only once the grab is seen to be active:
+    // fake input sent before grab_pixel would be handled before the grab.
+    Display* input = XOpenDisplay(DisplayString(dpy));
+    ASSERT_NE(input, nullptr);
+    XSelectInput(input, w, ButtonPressMask | ButtonReleaseMask);
+    XTestFakeMotionEvent(input, app().screen, 230, 180, 0);
+    XSync(input, False);
+    std::atomic<bool> clicked{false};
+    std::thread user([&] {
+        Window root = DefaultRootWindow(input);
+        for (int i = 0; i < 1000; i++) {
+            int status = XGrabPointer(input, root, False, ButtonPressMask, GrabModeAsync,
+                                      GrabModeAsync, None, None, CurrentTime);
+            if (status == AlreadyGrabbed) {
+                XTestFakeButtonEvent(input, 3, True, 0);
+                XTestFakeButtonEvent(input, 3, False, 0);
+                XSync(input, False);
+                clicked = true;
+                return;
+            }
+            if (status == GrabSuccess)
+                XUngrabPointer(input, CurrentTime);
+            XSync(input, False);
+            usleep(10000);
+        }
+    });
+    alarm(30);   // a lost release would hang the grab loop
+    Pixel got = grab_pixel(dpy);
+    alarm(0);
+    user.join();
+    EXPECT_TRUE(clicked);
+    EXPECT_EQ(got, cell);
+
+    XEvent ev;
+    XSync(input, False);
+    EXPECT_FALSE(XCheckWindowEvent(input, w, ButtonPressMask | ButtonReleaseMask, &ev))
+        << "the click reached the window under the grab";
+    XCloseDisplay(input);
+    XDestroyWindow(dpy, w);
+    XFreeColors(dpy, cmap(), &cell, 1, 0);
+}
