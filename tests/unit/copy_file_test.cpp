@@ -1,0 +1,181 @@
+// Copying a staged file onto its target, and the private staging directory.
+#include <gtest/gtest.h>
+
+#include <dirent.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "files/copy_file.h"
+#include "files/staging.h"
+
+namespace {
+
+class TempDir {
+public:
+    TempDir()
+    {
+        char pattern[] = "/tmp/pictrel-copy-test-XXXXXX";
+        path = mkdtemp(pattern) ? pattern : "";
+    }
+    ~TempDir() { std::system(("rm -rf '" + path + "'").c_str()); }
+    std::string path;
+};
+
+void write_text(const std::string& path, const std::string& text)
+{
+    std::ofstream(path, std::ios::binary) << text;
+}
+
+std::string read_text(const std::string& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    std::stringstream s;
+    s << in.rdbuf();
+    return s.str();
+}
+
+std::vector<std::string> entries(const std::string& dir)
+{
+    std::vector<std::string> names;
+    if (DIR* d = opendir(dir.c_str())) {
+        while (dirent* e = readdir(d))
+            if (std::string(e->d_name) != "." && std::string(e->d_name) != "..")
+                names.push_back(e->d_name);
+        closedir(d);
+    }
+    return names;
+}
+
+}  // namespace
+
+// A copy replaces the target's contents, keeps its permissions, and leaves
+// no temporary file beside it.
+TEST(CopyFile, ReplacesTargetAndKeepsItsMode)
+{
+    TempDir t;
+    std::string src = t.path + "/src", dst = t.path + "/dst";
+    std::string big(100000, 'x');
+    write_text(src, big);
+    write_text(dst, "old");
+    chmod(dst.c_str(), 0640);
+    ASSERT_EQ(copy_file(src.c_str(), dst.c_str()), 1);
+    EXPECT_EQ(read_text(dst), big);
+    struct stat st {};
+    stat(dst.c_str(), &st);
+    EXPECT_EQ(st.st_mode & 0777, 0640u);
+    EXPECT_EQ(entries(t.path).size(), 2u) << "no temporary file left";
+
+    std::string fresh = t.path + "/new";
+    ASSERT_EQ(copy_file(src.c_str(), fresh.c_str()), 1);
+    EXPECT_EQ(read_text(fresh), big);
+}
+
+// Saving through a symbolic link replaces the file it points at.
+TEST(CopyFile, WritesThroughSymbolicLink)
+{
+    TempDir t;
+    std::string src = t.path + "/src", real = t.path + "/real", link = t.path + "/link";
+    write_text(src, "new");
+    write_text(real, "old");
+    ASSERT_EQ(symlink(real.c_str(), link.c_str()), 0);
+    ASSERT_EQ(copy_file(src.c_str(), link.c_str()), 1);
+    EXPECT_EQ(read_text(real), "new");
+    struct stat st {};
+    lstat(link.c_str(), &st);
+    EXPECT_TRUE(S_ISLNK(st.st_mode));
+}
+
+// Every failure returns 0 and leaves the old target exactly as it was.
+TEST(CopyFile, FailureLeavesTargetIntact)
+{
+    TempDir t;
+    std::string src = t.path + "/src", dst = t.path + "/dst";
+    write_text(src, "new contents");
+    write_text(dst, "old contents");
+
+    EXPECT_EQ(copy_file((t.path + "/missing").c_str(), dst.c_str()), 0);
+    EXPECT_EQ(read_text(dst), "old contents") << "missing source";
+
+    std::string vanished = t.path + "/gone";
+    mkdir(vanished.c_str(), 0700);
+    rmdir(vanished.c_str());
+    EXPECT_EQ(copy_file(src.c_str(), (vanished + "/dst").c_str()), 0) << "vanished directory";
+
+    EXPECT_EQ(copy_file(src.c_str(), (dst + "/under-a-file").c_str()), 0);
+    EXPECT_EQ(read_text(dst), "old contents") << "a path through a file";
+
+    std::string dir = t.path + "/adir";
+    mkdir(dir.c_str(), 0700);
+    EXPECT_EQ(copy_file(src.c_str(), dir.c_str()), 0) << "a directory is never replaced";
+    struct stat st {};
+    stat(dir.c_str(), &st);
+    EXPECT_TRUE(S_ISDIR(st.st_mode));
+
+    EXPECT_EQ(copy_file(t.path.c_str(), dst.c_str()), 0) << "a directory is no source";
+    EXPECT_EQ(read_text(dst), "old contents");
+    EXPECT_EQ(copy_file(src.c_str(), ""), 0);
+}
+
+// Without write permission on the directory the target stays as it was
+// (root ignores permissions, so the case is skipped there).
+TEST(CopyFile, UnwritableDirectoryLeavesTargetIntact)
+{
+    if (geteuid() == 0)
+        GTEST_SKIP() << "permissions do not bind root";
+    TempDir t;
+    std::string src = t.path + "/src", dir = t.path + "/ro", dst = dir + "/dst";
+    write_text(src, "new");
+    mkdir(dir.c_str(), 0700);
+    write_text(dst, "old");
+    chmod(dir.c_str(), 0500);
+    EXPECT_EQ(copy_file(src.c_str(), dst.c_str()), 0);
+    chmod(dir.c_str(), 0700);
+    EXPECT_EQ(read_text(dst), "old");
+}
+
+// A full file system: the copy fails, the old target is whole and no
+// temporary file is left. Needs a small tmpfs, so root with mount rights.
+TEST(CopyFile, FullDiskLeavesTargetIntact)
+{
+    TempDir t;
+    std::string mnt = t.path + "/small";
+    mkdir(mnt.c_str(), 0700);
+    if (mount("tmpfs", mnt.c_str(), "tmpfs", 0, "size=64k") != 0)
+        GTEST_SKIP() << "cannot mount a small tmpfs here";
+    std::string src = t.path + "/src", dst = mnt + "/dst";
+    write_text(src, std::string(1 << 20, 'n'));
+    write_text(dst, "old contents");
+    EXPECT_EQ(copy_file(src.c_str(), dst.c_str()), 0);
+    EXPECT_EQ(read_text(dst), "old contents");
+    EXPECT_EQ(entries(mnt).size(), 1u) << "the partial copy is removed";
+    umount2(mnt.c_str(), MNT_DETACH);
+}
+
+// The staging directory is private (0700), holds the file under the cut
+// base name, and is removed with it.
+TEST(Staging, PrivateDirectoryNamedFile)
+{
+    TempDir t;
+    Staging s;
+    ASSERT_TRUE(make_staging("/home/u/a.b.px", &s, t.path.c_str()));
+    struct stat st {};
+    ASSERT_EQ(stat(s.directory.c_str(), &st), 0);
+    EXPECT_TRUE(S_ISDIR(st.st_mode));
+    EXPECT_EQ(st.st_mode & 0777, 0700u);
+    EXPECT_EQ(s.file, s.directory + "/a");
+    write_text(s.file, "x");
+    Staging other;
+    ASSERT_TRUE(make_staging("/elsewhere/a.xpm", &other, t.path.c_str()));
+    EXPECT_NE(other.directory, s.directory) << "two saves of one base name never meet";
+    remove_staging(s);
+    remove_staging(other);
+    EXPECT_TRUE(entries(t.path).empty());
+    EXPECT_FALSE(make_staging("x", &s, (t.path + "/missing").c_str()));
+}
