@@ -6,6 +6,8 @@
 #include <Xm/ScrolledW.h>
 #include <Xm/Xm.h>
 
+#include <algorithm>
+
 #include "app/app.h"
 #include "app/commands.h"
 #include "app/draw.h"
@@ -17,6 +19,8 @@
 namespace {
 
 constexpr int MAX_ZOOM = 4;
+constexpr int MIN_VIEW = 64, MAX_VIEW_WIDTH = 640, MAX_VIEW_HEIGHT = 560;
+constexpr int VIEW_MARGIN = 8;   // the scrolled window's shadow and spacing
 
 void canvas_expose_cb(Widget w, XtPointer clientData, XtPointer callData) noexcept
 {
@@ -133,9 +137,16 @@ Widget create_canvas(Widget form, Drawing* d)
     if (!form || !d)
         return nullptr;
     Widget frame = XmCreateFrame(form, const_cast<char*>("drawFrame"), nullptr, 0);
-    Arg args[2];
+    // Show the whole canvas when it is small, a screenful of it when not;
+    // the window manager and the user can resize from there.
+    Dimension viewW = scaled(d->width, d->zoom), viewH = scaled(d->height, d->zoom);
+    viewW = static_cast<Dimension>(std::clamp<int>(viewW, MIN_VIEW, MAX_VIEW_WIDTH) + VIEW_MARGIN);
+    viewH = static_cast<Dimension>(std::clamp<int>(viewH, MIN_VIEW, MAX_VIEW_HEIGHT) + VIEW_MARGIN);
+    Arg args[3];
     Cardinal n = 0;
     XtSetArg(args[n], XmNscrollingPolicy, XmAUTOMATIC), n++;
+    XtSetArg(args[n], XmNwidth, viewW), n++;
+    XtSetArg(args[n], XmNheight, viewH), n++;
     Widget scroll = XmCreateScrolledWindow(frame, const_cast<char*>("scrollWin"), args, n);
     d->frame = frame;
     d->scrolledWindow = scroll;

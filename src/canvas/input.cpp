@@ -47,32 +47,40 @@ bool any_button_down(Display* dpy, Window w)
 // deciding event is put back so the tool still sees it.
 int detect_constraint(Display* dpy, Window w, int x0, int y0)
 {
+    constexpr long mask = MOTION_MASK | ButtonReleaseMask;
     for (;;) {
         XEvent ev;
-        if (XCheckMaskEvent(dpy, MOTION_MASK | ButtonReleaseMask, &ev)) {
-            if (ev.type == ButtonRelease) {
-                XPutBackEvent(dpy, &ev);
+        bool got = XCheckMaskEvent(dpy, mask, &ev);
+        if (!got && !any_button_down(dpy, w)) {
+            // A release that never reaches us (or a synthetic press with no
+            // button really held) must not leave us polling forever; what
+            // was sent before the pointer query is queued after a sync.
+            XSync(dpy, False);
+            got = XCheckMaskEvent(dpy, mask, &ev);
+            if (!got)
                 return 0;
-            }
-            if (ev.type != MotionNotify)
-                continue;
-            int c = drag_constraint(x0, y0, ev.xmotion.x, ev.xmotion.y);
-            if (c != 0) {
-                XPutBackEvent(dpy, &ev);
-                return c;
-            }
-            continue;   // small moves are consumed
         }
-        // A release that never reaches us (or synthetic presses with no
-        // button really held) must not leave us polling forever.
-        if (!any_button_down(dpy, w))
+        if (!got) {
+            int fd = ConnectionNumber(dpy);
+            fd_set fds;
+            FD_ZERO(&fds);
+            FD_SET(fd, &fds);
+            timeval tv{0, 20000};
+            select(fd + 1, &fds, nullptr, nullptr, &tv);
+            continue;
+        }
+        if (ev.type == ButtonRelease) {
+            XPutBackEvent(dpy, &ev);
             return 0;
-        int fd = ConnectionNumber(dpy);
-        fd_set fds;
-        FD_ZERO(&fds);
-        FD_SET(fd, &fds);
-        timeval tv{0, 20000};
-        select(fd + 1, &fds, nullptr, nullptr, &tv);
+        }
+        if (ev.type != MotionNotify)
+            continue;
+        int c = drag_constraint(x0, y0, ev.xmotion.x, ev.xmotion.y);
+        if (c != 0) {
+            XPutBackEvent(dpy, &ev);
+            return c;
+        }
+        // Small moves are consumed.
     }
 }
 
