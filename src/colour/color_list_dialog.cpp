@@ -4,8 +4,6 @@
 #include <Xm/DrawnB.h>
 #include <Xm/Form.h>
 #include <Xm/Label.h>
-#include <Xm/MessageB.h>
-#include <Xm/PushB.h>
 #include <Xm/RowColumn.h>
 #include <Xm/Xm.h>
 
@@ -154,23 +152,6 @@ void fill_work_area(Widget form)
     list->entryBox = box;
 }
 
-// Builds the dialog as the shared template builder does, for a program in
-// which that builder is not available.
-Widget build_dialog_directly(Widget parent, ArgList args, Cardinal count, const DialogButton* buttons)
-{
-    Widget dialog = XmCreateTemplateDialog(parent, const_cast<char*>("ColorListDialog"), args, count);
-    Widget form = XmCreateForm(dialog, const_cast<char*>("main"), nullptr, 0);
-    fill_work_area(form);
-    for (const DialogButton* b = buttons; b->name; b++) {
-        Widget w = XtVaCreateManagedWidget(b->name, xmPushButtonWidgetClass, dialog, nullptr);
-        XtAddCallback(w, XmNactivateCallback, b->callback, b->clientData);
-    }
-    if (Widget label = XmMessageBoxGetChild(dialog, XmDIALOG_MESSAGE_LABEL))
-        XtUnmanageChild(label);
-    XtManageChild(form);
-    return dialog;
-}
-
 }  // namespace
 
 Widget create_color_list_dialog(Widget parent, GC foregroundGC, GC backgroundGC,
@@ -208,9 +189,13 @@ Widget create_color_list_dialog(Widget parent, GC foregroundGC, GC backgroundGC,
 
     buildingList = list;
     Widget dialog = template_dialog(parent, "ColorListDialog", fill_work_area, args, n, buttons);
-    if (!dialog)
-        dialog = build_dialog_directly(parent, args, n, buttons);
     buildingList = nullptr;
+    if (!dialog) {
+        if (anchor)
+            *anchor = nullptr;
+        XtFree(reinterpret_cast<char*>(first));
+        XtFree(reinterpret_cast<char*>(list));
+    }
     return dialog;
 }
 
