@@ -476,3 +476,57 @@ TEST(Colour, GrabReadsThePixelUnderThePointer)
     XDestroyWindow(dpy, w);
     XFreeColors(dpy, cmap(), &cell, 1, 0);
 }
+
+// A file's transparent colour: the dialog background still comes first as
+// the list's transparent colour, the file's pixels of "None" hold it, and
+// the other colours keep their file order and monochrome keys.
+TEST(Colour, FileWithTransparentColour)
+{
+    char path[] = "/tmp/pictrel_colour_XXXXXX.xpm";
+    int fd = mkstemps(path, 4);
+    ASSERT_GE(fd, 0);
+    const char xpm[] =
+        "/* XPM */\n"
+        "static char * pic[] = {\n"
+        "\"4 2 3 1\",\n"
+        "\". c None m None\",\n"
+        "\"r c #FF0000 m black\",\n"
+        "\"w c #FFFFFF m white\",\n"
+        "\".rw.\",\n"
+        "\"wr..\"};\n";
+    ASSERT_EQ(write(fd, xpm, sizeof xpm - 1), ssize_t(sizeof xpm - 1));
+    close(fd);
+    int status = open_file(path);
+    unlink(path);
+    ASSERT_EQ(status, 0);
+    Drawing* d = first_open_drawing();
+    ASSERT_NE(d, nullptr);
+    ColorList* list = color_list_of(d);
+    ASSERT_NE(list, nullptr);
+    std::vector<ColorEntry*> e = entries(list);
+    ASSERT_GE(e.size(), 3u);
+    EXPECT_EQ(list->anchor->pixel, e.size());
+    EXPECT_EQ(e[0]->pixel, list->transparentPixel);
+    EXPECT_EQ(e[0]->mapsTo, list->transparentPixel);
+    EXPECT_EQ(image_pixel(d, 0, 0), list->transparentPixel) << "the file's None pixels are transparent";
+    Pixel red = image_pixel(d, 1, 0), white = image_pixel(d, 2, 0);
+    EXPECT_EQ(image_pixel(d, 1, 1), red);
+    ColorEntry* redEntry = nullptr;
+    ColorEntry* whiteEntry = nullptr;
+    for (ColorEntry* entry : e) {
+        if (entry->pixel == red)
+            redEntry = entry;
+        if (entry->pixel == white)
+            whiteEntry = entry;
+    }
+    ASSERT_NE(redEntry, nullptr) << "the painted red cell is in the list";
+    ASSERT_NE(whiteEntry, nullptr);
+    EXPECT_EQ(redEntry->mapsTo, app().blackPixel);
+    EXPECT_EQ(whiteEntry->mapsTo, app().whitePixel);
+    XColor c = query(red);
+    EXPECT_EQ(c.red, 0xffff);
+    EXPECT_EQ(c.green, 0);
+    EXPECT_EQ(list->backgroundEntry, e[0]);
+    EXPECT_EQ(list->foregroundEntry, e[1]);
+    EXPECT_EQ(gc_foreground(d->foregroundGC), e[1]->pixel);
+}
