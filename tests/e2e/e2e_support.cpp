@@ -1,0 +1,463 @@
+// Spawning and driving the real binary for end-to-end tests; see the header.
+#include "e2e_support.h"
+
+#include <X11/Xatom.h>
+#include <X11/Xutil.h>
+#include <X11/extensions/XTest.h>
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <fstream>
+#include <sstream>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+// Windows come and go while we look at them; an error about one that has
+// just gone must not end the test process.
+int ignore_x_errors(Display*, XErrorEvent*)
+{
+    return 0;
+}
+
+std::string read_file(const std::string& path)
+{
+    std::ifstream in(path);
+    std::stringstream s;
+    s << in.rdbuf();
+    return s.str();
+}
+
+void make_dir(const std::string& path)
+{
+    mkdir(path.c_str(), 0755);
+}
+
+using Clock = std::chrono::steady_clock;
+
+bool before(Clock::time_point deadline)
+{
+    return Clock::now() < deadline;
+}
+
+Clock::time_point deadline_in(int ms)
+{
+    return Clock::now() + std::chrono::milliseconds(ms);
+}
+
+std::vector<std::string> split_combo(const std::string& combo)
+{
+    std::vector<std::string> parts;
+    size_t start = 0;
+    while (start <= combo.size()) {
+        size_t plus = combo.find('+', start);
+        if (plus == std::string::npos)
+            plus = combo.size();
+        if (plus > start)
+            parts.push_back(combo.substr(start, plus - start));
+        start = plus + 1;
+    }
+    return parts;
+}
+
+const char* keysym_name(const std::string& part)
+{
+    if (part == "ctrl" || part == "control")
+        return "Control_L";
+    if (part == "shift")
+        return "Shift_L";
+    if (part == "alt" || part == "meta")
+        return "Alt_L";
+    return part.c_str();
+}
+
+}  // namespace
+
+void e2e_sleep_ms(int ms)
+{
+    std::this_thread::sleep_for(std::chrono::milliseconds(ms));
+}
+
+E2eApp::E2eApp(const char* display)
+{
+    XSetErrorHandler(ignore_x_errors);
+    const char* name = display ? display : getenv("DISPLAY");
+    displayName_ = name ? name : "";
+    dpy_ = name ? XOpenDisplay(name) : nullptr;
+}
+
+E2eApp::~E2eApp()
+{
+    if (running())
+        kill_now();
+    if (dpy_)
+        XCloseDisplay(dpy_);
+}
+
+bool E2eApp::start(std::initializer_list<std::string> args, const char* argv0)
+{
+    return start(std::vector<std::string>(args), argv0);
+}
+
+bool E2eApp::start(const std::vector<std::string>& args, const char* argv0)
+{
+    static int runCount = 0;
+    if (!dpy_ || pid_ > 0)
+        return false;
+    argv0_ = argv0 ? argv0 : "pictrel-e2e-" + std::to_string(getpid()) + "-" + std::to_string(++runCount);
+    std::string logDir = std::string(PICTREL_BUILD_DIR) + "/e2e-logs";
+    make_dir(logDir);
+    outPath_ = logDir + "/" + argv0_ + ".out";
+    errPath_ = logDir + "/" + argv0_ + ".err";
+
+    std::vector<std::string> all;
+    all.push_back(argv0_);
+    all.insert(all.end(), args.begin(), args.end());
+    std::vector<char*> argv;
+    for (std::string& s : all)
+        argv.push_back(s.data());
+    argv.push_back(nullptr);
+
+    pid_t child = fork();
+    if (child < 0)
+        return false;
+    if (child == 0) {
+        setenv("DISPLAY", displayName_.c_str(), 1);
+        setenv("XFILESEARCHPATH", PICTREL_RESOURCE_DIR "/%N", 1);
+        int in = open("/dev/null", O_RDONLY);
+        int out = open(outPath_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+        int err = open(errPath_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+        if (in >= 0)
+            dup2(in, 0);
+        if (out >= 0)
+            dup2(out, 1);
+        if (err >= 0)
+            dup2(err, 2);
+        execv(PICTREL_BINARY, argv.data());
+        _exit(127);
+    }
+    pid_ = child;
+    exited_ = false;
+    return true;
+}
+
+bool E2eApp::is_ours(Window w)
+{
+    XClassHint hint{};
+    bool ours = false;
+    if (XGetClassHint(dpy_, w, &hint)) {
+        ours = hint.res_name && argv0_ == hint.res_name;
+        if (hint.res_name)
+            XFree(hint.res_name);
+        if (hint.res_class)
+            XFree(hint.res_class);
+    }
+    // Dialog shells are named after the dialog; they belong to the run
+    // whose shell they are transient for.
+    Window owner = None;
+    if (!ours && XGetTransientForHint(dpy_, w, &owner) && owner && owner != w) {
+        XClassHint ownerHint{};
+        if (XGetClassHint(dpy_, owner, &ownerHint)) {
+            ours = ownerHint.res_name && argv0_ == ownerHint.res_name;
+            if (ownerHint.res_name)
+                XFree(ownerHint.res_name);
+            if (ownerHint.res_class)
+                XFree(ownerHint.res_class);
+        }
+    }
+    return ours;
+}
+
+std::vector<E2eWindow> E2eApp::windows()
+{
+    std::vector<E2eWindow> found;
+    if (!dpy_)
+        return found;
+    Window root = DefaultRootWindow(dpy_), rootReturn, parent, *children = nullptr;
+    unsigned n = 0;
+    if (!XQueryTree(dpy_, root, &rootReturn, &parent, &children, &n))
+        return found;
+    for (unsigned i = 0; i < n; i++) {
+        XWindowAttributes attr;
+        if (!XGetWindowAttributes(dpy_, children[i], &attr) || attr.map_state != IsViewable)
+            continue;
+        if (!is_ours(children[i]))
+            continue;
+        char* name = nullptr;
+        std::string title;
+        if (XFetchName(dpy_, children[i], &name) && name) {
+            title = name;
+            XFree(name);
+        }
+        found.push_back({children[i], title, attr.x, attr.y, attr.width, attr.height});
+    }
+    if (children)
+        XFree(children);
+    return found;
+}
+
+Window E2eApp::wait_window(const std::string& title, int timeoutMs)
+{
+    auto deadline = deadline_in(timeoutMs);
+    do {
+        for (const E2eWindow& w : windows())
+            if (w.title == title)
+                return w.id;
+        if (!running())
+            return 0;
+        e2e_sleep_ms(50);
+    } while (before(deadline));
+    return 0;
+}
+
+bool E2eApp::wait_window_gone(const std::string& title, int timeoutMs)
+{
+    auto deadline = deadline_in(timeoutMs);
+    do {
+        bool present = false;
+        for (const E2eWindow& w : windows())
+            present = present || w.title == title;
+        if (!present)
+            return true;
+        e2e_sleep_ms(50);
+    } while (before(deadline));
+    return false;
+}
+
+void E2eApp::sync()
+{
+    XSync(dpy_, False);
+    e2e_sleep_ms(150);
+}
+
+void E2eApp::focus(Window w)
+{
+    if (!dpy_ || !w)
+        return;
+    XSetInputFocus(dpy_, w, RevertToPointerRoot, CurrentTime);
+    sync();
+}
+
+void E2eApp::key(Window w, const std::string& combo)
+{
+    if (!dpy_)
+        return;
+    if (w)
+        focus(w);
+    std::vector<KeyCode> codes;
+    for (const std::string& part : split_combo(combo)) {
+        KeySym sym = XStringToKeysym(keysym_name(part));
+        KeyCode code = sym == NoSymbol ? 0 : XKeysymToKeycode(dpy_, sym);
+        if (code)
+            codes.push_back(code);
+    }
+    for (KeyCode c : codes)
+        XTestFakeKeyEvent(dpy_, c, True, CurrentTime);
+    for (auto it = codes.rbegin(); it != codes.rend(); ++it)
+        XTestFakeKeyEvent(dpy_, *it, False, CurrentTime);
+    sync();
+}
+
+void E2eApp::keys(Window w, std::initializer_list<const char*> combos)
+{
+    bool first = true;
+    for (const char* c : combos) {
+        key(first ? w : 0, c);
+        first = false;
+    }
+}
+
+void E2eApp::move(Window w, int x, int y)
+{
+    if (!dpy_)
+        return;
+    int rx = x, ry = y;
+    Window child;
+    XTranslateCoordinates(dpy_, w, DefaultRootWindow(dpy_), x, y, &rx, &ry, &child);
+    XTestFakeMotionEvent(dpy_, DefaultScreen(dpy_), rx, ry, CurrentTime);
+    sync();
+}
+
+void E2eApp::click(Window w, int x, int y, unsigned button)
+{
+    move(w, x, y);
+    XTestFakeButtonEvent(dpy_, button, True, CurrentTime);
+    XSync(dpy_, False);
+    e2e_sleep_ms(50);
+    XTestFakeButtonEvent(dpy_, button, False, CurrentTime);
+    sync();
+}
+
+void E2eApp::send_delete_window(Window w)
+{
+    if (!dpy_ || !w)
+        return;
+    XEvent ev{};
+    ev.xclient.type = ClientMessage;
+    ev.xclient.window = w;
+    ev.xclient.message_type = XInternAtom(dpy_, "WM_PROTOCOLS", False);
+    ev.xclient.format = 32;
+    ev.xclient.data.l[0] = static_cast<long>(XInternAtom(dpy_, "WM_DELETE_WINDOW", False));
+    ev.xclient.data.l[1] = CurrentTime;
+    XSendEvent(dpy_, w, False, NoEventMask, &ev);
+    sync();
+}
+
+bool E2eApp::running()
+{
+    if (pid_ <= 0 || exited_)
+        return false;
+    int status = 0;
+    pid_t r = waitpid(pid_, &status, WNOHANG);
+    if (r == 0)
+        return true;
+    exited_ = true;
+    if (r == pid_)
+        exitStatus_ = WIFEXITED(status) ? WEXITSTATUS(status) : (WIFSIGNALED(status) ? -WTERMSIG(status) : -1);
+    else
+        exitStatus_ = -1;
+    return false;
+}
+
+bool E2eApp::wait_exit(int* status, int timeoutMs)
+{
+    auto deadline = deadline_in(timeoutMs);
+    while (running()) {
+        if (!before(deadline))
+            return false;
+        e2e_sleep_ms(20);
+    }
+    if (pid_ <= 0)
+        return false;
+    if (status)
+        *status = exitStatus_;
+    return true;
+}
+
+void E2eApp::kill_now()
+{
+    if (pid_ <= 0 || exited_)
+        return;
+    kill(pid_, SIGKILL);
+    int status = 0;
+    waitpid(pid_, &status, 0);
+    exited_ = true;
+    exitStatus_ = -SIGKILL;
+}
+
+std::string E2eApp::stdout_text() const
+{
+    return outPath_.empty() ? std::string() : read_file(outPath_);
+}
+
+std::string E2eApp::stderr_text() const
+{
+    return errPath_.empty() ? std::string() : read_file(errPath_);
+}
+
+bool E2eApp::wait_stdout(const std::string& text, int timeoutMs) const
+{
+    auto deadline = deadline_in(timeoutMs);
+    do {
+        if (stdout_text().find(text) != std::string::npos)
+            return true;
+        e2e_sleep_ms(50);
+    } while (before(deadline));
+    return false;
+}
+
+bool E2eApp::wait_stderr(const std::string& text, int timeoutMs) const
+{
+    auto deadline = deadline_in(timeoutMs);
+    do {
+        if (stderr_text().find(text) != std::string::npos)
+            return true;
+        e2e_sleep_ms(50);
+    } while (before(deadline));
+    return false;
+}
+
+void E2eApp::screenshot(const std::string& name) const
+{
+    if (displayName_.empty())
+        return;
+    std::string dir = std::string(PICTREL_BUILD_DIR) + "/e2e-shots";
+    make_dir(dir);
+    std::string cmd = "import -display '" + displayName_ + "' -window root '" + dir + "/" + name +
+                      ".png' >/dev/null 2>&1";
+    if (system(cmd.c_str()) != 0) {
+        // A missing picture only makes a failure harder to look at.
+    }
+}
+
+bool E2eApp::shows_text(Window w, const char* xlfd, const std::string& text, unsigned long foreground)
+{
+    if (!dpy_ || !w || text.empty())
+        return false;
+    XFontStruct* font = XLoadQueryFont(dpy_, xlfd);
+    if (!font)
+        return false;
+    int tw = XTextWidth(font, text.c_str(), static_cast<int>(text.size()));
+    int th = font->ascent + font->descent;
+    Pixmap glyphs = XCreatePixmap(dpy_, w, static_cast<unsigned>(tw), static_cast<unsigned>(th), 1);
+    XGCValues v{};
+    v.foreground = 0;
+    v.font = font->fid;
+    GC gc = XCreateGC(dpy_, glyphs, GCForeground | GCFont, &v);
+    XFillRectangle(dpy_, glyphs, gc, 0, 0, static_cast<unsigned>(tw), static_cast<unsigned>(th));
+    XSetForeground(dpy_, gc, 1);
+    XDrawString(dpy_, glyphs, gc, 0, font->ascent, text.c_str(), static_cast<int>(text.size()));
+    XImage* mask = XGetImage(dpy_, glyphs, 0, 0, static_cast<unsigned>(tw), static_cast<unsigned>(th), 1, XYPixmap);
+    XFreeGC(dpy_, gc);
+    XFreePixmap(dpy_, glyphs);
+    XFreeFont(dpy_, font);
+    if (!mask)
+        return false;
+
+    // The text's box shrunk to its inked rows and columns.
+    int x0 = tw, y0 = th, x1 = -1, y1 = -1;
+    for (int y = 0; y < th; y++)
+        for (int x = 0; x < tw; x++)
+            if (XGetPixel(mask, x, y)) {
+                x0 = std::min(x0, x);
+                y0 = std::min(y0, y);
+                x1 = std::max(x1, x);
+                y1 = std::max(y1, y);
+            }
+    std::vector<std::vector<bool>> ink;
+    for (int y = y0; y <= y1; y++) {
+        ink.emplace_back();
+        for (int x = x0; x <= x1; x++)
+            ink.back().push_back(XGetPixel(mask, x, y) != 0);
+    }
+    XDestroyImage(mask);
+    if (x1 < 0)
+        return false;
+    int gw = x1 - x0 + 1, gh = y1 - y0 + 1;
+
+    XWindowAttributes attr;
+    if (!XGetWindowAttributes(dpy_, w, &attr) || attr.width < gw || attr.height < gh)
+        return false;
+    XImage* shot = XGetImage(dpy_, w, 0, 0, static_cast<unsigned>(attr.width), static_cast<unsigned>(attr.height),
+                             AllPlanes, ZPixmap);
+    if (!shot)
+        return false;
+    bool found = false;
+    for (int oy = 0; oy + gh <= attr.height && !found; oy++)
+        for (int ox = 0; ox + gw <= attr.width && !found; ox++) {
+            bool match = true;
+            for (int y = 0; y < gh && match; y++)
+                for (int x = 0; x < gw && match; x++)
+                    match = (XGetPixel(shot, ox + x, oy + y) == foreground) == ink[y][x];
+            found = match;
+        }
+    XDestroyImage(shot);
+    return found;
+}
