@@ -9,6 +9,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <thread>
 #include <vector>
@@ -425,10 +426,18 @@ TEST(Colour, GrabReadsThePixelUnderThePointer)
     c.blue = 0x8000;
     c.flags = DoRed | DoGreen | DoBlue;
     XStoreColor(dpy, cmap(), &c);
+    // The window goes under the pointer where it is, so that the test moves
+    // nothing that tests running beside it might be using.
+    Window rootReturn, childReturn;
+    int px = 0, py = 0, wx, wy;
+    unsigned mask;
+    XQueryPointer(dpy, app().root, &rootReturn, &childReturn, &px, &py, &wx, &wy, &mask);
+    int left = std::clamp(px - 30, 0, DisplayWidth(dpy, app().screen) - 60);
+    int top = std::clamp(py - 30, 0, DisplayHeight(dpy, app().screen) - 60);
     XSetWindowAttributes attrs{};
     attrs.background_pixel = cell;
     attrs.override_redirect = True;
-    Window w = XCreateWindow(dpy, app().root, 200, 150, 60, 60, 0, CopyFromParent, InputOutput,
+    Window w = XCreateWindow(dpy, app().root, left, top, 60, 60, 0, CopyFromParent, InputOutput,
                              CopyFromParent, CWBackPixel | CWOverrideRedirect, &attrs);
     XMapRaised(dpy, w);
     pump();
@@ -440,7 +449,6 @@ TEST(Colour, GrabReadsThePixelUnderThePointer)
     Display* input = XOpenDisplay(DisplayString(dpy));
     ASSERT_NE(input, nullptr);
     XSelectInput(input, w, ButtonPressMask | ButtonReleaseMask);
-    XTestFakeMotionEvent(input, app().screen, 230, 180, 0);
     XSync(input, False);
     std::atomic<bool> clicked{false};
     std::thread user([&] {
