@@ -10,10 +10,12 @@
 #include <X11/xpm.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <strings.h>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "app/app.h"
@@ -118,6 +120,8 @@ struct XpmRead {
     XImage* source = nullptr;
     XImage* destination = nullptr;
     std::vector<unsigned long> privateCells;   // given back on failure
+    // The colours of libXpm's cells, kept once those cells are given back.
+    std::unordered_map<unsigned long, XColor> colourOf;
     bool keepCells = false;
     bool haveNewBackground = false;
     Pixel oldBackground = 0;
@@ -195,8 +199,13 @@ bool allocate_copy(unsigned long oldPixel, unsigned long* newPixel, void* data)
     if (!XAllocColorCells(read->dpy, app().colormap, False, nullptr, 0, &cell, 1))
         return false;
     XColor colour{};
-    colour.pixel = oldPixel;
-    XQueryColor(read->dpy, app().colormap, &colour);
+    auto known = read->colourOf.find(oldPixel);
+    if (known != read->colourOf.end()) {
+        colour = known->second;
+    } else {
+        colour.pixel = oldPixel;   // the transparent cell, still ours
+        XQueryColor(read->dpy, app().colormap, &colour);
+    }
     colour.pixel = cell;
     colour.flags = DoRed | DoGreen | DoBlue;
     XStoreColor(read->dpy, app().colormap, &colour);
@@ -207,7 +216,8 @@ bool allocate_copy(unsigned long oldPixel, unsigned long* newPixel, void* data)
 
 // The hotspot, from a first read of the file as an image; nothing else of
 // that read is used. Its images and colours are given back at once.
-void read_hotspot(Display* dpy, const char* fileName, int* hotspotX, int* hotspotY)
+// Returns whether that read succeeded.
+bool read_hotspot(Display* dpy, const char* fileName, int* hotspotX, int* hotspotY)
 {
     App& a = app();
     XpmAttributes attrs{};
@@ -218,7 +228,7 @@ void read_hotspot(Display* dpy, const char* fileName, int* hotspotX, int* hotspo
     attrs.depth = static_cast<unsigned>(a.screenDepth);
     XImage* image = nullptr;
     XImage* shape = nullptr;
-    XpmReadFileToImage(dpy, const_cast<char*>(fileName), &image, &shape, &attrs);
+    int status = XpmReadFileToImage(dpy, const_cast<char*>(fileName), &image, &shape, &attrs);
     if (attrs.valuemask & XpmHotspot) {
         *hotspotX = static_cast<int>(attrs.x_hotspot);
         *hotspotY = static_cast<int>(attrs.y_hotspot);
@@ -232,6 +242,7 @@ void read_hotspot(Display* dpy, const char* fileName, int* hotspotX, int* hotspo
     if (attrs.nalloc_pixels > 0)
         XFreeColors(dpy, a.colormap, attrs.alloc_pixels, attrs.nalloc_pixels, 0);
     XpmFreeAttributes(&attrs);
+    return status == XpmSuccess;
 }
 
 // Status after libXpm failed to make the pixmap: running out of cells is a
@@ -280,9 +291,14 @@ int read_xpm(const char* fileName, int* width, int* height, int* depth, Pixmap* 
 
     // The parse comes first: it touches no server resource, and what it
     // finds decides whether the file may go any further.
-    if (XpmReadFileToXpmImage(const_cast<char*>(fileName), &r.image, nullptr) != XpmSuccess)
+    XpmInfo parsed{};
+    parsed.valuemask = XpmReturnInfos;
+    if (XpmReadFileToXpmImage(const_cast<char*>(fileName), &r.image, &parsed) != XpmSuccess)
         return -1;
     r.haveImage = true;
+    bool parsedHotspot = (parsed.valuemask & XpmHotspot) != 0;
+    int parsedX = static_cast<int>(parsed.x_hotspot), parsedY = static_cast<int>(parsed.y_hotspot);
+    XpmFreeXpmInfo(&parsed);
     XpmImage& img = r.image;
     if (img.width == 0 || img.height == 0 || img.width > MAX_IMAGE_WIDTH ||
         img.height > MAX_IMAGE_HEIGHT || img.ncolors == 0 || !img.colorTable)
@@ -306,7 +322,13 @@ int read_xpm(const char* fileName, int* width, int* height, int* depth, Pixmap* 
     }
 
     int hx = -1, hy = -1;
-    read_hotspot(dpy, fileName, &hx, &hy);
+    // The first read fails on a file that spells its transparent colour
+    // "#Transparent" (libXpm knows no such colour); the parse above has
+    // read the same values line, so its hotspot stands in.
+    if (!read_hotspot(dpy, fileName, &hx, &hy) && parsedHotspot) {
+        hx = parsedX;
+        hy = parsedY;
+    }
 
     r.attrs.valuemask = XpmVisual | XpmColormap | XpmDepth | XpmReturnPixels | XpmReturnAllocPixels;
     r.attrs.visual = a.visual;
@@ -359,6 +381,21 @@ int read_xpm(const char* fileName, int* width, int* height, int* depth, Pixmap* 
         return -1;
 
     std::vector<unsigned long> returned(r.attrs.pixels, r.attrs.pixels + r.attrs.npixels);
+
+    // Remember the colours of libXpm's shared cells and give the cells back
+    // before the private ones are taken, so that a file needs its colours'
+    // worth of free cells once, not twice.
+    std::vector<XColor> shared(returned.size());
+    for (size_t i = 0; i < returned.size(); i++)
+        shared[i].pixel = returned[i];
+    if (!shared.empty())
+        XQueryColors(dpy, a.colormap, shared.data(), static_cast<int>(shared.size()));
+    for (const XColor& c : shared)
+        r.colourOf[c.pixel] = c;
+    if (r.attrs.nalloc_pixels > 0)
+        XFreeColors(dpy, a.colormap, r.attrs.alloc_pixels, r.attrs.nalloc_pixels, 0);
+    r.attrs.nalloc_pixels = 0;
+
     CellRemap remap(returned);
     for (unsigned x = 0; x < w; x++) {
         for (unsigned y = 0; y < h; y++) {
@@ -396,7 +433,9 @@ int read_xpm(const char* fileName, int* width, int* height, int* depth, Pixmap* 
     release_xpm_info(info);
     init_xpm_info(info);
     info->tableCount = ncolours;
-    info->colourCount = naming.colourCount;
+    // More than one transparent colour leaves fewer pixels than the count
+    // the names give; never count a colour that has no pixel.
+    info->colourCount = std::min<unsigned>(naming.colourCount, static_cast<unsigned>(returned.size()));
     info->colours = reinterpret_cast<XpmColor**>(XtCalloc(ncolours, sizeof(XpmColor*)));
     for (unsigned i = 0; i < ncolours; i++)
         info->colours[i] = make_record(img.colorTable[i].c_color, naming.names[i]);

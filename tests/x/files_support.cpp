@@ -1,0 +1,230 @@
+// Generated fixtures and small probes for the files tests.
+#include "files_support.h"
+
+#include <Xm/Xm.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+#include "app/app.h"
+#include "app/draw.h"
+
+namespace filetest {
+
+namespace {
+
+// Characters that may stand for a pixel ('"' and '\\' would need escapes).
+const std::string pixelChars =
+    " .XoO+@#$%&*=-;:>,<1234567890qwertyuipasdfghjklzxcvbnmMNBVCZASDFGHJKLPIUYTREWQ!~^/()_`'][{}|";
+
+std::string code_of(int index, int cpp)
+{
+    std::string code;
+    int base = static_cast<int>(pixelChars.size());
+    for (int i = 0; i < cpp; i++) {
+        code += pixelChars[index % base];
+        index /= base;
+    }
+    return code;
+}
+
+}  // namespace
+
+TestXpm pattern_xpm(int width, int height, int count, int cpp)
+{
+    TestXpm x;
+    x.width = width;
+    x.height = height;
+    x.cpp = cpp;
+    for (int i = 0; i < count; i++) {
+        char spec[16];
+        // Distinct at 8 bits a channel, and never the program's own
+        // transparent grey by accident.
+        std::snprintf(spec, sizeof spec, "#%02X%02X%02X", (i * 37 + 11) & 0xFF, (i * 89 + 3) & 0xFF,
+                      (i * 7 + 200 + i / 36) & 0xFF);
+        x.colours.push_back({spec, ""});
+    }
+    for (int y = 0; y < height; y++)
+        for (int px = 0; px < width; px++)
+            x.pixels.push_back((px * 3 + y * 7 + px * y) % count);
+    // Make sure every colour appears at least once.
+    for (int i = 0; i < count && i < width * height; i++)
+        x.pixels[static_cast<size_t>(i)] = i;
+    return x;
+}
+
+std::string xpm_text(const TestXpm& x)
+{
+    std::ostringstream s;
+    s << "/* XPM */\nstatic char *pic[] = {\n\"" << x.width << ' ' << x.height << ' ' << x.colours.size()
+      << ' ' << x.cpp;
+    if (x.hotspotX >= 0)
+        s << ' ' << x.hotspotX << ' ' << x.hotspotY;
+    s << "\",\n";
+    for (size_t i = 0; i < x.colours.size(); i++) {
+        s << '"' << code_of(static_cast<int>(i), x.cpp) << " c " << x.colours[i].c;
+        if (!x.colours[i].m.empty())
+            s << " m " << x.colours[i].m;
+        s << "\",\n";
+    }
+    for (int y = 0; y < x.height; y++) {
+        s << '"';
+        for (int px = 0; px < x.width; px++)
+            s << code_of(x.pixels[static_cast<size_t>(y * x.width + px)], x.cpp);
+        s << '"' << (y + 1 < x.height ? ",\n" : "};\n");
+    }
+    return s.str();
+}
+
+TestXbm pattern_xbm(int width, int height)
+{
+    TestXbm b;
+    b.width = width;
+    b.height = height;
+    for (int y = 0; y < height; y++)
+        for (int x = 0; x < width; x++)
+            b.bits.push_back(((x * x + y * 3) % 5) < 2 ? 1 : 0);
+    return b;
+}
+
+std::string xbm_text(const TestXbm& b, const char* name)
+{
+    std::ostringstream s;
+    s << "#define " << name << "_width " << b.width << "\n#define " << name << "_height " << b.height << "\n";
+    if (b.hotspotX >= 0)
+        s << "#define " << name << "_x_hot " << b.hotspotX << "\n#define " << name << "_y_hot "
+          << b.hotspotY << "\n";
+    s << "static unsigned char " << name << "_bits[] = {\n";
+    int bytesPerRow = (b.width + 7) / 8;
+    bool first = true;
+    for (int y = 0; y < b.height; y++)
+        for (int byte = 0; byte < bytesPerRow; byte++) {
+            int v = 0;
+            for (int bit = 0; bit < 8; bit++) {
+                int x = byte * 8 + bit;
+                if (x < b.width && b.bits[static_cast<size_t>(y * b.width + x)])
+                    v |= 1 << bit;
+            }
+            char hex[16];
+            std::snprintf(hex, sizeof hex, "0x%02x", v);
+            s << (first ? "" : ", ") << hex;
+            first = false;
+        }
+    s << "};\n";
+    return s.str();
+}
+
+ScratchDir::ScratchDir()
+{
+    char pattern[] = "/tmp/pictrel-files-test-XXXXXX";
+    dir = mkdtemp(pattern) ? pattern : "/tmp";
+}
+
+ScratchDir::~ScratchDir()
+{
+    if (dir != "/tmp")
+        std::system(("rm -rf '" + dir + "'").c_str());
+}
+
+std::string ScratchDir::file(const std::string& name, const std::string& contents) const
+{
+    std::string p = path(name);
+    std::ofstream(p, std::ios::binary) << contents;
+    return p;
+}
+
+std::string read_file(const std::string& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    std::stringstream s;
+    s << in.rdbuf();
+    return s.str();
+}
+
+std::string dialog_message(Widget dialog)
+{
+    if (!dialog)
+        return "(no dialog)";
+    XmString xs = nullptr;
+    XtVaGetValues(dialog, XmNmessageString, &xs, nullptr);
+    if (!xs)
+        return "";
+    // Line breaks are separators inside the compound string: give them
+    // back as "\n".
+    XmString separator = XmStringSeparatorCreate();
+    Arg args[4];
+    XtSetArg(args[0], XmNincludeStatus, XmINSERT);
+    XtSetArg(args[1], XmNsubstitute, separator);
+    XtSetArg(args[2], XmNpattern, const_cast<char*>("\n"));
+    XtSetArg(args[3], XmNpatternType, XmCHARSET_TEXT);
+    XmParseMapping newline = XmParseMappingCreate(args, 4);
+    char* text = static_cast<char*>(
+        XmStringUnparse(xs, nullptr, XmCHARSET_TEXT, XmCHARSET_TEXT, &newline, 1, XmOUTPUT_ALL));
+    XmParseMappingFree(newline);
+    XmStringFree(separator);
+    std::string out = text ? text : "";
+    XtFree(text);
+    XmStringFree(xs);
+    return out;
+}
+
+void press(Widget dialog, const char* buttonName)
+{
+    Widget button = dialog ? XtNameToWidget(dialog, buttonName) : nullptr;
+    if (!button)
+        return;
+    XmPushButtonCallbackStruct cbs{};
+    cbs.reason = XmCR_ACTIVATE;
+    XtCallCallbacks(button, XmNactivateCallback, &cbs);
+}
+
+Drawing* drawing_named(const std::string& name)
+{
+    for (Drawing* d : registry().slots)
+        if (d && drawing_is_open(d) && d->name == name)
+            return d;
+    return nullptr;
+}
+
+int open_count() { return registry().openCount; }
+
+int free_cells()
+{
+    Display* dpy = app().display;
+    int lo = 0, hi = 4096;
+    std::vector<unsigned long> cells(4096);
+    while (lo < hi) {
+        int mid = (lo + hi + 1) / 2;
+        if (XAllocColorCells(dpy, app().colormap, False, nullptr, 0, cells.data(), static_cast<unsigned>(mid))) {
+            XFreeColors(dpy, app().colormap, cells.data(), mid, 0);
+            lo = mid;
+        } else {
+            hi = mid - 1;
+        }
+    }
+    return lo;
+}
+
+unsigned rgb_of_pixel(unsigned long pixel)
+{
+    XColor c{};
+    c.pixel = pixel;
+    XQueryColor(app().display, app().colormap, &c);
+    return ((c.red >> 8) << 16) | ((c.green >> 8) << 8) | (c.blue >> 8);
+}
+
+unsigned rgb_of_spec(const std::string& spec)
+{
+    if (spec.size() == 7)
+        return static_cast<unsigned>(std::strtoul(spec.c_str() + 1, nullptr, 16));
+    if (spec.size() == 13) {
+        auto part = [&](int i) { return std::strtoul(spec.substr(1 + 4 * i, 2).c_str(), nullptr, 16); };
+        return static_cast<unsigned>((part(0) << 16) | (part(1) << 8) | part(2));
+    }
+    return 0xFFFFFFFF;
+}
+
+}  // namespace filetest

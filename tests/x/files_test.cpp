@@ -1,0 +1,540 @@
+// Reading and writing image files, the file dialog's Open / Save / Save As,
+// the New dialog and the confirm-close dialog, against a real X server.
+// Every fixture is generated here.
+#include <gtest/gtest.h>
+
+#include <X11/xpm.h>
+#include <Xm/FileSB.h>
+#include <Xm/TextF.h>
+#include <Xm/Xm.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstring>
+#include <random>
+
+#include "app/message.h"
+#include "colour/color_list.h"
+#include "files/file_dialog.h"
+#include "files/image_io.h"
+#include "files/new_close.h"
+#include "files/open_save.h"
+#include "files/suffix_rule.h"
+#include "files_support.h"
+#include "x_env.h"
+
+using namespace filetest;
+
+namespace {
+
+struct ReadResult {
+    int status = 99;
+    int width = 0, height = 0, depth = 0;
+    Pixmap pixmap = None;
+    int hx = 0, hy = 0;
+    DrawingXpmInfo info{};
+};
+
+ReadResult read(const std::string& path)
+{
+    ReadResult r;
+    init_xpm_info(&r.info);
+    r.status = read_image_file(path.c_str(), &r.width, &r.height, &r.depth, &r.pixmap, &r.hx, &r.hy, &r.info);
+    return r;
+}
+
+// Gives back what a successful read took: the pixmap, the colours' private
+// cells and the transparent cell, restoring the transparent pixel.
+void undo_read(ReadResult& r, Pixel oldBackground)
+{
+    Display* dpy = app().display;
+    if (r.pixmap)
+        XFreePixmap(dpy, r.pixmap);
+    for (unsigned i = 0; i < r.info.tableCount; i++)
+        if (r.info.pixels[i] != res().background)
+            XFreeColors(dpy, app().colormap, &r.info.pixels[i], 1, 0);
+    if (r.status == 0 && r.depth != 1 && res().background != oldBackground) {
+        Pixel bg = res().background;
+        XFreeColors(dpy, app().colormap, &bg, 1, 0);
+        res().background = oldBackground;
+    }
+    release_xpm_info(&r.info);
+    r.pixmap = None;
+}
+
+Drawing* open_drawing(const std::string& path)
+{
+    int status = open_file(path.c_str());
+    pump();
+    EXPECT_EQ(status, 0) << path;
+    return drawing_named(path);
+}
+
+// What libXpm reads back from a file: the colour key of every pixel.
+struct XpmBack {
+    int status = 99;
+    unsigned width = 0, height = 0;
+    bool hasHotspot = false;
+    int hx = -1, hy = -1;
+    std::vector<std::string> pixelColour;   // "c" key per pixel
+    std::vector<std::string> pixelMono;     // "m" key per pixel ("" when absent)
+};
+
+XpmBack read_back(const std::string& path)
+{
+    XpmBack b;
+    XpmImage image{};
+    XpmInfo info{};
+    info.valuemask = XpmReturnInfos;
+    b.status = XpmReadFileToXpmImage(const_cast<char*>(path.c_str()), &image, &info);
+    if (b.status != XpmSuccess)
+        return b;
+    b.width = image.width;
+    b.height = image.height;
+    b.hasHotspot = (info.valuemask & XpmHotspot) != 0;
+    if (b.hasHotspot) {
+        b.hx = static_cast<int>(info.x_hotspot);
+        b.hy = static_cast<int>(info.y_hotspot);
+    }
+    for (unsigned i = 0; i < image.width * image.height; i++) {
+        const XpmColor& c = image.colorTable[image.data[i]];
+        b.pixelColour.push_back(c.c_color ? c.c_color : "");
+        b.pixelMono.push_back(c.m_color ? c.m_color : "");
+    }
+    XpmFreeXpmImage(&image);
+    XpmFreeXpmInfo(&info);
+    return b;
+}
+
+bool is_transparent_spec(const std::string& c) { return c == "None" || c == "#Transparent"; }
+
+// The drawing shows each file colour with its RGB and transparent pixels
+// as the colour list's transparent pixel.
+void expect_drawing_matches(Drawing* d, const TestXpm& x)
+{
+    ColorList* list = color_list_of(d);
+    ASSERT_NE(list, nullptr);
+    ASSERT_EQ(d->width, x.width);
+    ASSERT_EQ(d->height, x.height);
+    XImage* im = XGetImage(app().display, d->image, 0, 0, d->width, d->height, AllPlanes, ZPixmap);
+    ASSERT_NE(im, nullptr);
+    for (int y = 0; y < x.height; y++)
+        for (int px = 0; px < x.width; px++) {
+            const TestColour& c = x.colours[static_cast<size_t>(x.pixels[static_cast<size_t>(y * x.width + px)])];
+            unsigned long p = XGetPixel(im, px, y);
+            if (is_transparent_spec(c.c)) {
+                ASSERT_EQ(p, list->transparentPixel) << "transparent at " << px << "," << y;
+            } else {
+                ASSERT_NE(p, list->transparentPixel) << px << "," << y;
+                ASSERT_EQ(rgb_of_pixel(p), rgb_of_spec(c.c)) << "colour at " << px << "," << y;
+            }
+        }
+    XDestroyImage(im);
+}
+
+// The written file has the original's size, RGB and transparency per pixel,
+// and the monochrome keys: black -> black, white or absent -> white, and
+// "None" for the transparent colour.
+void expect_file_matches(const std::string& path, const TestXpm& x)
+{
+    XpmBack b = read_back(path);
+    ASSERT_EQ(b.status, XpmSuccess);
+    ASSERT_EQ(b.width, static_cast<unsigned>(x.width));
+    ASSERT_EQ(b.height, static_cast<unsigned>(x.height));
+    EXPECT_TRUE(b.hasHotspot ? x.hotspotX >= 0 : x.hotspotX < 0);
+    EXPECT_EQ(b.hx, x.hotspotX);
+    EXPECT_EQ(b.hy, x.hotspotY);
+    for (size_t i = 0; i < b.pixelColour.size(); i++) {
+        const TestColour& c = x.colours[static_cast<size_t>(x.pixels[i])];
+        if (is_transparent_spec(c.c)) {
+            ASSERT_EQ(b.pixelColour[i], "None") << "pixel " << i;
+            ASSERT_EQ(b.pixelMono[i], "None") << "pixel " << i;
+        } else {
+            ASSERT_EQ(rgb_of_spec(b.pixelColour[i]), rgb_of_spec(c.c)) << "pixel " << i;
+            std::string mono = c.m == "black" ? "black" : "white";
+            ASSERT_EQ(b.pixelMono[i], mono) << "pixel " << i << " colour " << c.c;
+        }
+    }
+}
+
+std::string values_line(const std::string& path)
+{
+    std::string text = read_file(path);
+    size_t q = text.find('"');
+    return q == std::string::npos ? "" : text.substr(q + 1, text.find('"', q + 1) - q - 1);
+}
+
+}  // namespace
+
+// DrawingXpmInfo starts with the four comment strings, copies deeply and
+// releases to nothing.
+TEST(FilesRead, XpmInfoLifecycle)
+{
+    DrawingXpmInfo* a = new_xpm_info();
+    EXPECT_STREQ(a->hintsCmt, "hints");
+    EXPECT_STREQ(a->colorsCmt, "color");
+    EXPECT_STREQ(a->pixelsCmt, "pixels");
+    EXPECT_STREQ(a->rgbFileName, "rgb_fname");
+    EXPECT_EQ(a->colours, nullptr);
+
+    ScratchDir dir;
+    TestXpm x = pattern_xpm(4, 3, 3, 1);
+    x.colours[0].m = "black";
+    Pixel before = res().background;
+    ReadResult r = read(dir.file("a.xpm", xpm_text(x)));
+    ASSERT_EQ(r.status, 0);
+    copy_xpm_info(a, &r.info);
+    ASSERT_EQ(a->tableCount, 3u);
+    EXPECT_EQ(a->colourCount, 3u);
+    EXPECT_NE(a->colours, r.info.colours);
+    EXPECT_NE(a->colours[0], r.info.colours[0]);
+    EXPECT_STREQ(a->colours[0]->m_color, "b");
+    EXPECT_STREQ(a->colours[0]->c_color, x.colours[0].c.c_str());
+    EXPECT_EQ(a->pixels[2], r.info.pixels[2]);
+    undo_read(r, before);
+    EXPECT_STREQ(a->colours[1]->m_color, "w") << "the copy outlives the original";
+    release_xpm_info(a);
+    EXPECT_EQ(a->colours, nullptr);
+    EXPECT_EQ(a->pixels, nullptr);
+    EXPECT_EQ(a->hintsCmt, nullptr);
+    XtFree(reinterpret_cast<char*>(a));
+}
+
+// An XBM opens as a depth-1 drawing with its bits and hotspot, and is
+// written back with the same bits and hotspot (none stays none).
+TEST(FilesRead, XbmRoundTripWithAndWithoutHotspot)
+{
+    ScratchDir dir;
+    for (bool withHotspot : {true, false}) {
+        TestXbm b = pattern_xbm(13, 9);
+        if (withHotspot) {
+            b.hotspotX = 5;
+            b.hotspotY = 7;
+        }
+        std::string name = withHotspot ? "hot.xpm" : "plain.xbm";   // the name decides nothing
+        Drawing* d = open_drawing(dir.file(name, xbm_text(b)));
+        ASSERT_NE(d, nullptr);
+        EXPECT_EQ(d->depth, 1);
+        EXPECT_EQ(d->width, 13);
+        EXPECT_EQ(d->height, 9);
+        EXPECT_EQ(d->hotspotX, b.hotspotX);
+        EXPECT_EQ(d->hotspotY, b.hotspotY);
+        for (int y = 0; y < 9; y++)
+            for (int x = 0; x < 13; x++)
+                ASSERT_EQ(image_pixel(d, x, y), static_cast<unsigned long>(b.bits[static_cast<size_t>(y * 13 + x)]));
+
+        std::string target = dir.path(withHotspot ? "out1.xbm" : "out2.xbm");
+        ASSERT_EQ(write_drawing(d, target.c_str(), false), 0);
+        unsigned w = 0, h = 0;
+        int hx = 0, hy = 0;
+        Pixmap back = None;
+        ASSERT_EQ(XReadBitmapFile(app().display, app().root, target.c_str(), &w, &h, &back, &hx, &hy),
+                  BitmapSuccess);
+        EXPECT_EQ(w, 13u);
+        EXPECT_EQ(h, 9u);
+        EXPECT_EQ(hx, b.hotspotX);
+        EXPECT_EQ(hy, b.hotspotY);
+        XImage* im = XGetImage(app().display, back, 0, 0, w, h, 1, XYPixmap);
+        for (int y = 0; y < 9; y++)
+            for (int x = 0; x < 13; x++)
+                ASSERT_EQ(XGetPixel(im, x, y), static_cast<unsigned long>(b.bits[static_cast<size_t>(y * 13 + x)]));
+        XDestroyImage(im);
+        XFreePixmap(app().display, back);
+        std::string text = read_file(target);
+        EXPECT_NE(text.find(withHotspot ? "out1_width" : "out2_width"), std::string::npos)
+            << "identifiers come from the target's base name";
+        EXPECT_EQ(text.find("_x_hot") != std::string::npos, withHotspot);
+    }
+}
+
+// An XPM with "None", "#Transparent", black/white/absent monochrome keys
+// and a hotspot, at one and two characters a pixel: the drawing shows its
+// colours and transparency, and the written file carries them back.
+TEST(FilesRead, XpmRoundTripTransparencyMonoKeysHotspot)
+{
+    ScratchDir dir;
+    for (int cpp : {1, 2}) {
+        TestXpm x;
+        x.width = 7;
+        x.height = 5;
+        x.cpp = cpp;
+        // libXpm lists the transparent colour first, as the program writes it.
+        x.colours = {{cpp == 1 ? "None" : "#Transparent", ""}, {"#102030", "black"}, {"#F0E0D0", "white"},
+                     {"#808000", ""}, {"#00FF7F", "black"}};
+        for (int i = 0; i < 35; i++)
+            x.pixels.push_back((i * 4 + i / 7) % 5);
+        x.hotspotX = 3;
+        x.hotspotY = 4;
+        std::string path = dir.file("pic" + std::to_string(cpp) + ".xpm", xpm_text(x));
+        Drawing* d = open_drawing(path);
+        ASSERT_NE(d, nullptr);
+        EXPECT_NE(d->depth, 1);
+        EXPECT_EQ(d->hotspotX, 3);
+        EXPECT_EQ(d->hotspotY, 4);
+        expect_drawing_matches(d, x);
+
+        std::string target = dir.path("out" + std::to_string(cpp) + ".px");
+        ASSERT_EQ(write_drawing(d, target.c_str(), false), 0);
+        expect_file_matches(target, x);
+    }
+}
+
+// The monochrome names read from a file: "black" -> "b", "white" -> "w",
+// absent -> "w"; a "#transparent" in another case is not transparent.
+TEST(FilesRead, MonochromeNamesAndTransparentSpelling)
+{
+    ScratchDir dir;
+    TestXpm x = pattern_xpm(5, 4, 3, 1);
+    x.colours[0].m = "black";
+    x.colours[1].m = "white";
+    Pixel before = res().background;
+    ReadResult r = read(dir.file("m.xpm", xpm_text(x)));
+    ASSERT_EQ(r.status, 0);
+    ASSERT_EQ(r.info.colourCount, 3u);
+    EXPECT_STREQ(r.info.colours[0]->m_color, "b");
+    EXPECT_STREQ(r.info.colours[1]->m_color, "w");
+    EXPECT_STREQ(r.info.colours[2]->m_color, "w");
+    undo_read(r, before);
+
+    x.colours[2].c = "#transparent";
+    ReadResult lower = read(dir.file("t.xpm", xpm_text(x)));
+    EXPECT_EQ(lower.status, -1) << "not a colour name libXpm knows";
+    undo_read(lower, before);
+}
+
+// Saving a drawing without a hotspot writes -1 -1, which reads back as no
+// hotspot.
+TEST(FilesRead, NoHotspotWrittenAsMinusOne)
+{
+    ScratchDir dir;
+    TestXpm x = pattern_xpm(6, 6, 4, 1);
+    Drawing* d = open_drawing(dir.file("n.xpm", xpm_text(x)));
+    ASSERT_NE(d, nullptr);
+    EXPECT_EQ(d->hotspotX, -1);
+    std::string target = dir.path("n.px");
+    ASSERT_EQ(write_drawing(d, target.c_str(), false), 0);
+    std::string values = values_line(target);
+    ASSERT_GE(values.size(), 5u);
+    EXPECT_EQ(values.substr(values.size() - 5), "-1 -1") << values;
+    Drawing* again = open_drawing(target);
+    ASSERT_NE(again, nullptr);
+    EXPECT_EQ(again->hotspotX, -1);
+    EXPECT_EQ(again->hotspotY, -1);
+}
+
+// A file written by the program opens again and writes out identically.
+TEST(FilesRead, WrittenFileOpensAgainUnchanged)
+{
+    ScratchDir one, two;
+    TestXpm x = pattern_xpm(16, 11, 12, 2);
+    x.colours[0] = {"None", ""};
+    x.colours[3].m = "black";
+    x.hotspotX = 15;
+    x.hotspotY = 0;
+    Drawing* d = open_drawing(one.file("src.xpm", xpm_text(x)));
+    ASSERT_NE(d, nullptr);
+    std::string first = one.path("pic.px"), second = two.path("pic.px");
+    ASSERT_EQ(write_drawing(d, first.c_str(), false), 0);
+    Drawing* e = open_drawing(first);
+    ASSERT_NE(e, nullptr);
+    expect_drawing_matches(e, x);
+    ASSERT_EQ(write_drawing(e, second.c_str(), false), 0);
+    EXPECT_EQ(read_file(first), read_file(second));
+}
+
+// A hundred colours at two characters a pixel survive the round trip, each
+// in a private cell of its own.
+TEST(FilesRead, HundredColoursRoundTrip)
+{
+    ScratchDir dir;
+    TestXpm x = pattern_xpm(40, 30, 100, 2);
+    std::string path = dir.file("many.xpm", xpm_text(x));
+    Drawing* d = open_drawing(path);
+    ASSERT_NE(d, nullptr);
+    expect_drawing_matches(d, x);
+    ASSERT_EQ(d->xpmAttributes->tableCount, 100u);
+    std::vector<Pixel> cells(d->xpmAttributes->pixels, d->xpmAttributes->pixels + 100);
+    std::sort(cells.begin(), cells.end());
+    EXPECT_EQ(std::unique(cells.begin(), cells.end()), cells.end()) << "one cell per colour";
+    std::string target = dir.path("many.px");
+    ASSERT_EQ(write_drawing(d, target.c_str(), false), 0);
+    expect_file_matches(target, x);
+}
+
+// Two file colours of one RGB (one shared libXpm cell) become two private
+// cells; the read takes exactly one cell per colour plus the transparent
+// one, and makes that the program's transparent pixel.
+TEST(FilesRead, PrivateCellsAndTheirCount)
+{
+    ScratchDir dir;
+    TestXpm x;
+    x.width = 4;
+    x.height = 2;
+    x.colours = {{"#FF0000", ""}, {"#FF0000", "black"}, {"#0000FF", ""}};
+    x.pixels = {0, 0, 1, 1, 2, 2, 1, 0};
+    Pixel before = res().background;
+    int freeBefore = free_cells();
+    ReadResult r = read(dir.file("s.xpm", xpm_text(x)));
+    ASSERT_EQ(r.status, 0);
+    EXPECT_EQ(free_cells(), freeBefore - 4);
+    EXPECT_NE(res().background, before);
+    EXPECT_NE(r.info.pixels[0], r.info.pixels[1]) << "shared cell split in two";
+    EXPECT_EQ(rgb_of_pixel(r.info.pixels[0]), 0xFF0000u);
+    EXPECT_EQ(rgb_of_pixel(r.info.pixels[1]), 0xFF0000u);
+    XColor probe{};
+    probe.pixel = r.info.pixels[0];
+    probe.red = 0x1234;
+    probe.flags = DoRed;
+    XStoreColor(app().display, app().colormap, &probe);   // a private cell takes a store
+    XSync(app().display, False);
+    undo_read(r, before);
+    EXPECT_EQ(free_cells(), freeBefore);
+}
+
+// A compressed XPM is read through libXpm's own decompression.
+TEST(FilesRead, CompressedXpm)
+{
+    if (access("/bin/gzip", X_OK) != 0 && access("/usr/bin/gzip", X_OK) != 0)
+        GTEST_SKIP() << "no gzip";
+    ScratchDir dir;
+    TestXpm x = pattern_xpm(9, 8, 5, 1);
+    std::string path = dir.file("z.xpm", xpm_text(x));
+    ASSERT_EQ(std::system(("gzip -f '" + path + "'").c_str()), 0);
+    Drawing* d = open_drawing(path + ".gz");
+    ASSERT_NE(d, nullptr);
+    expect_drawing_matches(d, x);
+}
+
+// Bad input never crashes or hangs: each file gives its status, makes no
+// drawing, takes no colour cell and leaves the transparent pixel alone.
+TEST(FilesBadInput, StatusAndNothingLeft)
+{
+    ScratchDir dir;
+    std::string good = xpm_text(pattern_xpm(8, 8, 4, 2));
+    TestXpm wrongCpp = pattern_xpm(8, 8, 4, 1);
+    std::string wrong = xpm_text(wrongCpp);
+    wrong.replace(wrong.find("8 8 4 1"), 7, "8 8 4 2");
+    std::string binary;
+    std::mt19937 rng(7);
+    for (int i = 0; i < 5000; i++)
+        binary += static_cast<char>(rng());
+    TestXpm many = pattern_xpm(20, 20, 300, 2);
+    mkfifo(dir.path("fifo").c_str(), 0600);
+    mkdir(dir.path("adir").c_str(), 0700);
+
+    struct Case {
+        const char* what;
+        std::string path;
+        int status;
+    } cases[] = {
+        {"truncated", dir.file("trunc.xpm", good.substr(0, good.size() / 2)), -1},
+        {"binary", dir.file("bin.xpm", binary), -1},
+        {"empty", dir.file("empty.xpm", ""), -1},
+        {"huge XPM header", dir.file("huge.xpm", "/* XPM */\nstatic char *a[] = {\n\"100000 100000 1 1\",\n\"a c #000000\",\n"), -1},
+        {"huge XBM header", dir.file("huge.xbm", "#define a_width 100000\n#define a_height 100000\nstatic char a_bits[] = {\n0x00};\n"), -1},
+        {"zero XBM width", dir.file("zero.xbm", "#define a_width 0\n#define a_height 4\nstatic char a_bits[] = {\n0x00};\n"), -1},
+        {"just too wide", dir.file("wide.xbm", xbm_text(pattern_xbm(513, 2))), -1},
+        {"just too tall", dir.file("tall.xpm", xpm_text(pattern_xpm(2, 721, 2, 1))), -1},
+        {"wrong chars per pixel", dir.file("cpp.xpm", wrong), -1},
+        {"not an image", dir.file("text.xpm", "Dear diary,\nnothing to see here.\n"), -1},
+        {"more colours than cells", dir.file("many.xpm", xpm_text(many)), 1},
+        {"missing", dir.path("missing.xpm"), -1},
+        {"directory", dir.path("adir"), -1},
+        {"fifo", dir.path("fifo"), -1},
+    };
+    Drawing* keep = make_drawing(10, 10);
+    ASSERT_NE(keep, nullptr);
+    int count = open_count();
+    Pixel background = res().background;
+    int freeBefore = free_cells();
+    for (const Case& c : cases) {
+        ReadResult r = read(c.path);
+        EXPECT_EQ(r.status, c.status) << c.what;
+        EXPECT_EQ(r.pixmap, None) << c.what;
+        EXPECT_EQ(r.width, 0) << c.what;
+        EXPECT_EQ(res().background, background) << c.what;
+        EXPECT_EQ(free_cells(), freeBefore) << c.what << ": cells leaked";
+        release_xpm_info(&r.info);
+        EXPECT_EQ(open_file(c.path.c_str()), c.status) << c.what;
+        pump();
+        EXPECT_EQ(open_count(), count) << c.what;
+    }
+}
+
+// When the colour cells run out the user is told "Unable to allocate
+// color.", no drawing is made and the open drawings keep working.
+TEST(FilesBadInput, ColourCellsRunOut)
+{
+    ScratchDir dir;
+    Drawing* keep = make_drawing(20, 20);
+    ASSERT_NE(keep, nullptr);
+    ColorList* list = color_list_of(keep);
+    ASSERT_NE(list, nullptr);
+    int count = open_count();
+    int freeBefore = free_cells();
+    std::string path = dir.file("c200.xpm", xpm_text(pattern_xpm(20, 20, 200, 2)));
+    EXPECT_EQ(open_file(path.c_str()), 1);
+    pump();
+    EXPECT_EQ(dialog_message(message_dialog(0)), "Unable to allocate color.");
+    EXPECT_EQ(open_count(), count);
+    EXPECT_EQ(free_cells(), freeBefore);
+    XFillRectangle(app().display, keep->image, keep->foregroundGC, 2, 2, 3, 3);
+    EXPECT_EQ(image_pixel(keep, 3, 3), list->foregroundEntry->pixel);
+    EXPECT_EQ(rgb_of_pixel(list->foregroundEntry->pixel), 0u) << "black stays black";
+}
+
+// Random mutations of valid XPM and XBM files, read for a few seconds:
+// statuses are only 0, -1 or 1, and whatever reads stays within the limits.
+TEST(FilesBadInput, MutationFuzz)
+{
+    ScratchDir dir;
+    TestXpm x = pattern_xpm(12, 9, 6, 2);
+    x.colours[0] = {"None", ""};
+    x.colours[1].m = "black";
+    x.hotspotX = 2;
+    x.hotspotY = 3;
+    TestXbm b = pattern_xbm(17, 6);
+    b.hotspotX = 1;
+    b.hotspotY = 1;
+    const std::string seeds[] = {xpm_text(x), xbm_text(b)};
+    std::mt19937 rng(20240531);
+    const char interesting[] = "\"\n,{}0123456789-# /*XPMcmsNone_widthheight";
+    Pixel background = res().background;
+    auto stop = std::chrono::steady_clock::now() + std::chrono::seconds(3);
+    int runs = 0, accepted = 0;
+    while (std::chrono::steady_clock::now() < stop) {
+        std::string s = seeds[runs % 2];
+        int edits = 1 + static_cast<int>(rng() % 6);
+        for (int e = 0; e < edits && !s.empty(); e++) {
+            size_t at = rng() % s.size();
+            switch (rng() % 5) {
+            case 0: s[at] = static_cast<char>(rng()); break;
+            case 1: s[at] = interesting[rng() % (sizeof interesting - 1)]; break;
+            case 2: s.erase(at, 1 + rng() % 8); break;
+            case 3: s.insert(at, std::string(1 + rng() % 4, interesting[rng() % (sizeof interesting - 1)])); break;
+            case 4: s.resize(at); break;
+            }
+        }
+        ReadResult r = read(dir.file("fuzz", s));
+        ASSERT_TRUE(r.status == 0 || r.status == -1 || r.status == 1) << "status " << r.status;
+        if (r.status == 0) {
+            accepted++;
+            ASSERT_GT(r.width, 0);
+            ASSERT_LE(r.width, 512);
+            ASSERT_LE(r.height, 720);
+            ASSERT_NE(r.pixmap, None);
+            ASSERT_TRUE(r.hx == -1 || (r.hx >= 0 && r.hx < r.width));
+        } else {
+            ASSERT_EQ(r.pixmap, None);
+            ASSERT_EQ(res().background, background);
+        }
+        undo_read(r, background);
+        runs++;
+    }
+    XSync(app().display, False);
+    RecordProperty("runs", runs);
+    EXPECT_GT(runs, 50);
+    EXPECT_GT(accepted, 0) << "some mutations still read";
+}
