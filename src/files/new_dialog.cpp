@@ -4,6 +4,7 @@
 #include <Xm/TextF.h>
 #include <Xm/Xm.h>
 
+#include <algorithm>
 #include <cctype>
 #include <cstdint>
 #include <cstdlib>
@@ -88,6 +89,16 @@ void fill_new_form(Widget form)
     widthField = add_field(form, "WidthTW", widthLabel, nameField, true);
     Widget heightLabel = add_label(form, "heightLW", widthField);
     heightField = add_field(form, "HeightTW", heightLabel, widthField, true);
+
+    // Line the three fields up after the widest label.
+    Dimension widest = 0;
+    for (Widget label : {nameLabel, widthLabel, heightLabel}) {
+        Dimension w = 0;
+        XtVaGetValues(label, XmNwidth, &w, nullptr);
+        widest = std::max(widest, w);
+    }
+    for (Widget field : {nameField, widthField, heightField})
+        XtVaSetValues(field, XmNleftAttachment, XmATTACH_FORM, XmNleftOffset, widest + 10, nullptr);
 }
 
 std::string field_text(Widget field)
