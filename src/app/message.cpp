@@ -68,8 +68,12 @@ int centred(int pos, int span, int size)
     return pos + (span - size) / 2;
 }
 
-void centre_over(Widget shell, Widget parent)
+}  // namespace
+
+void centre_shell_over(Widget shell, Widget parent)
 {
+    if (!shell)
+        return;
     Display* dpy = XtDisplay(shell);
     int px = 0, py = 0;
     int pw = WidthOfScreen(XtScreen(shell)), ph = HeightOfScreen(XtScreen(shell));
@@ -88,6 +92,8 @@ void centre_over(Widget shell, Widget parent)
     XtVaSetValues(shell, XmNx, centred(px, pw, dw), XmNy, centred(py, ph, dh), nullptr);
 }
 
+namespace {
+
 void centre_popup_cb(Widget shell, XtPointer clientData, XtPointer) noexcept
 {
     int set = static_cast<int>(reinterpret_cast<intptr_t>(clientData));
@@ -95,7 +101,7 @@ void centre_popup_cb(Widget shell, XtPointer clientData, XtPointer) noexcept
     if (set < 0 || set >= SET_COUNT)
         return;
     centrePending[set] = false;
-    centre_over(shell, centreTargets[set]);
+    centre_shell_over(shell, centreTargets[set]);
 }
 
 // Stand-alone windows -------------------------------------------------------

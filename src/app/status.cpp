@@ -12,6 +12,7 @@
 #include "app/app.h"
 #include "app/draw.h"
 #include "app/logo_data.h"
+#include "app/message.h"
 #include "app/safe_format.h"
 #include "colour/converters.h"
 
@@ -24,6 +25,7 @@ const char* const defaultSizeFormat = "Width - %d, Height - %d";
 Pixmap logo = None;       // one for the program, made at first need
 bool logoTried = false;   // a failed logo is not retried for every window
 Widget versionDialogWidget = nullptr;
+Widget versionParent = nullptr;   // where the dialog pops up next
 
 // The logo's colours all come from `w` and the screen, so it follows the
 // colour scheme of the resources.
@@ -110,6 +112,17 @@ void version_work_area(Widget form)
     set_label_text(date, PICTREL_VERSION_STRING);
 }
 
+// Over the window it was asked from, else over the first open drawing.
+void version_popup_cb(Widget shell, XtPointer, XtPointer) noexcept
+{
+    Widget parent = versionParent;
+    if (!parent) {
+        Drawing* d = first_open_drawing();
+        parent = d ? d->shell : nullptr;
+    }
+    centre_shell_over(shell, parent);
+}
+
 void version_ok_cb(Widget, XtPointer, XtPointer) noexcept
 {
     if (versionDialogWidget)
@@ -126,7 +139,7 @@ Widget create_status_area(Widget form, Drawing* d)
     XtVaSetValues(logoW, XmNleftAttachment, XmATTACH_FORM, XmNbottomAttachment, XmATTACH_FORM, nullptr);
     d->statusLabel = XtVaCreateManagedWidget(
         "status", xmLabelWidgetClass, form, XmNalignment, XmALIGNMENT_BEGINNING, XmNleftAttachment,
-        XmATTACH_WIDGET, XmNleftWidget, logoW, XmNleftOffset, 8, XmNrightAttachment, XmATTACH_FORM,
+        XmATTACH_WIDGET, XmNleftWidget, logoW, XmNleftOffset, 8, XmNrightAttachment, XmATTACH_FORM, XmNrightOffset, 4,
         XmNtopAttachment, XmATTACH_OPPOSITE_WIDGET, XmNtopWidget, logoW, XmNbottomAttachment, XmATTACH_FORM,
         nullptr);
     Widget sep = XtVaCreateManagedWidget("separator", xmSeparatorWidgetClass, form, XmNleftAttachment,
@@ -149,6 +162,12 @@ void update_status(Drawing* d)
 
 void show_version()
 {
+    show_version_over(nullptr);
+}
+
+void show_version_over(Widget parent)
+{
+    versionParent = parent;
     if (!versionDialogWidget) {
         if (!app().topLevel)
             return;
@@ -161,6 +180,7 @@ void show_version()
         if (!versionDialogWidget)
             return;
         set_default_button(versionDialogWidget, "OK");
+        XtAddCallback(XtParent(versionDialogWidget), XmNpopupCallback, version_popup_cb, nullptr);
     }
     XtManageChild(versionDialogWidget);
     Widget shell = XtParent(versionDialogWidget);

@@ -13,4 +13,6 @@ Widget create_status_area(Widget form, Drawing* d);
 void update_status(Drawing* d);
 // Help > version.
 void show_version();
+// The same, centred over `parent` (the window whose Help menu was used).
+void show_version_over(Widget parent);
 Widget version_dialog();   // null until first shown

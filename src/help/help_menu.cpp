@@ -94,7 +94,7 @@ void help_on_window(Widget w) { say(w, help_texts().helpUnavailableString); }
 void help_on_keys(Widget w) { say(w, help_texts().helpOnKeysString); }
 void help_index(Widget w) { say(w, help_texts().helpUnavailableString); }
 void help_on_help(Widget w) { say(w, help_texts().helpUnavailableString); }
-void help_on_version(Widget) { show_version(); }
+void help_on_version(Widget w) { show_version_over(window_shell_of(w)); }
 
 struct HelpItem {
     const char* name;
