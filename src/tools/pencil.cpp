@@ -29,8 +29,10 @@ void pencil_input(Widget w, Drawing* d, XEvent* event)
         commit(d);
         Point p = event_point(event);
         // The pencil ignores the line-width palette; the next press puts
-        // the palette's width back on the GC.
-        set_line_width(d->chosenGC, 1);
+        // the palette's width back on the GC. It draws one-pixel lines as
+        // thin (width 0) lines: X's width-1 lines leave out the far end of
+        // a one-pixel diagonal, and the press must set both of its pixels.
+        set_line_width(d->chosenGC, 0);
         // A press draws a short diagonal, not a point, but shows only its
         // first pixel at once.
         XDrawLine(app().display, d->image, d->chosenGC, p.x, p.y, p.x + 1, p.y + 1);

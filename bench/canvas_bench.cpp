@@ -1,0 +1,138 @@
+// Figures for the canvas: X requests and time of a 100-segment pencil stroke
+// at zoom 3 on a 511 x 719 drawing, a full expose of the visible magnified
+// canvas, and zooming from actual size to 4 and back. Prints medians.
+#include <X11/Intrinsic.h>
+#include <Xm/DrawingA.h>
+#include <Xm/Xm.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <vector>
+
+#include "app/app.h"
+#include "app/draw.h"
+#include "app/startup.h"
+#include "canvas/image_store.h"
+#include "canvas/input.h"
+
+namespace {
+
+constexpr int RUNS = 7;
+
+void pump()
+{
+    for (int r = 0; r < 3; r++) {
+        XSync(app().display, False);
+        while (XtAppPending(app().context))
+            XtAppProcessEvent(app().context, XtIMAll);
+    }
+}
+
+void button(Drawing* d, int type, int x, int y)
+{
+    XEvent ev{};
+    ev.xbutton.type = type;
+    ev.xbutton.display = app().display;
+    ev.xbutton.window = XtWindow(d->activeArea);
+    ev.xbutton.x = x;
+    ev.xbutton.y = y;
+    ev.xbutton.button = Button1;
+    ev.xbutton.state = type == ButtonRelease ? Button1Mask : 0;
+    XmDrawingAreaCallbackStruct cbs{};
+    cbs.reason = XmCR_INPUT;
+    cbs.event = &ev;
+    canvas_input_cb(d->activeArea, d, &cbs);
+}
+
+void motion(Drawing* d, int x, int y)
+{
+    XEvent ev{};
+    ev.xmotion.type = MotionNotify;
+    ev.xmotion.display = app().display;
+    ev.xmotion.window = XtWindow(d->activeArea);
+    ev.xmotion.x = x;
+    ev.xmotion.y = y;
+    ev.xmotion.state = Button1Mask;
+    Boolean cont = True;
+    canvas_motion_eh(d->activeArea, d, &ev, &cont);
+}
+
+double median(std::vector<double> v)
+{
+    std::sort(v.begin(), v.end());
+    return v[v.size() / 2];
+}
+
+double ms_since(std::chrono::steady_clock::time_point t0)
+{
+    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - t0).count();
+}
+
+}  // namespace
+
+int main()
+{
+    static char arg0[] = "pictrel";
+    static char* argv[] = {arg0, nullptr};
+    int argc = 1;
+    if (startup(&argc, argv) != 0) {
+        std::fprintf(stderr, "canvas_bench: start-up failed (is the display 8-bit PseudoColor?)\n");
+        return 1;
+    }
+    Drawing* d = new_untitled_drawing(nullptr, 511, 719);
+    if (!d)
+        return 1;
+    pump();
+    d->zoom = 2;
+    zoom_in(d, nullptr);   // to 3
+    pump();
+    Display* dpy = app().display;
+
+    std::vector<double> requests, strokeMs, exposeMs, zoomMs;
+    for (int run = 0; run < RUNS; run++) {
+        // 100 segments of a zig-zag, each a few pixels long, cell centres.
+        unsigned long r0 = NextRequest(dpy);
+        auto t0 = std::chrono::steady_clock::now();
+        int x = 40 + run * 8, y = 40;
+        button(d, ButtonPress, x << 3 | 3, y << 3 | 3);
+        for (int s = 0; s < 100; s++) {
+            x += (s % 2) ? 3 : 2;
+            y += (s % 4 < 2) ? 4 : -3;
+            motion(d, x << 3 | 3, y << 3 | 3);
+        }
+        button(d, ButtonRelease, x << 3 | 3, y << 3 | 3);
+        XSync(dpy, False);
+        strokeMs.push_back(ms_since(t0));
+        requests.push_back(static_cast<double>(NextRequest(dpy) - r0));
+
+        Window win = XtWindow(d->zoomedArea);
+        t0 = std::chrono::steady_clock::now();
+        XClearArea(dpy, win, 0, 0, 0, 0, True);
+        pump();
+        exposeMs.push_back(ms_since(t0));
+
+        XEvent shift{};
+        shift.xbutton.type = ButtonRelease;
+        shift.xbutton.state = ShiftMask;
+        d->zoom = 0;
+        layout_canvas(d);
+        pump();
+        t0 = std::chrono::steady_clock::now();
+        zoom_in(d, &shift);
+        pump();
+        zoom_out(d, &shift);
+        pump();
+        zoomMs.push_back(ms_since(t0));
+        d->zoom = 2;
+        zoom_in(d, nullptr);
+        pump();
+    }
+    std::printf("pencil stroke, 100 segments, zoom 3, 511x719: %.0f X requests (%.2f per segment), %.2f ms\n",
+                median(requests), median(requests) / 100.0, median(strokeMs));
+    std::printf("full expose of the visible magnified canvas: %.2f ms\n", median(exposeMs));
+    std::printf("zoom 0 -> 4 -> 0 (with repaints): %.2f ms\n", median(zoomMs));
+    std::printf("(medians of %d runs)\n", RUNS);
+    std::exit(0);
+}

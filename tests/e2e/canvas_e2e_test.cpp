@@ -1,0 +1,188 @@
+// The real program driven through XTest: a line dragged with button 1 and a
+// filled rectangle dragged with button 2 show on the magnified canvas, and
+// Ctrl+Z (Edit > Undo) takes the rectangle back.
+#include <gtest/gtest.h>
+
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
+#include <X11/extensions/XTest.h>
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "e2e_support.h"
+
+namespace {
+
+constexpr int IMAGE_SIZE = 32;
+constexpr int ZOOM = 3;   // the default zoomLevel
+constexpr int CANVAS = IMAGE_SIZE << ZOOM;
+
+struct Geometry {
+    Window id;
+    int x, y, width, height;
+};
+
+std::vector<Geometry> child_windows(Display* dpy, Window w)
+{
+    Window root, parent, *kids = nullptr;
+    unsigned n = 0;
+    std::vector<Geometry> out;
+    if (!XQueryTree(dpy, w, &root, &parent, &kids, &n))
+        return out;
+    for (unsigned i = 0; i < n; i++) {
+        XWindowAttributes a;
+        if (XGetWindowAttributes(dpy, kids[i], &a) && a.map_state == IsViewable)
+            out.push_back({kids[i], a.x, a.y, a.width, a.height});
+    }
+    if (kids)
+        XFree(kids);
+    return out;
+}
+
+// The first viewable window below `top` that satisfies `match`.
+Window find_window(Display* dpy, Window top, const std::function<bool(Display*, const Geometry&)>& match)
+{
+    for (const Geometry& g : child_windows(dpy, top)) {
+        if (match(dpy, g))
+            return g.id;
+        if (Window w = find_window(dpy, g.id, match))
+            return w;
+    }
+    return 0;
+}
+
+// The palette buttons in a column, top to bottom: a window with `count`
+// children of one size.
+std::vector<Window> palette(Display* dpy, Window top, size_t count, int w, int h)
+{
+    Window box = find_window(dpy, top, [&](Display* d, const Geometry& g) {
+        std::vector<Geometry> kids = child_windows(d, g.id);
+        return kids.size() == count &&
+               std::all_of(kids.begin(), kids.end(), [&](const Geometry& k) { return k.width == w && k.height == h; });
+    });
+    std::vector<Geometry> kids = box ? child_windows(dpy, box) : std::vector<Geometry>{};
+    std::sort(kids.begin(), kids.end(), [](const Geometry& a, const Geometry& b) { return a.y < b.y; });
+    std::vector<Window> out;
+    for (const Geometry& k : kids)
+        out.push_back(k.id);
+    return out;
+}
+
+void drag(E2eApp& app, Window canvas, unsigned button, int x0, int y0, int x1, int y1)
+{
+    Display* dpy = app.display();
+    auto at = [](int v) { return (v << ZOOM) + 3; };
+    app.move(canvas, at(x0), at(y0));
+    XTestFakeButtonEvent(dpy, button, True, CurrentTime);
+    XSync(dpy, False);
+    e2e_sleep_ms(50);
+    for (int s = 1; s <= 4; s++) {
+        app.move(canvas, at(x0 + (x1 - x0) * s / 4), at(y0 + (y1 - y0) * s / 4));
+        e2e_sleep_ms(30);
+    }
+    XTestFakeButtonEvent(dpy, button, False, CurrentTime);
+    XSync(dpy, False);
+    e2e_sleep_ms(200);
+}
+
+struct ImageDeleter {
+    void operator()(XImage* im) const { XDestroyImage(im); }
+};
+
+struct Shown {
+    std::unique_ptr<XImage, ImageDeleter> image;
+    unsigned long cell(int x, int y) const { return XGetPixel(image.get(), (x << ZOOM) + 3, (y << ZOOM) + 3); }
+};
+
+// Reads the canvas as shown, with our window raised above any other test's
+// and the server grabbed while reading.
+Shown read_canvas(Display* dpy, Window shell, Window canvas)
+{
+    XRaiseWindow(dpy, shell);
+    XSync(dpy, False);
+    e2e_sleep_ms(200);   // the program repaints what the raise exposed
+    XGrabServer(dpy);
+    Shown s;
+    s.image.reset(XGetImage(dpy, canvas, 0, 0, CANVAS, CANVAS, AllPlanes, ZPixmap));
+    XUngrabServer(dpy);
+    XSync(dpy, False);
+    return s;
+}
+
+bool dark(Display* dpy, unsigned long pixel)
+{
+    XColor c{};
+    c.pixel = pixel;
+    XQueryColor(dpy, DefaultColormap(dpy, DefaultScreen(dpy)), &c);
+    return c.red < 0x4000 && c.green < 0x4000 && c.blue < 0x4000;
+}
+
+}  // namespace
+
+// A line (button 1) and a filled rectangle (button 2 with pattern 7, so
+// foreground inside and out) appear on the magnified canvas; Ctrl+Z takes
+// back the rectangle and leaves the line.
+TEST(CanvasE2e, DrawLineAndFilledRectangleThenUndo)
+{
+    E2eApp app;
+    ASSERT_TRUE(app.connected());
+    // Away from the corner where in-process tests put their windows, and
+    // wholly on the screen.
+    ASSERT_TRUE(app.start({"-width", "32", "-height", "32", "-geometry", "+760+0"}));
+    Window shell = app.wait_window("Untitled");
+    ASSERT_NE(shell, 0u);
+    e2e_sleep_ms(300);
+    Display* dpy = app.display();
+
+    Window canvas = find_window(dpy, shell, [](Display*, const Geometry& g) {
+        return g.width == CANVAS && g.height == CANVAS;
+    });
+    ASSERT_NE(canvas, 0u) << "no " << CANVAS << "x" << CANVAS << " canvas area";
+    std::vector<Window> tools = palette(dpy, shell, 9, 24, 24);
+    ASSERT_EQ(tools.size(), 9u) << "tools palette";
+    std::vector<Window> patterns = palette(dpy, shell, 8, 32, 30);
+    ASSERT_EQ(patterns.size(), 8u) << "patterns palette";
+
+    unsigned long blank = read_canvas(dpy, shell, canvas).cell(20, 20);
+
+    XRaiseWindow(dpy, shell);
+    app.click(tools[1], 12, 12);   // line
+    drag(app, canvas, 1, 2, 4, 28, 4);
+
+    app.click(patterns[7], 16, 15);
+    // Tools > DrawFilled from the keyboard.
+    app.keys(shell, {"F10", "Right", "Right", "Right", "Down", "Return"});
+    e2e_sleep_ms(200);
+    app.click(tools[6], 12, 12);   // rect
+    drag(app, canvas, 2, 8, 10, 24, 26);
+    app.screenshot("canvas_line_and_rectangle");
+
+    Shown drawn = read_canvas(dpy, shell, canvas);
+    ASSERT_TRUE(drawn.image);
+    EXPECT_TRUE(dark(dpy, drawn.cell(2, 4))) << "line start";
+    EXPECT_TRUE(dark(dpy, drawn.cell(15, 4))) << "line middle";
+    EXPECT_TRUE(dark(dpy, drawn.cell(27, 4))) << "line end";
+    EXPECT_EQ(drawn.cell(15, 6), blank) << "below the line";
+    EXPECT_TRUE(dark(dpy, drawn.cell(8, 10))) << "rectangle corner";
+    EXPECT_TRUE(dark(dpy, drawn.cell(24, 26))) << "rectangle far corner";
+    int light = 0;
+    for (int y = 11; y <= 25; y++)
+        for (int x = 9; x <= 23; x++)
+            light += !dark(dpy, drawn.cell(x, y));
+    EXPECT_EQ(light, 0) << "pattern 7 fills the rectangle with the foreground";
+    EXPECT_EQ(drawn.cell(26, 18), blank) << "right of the rectangle";
+
+    app.key(shell, "ctrl+z");
+    e2e_sleep_ms(300);
+    app.screenshot("canvas_after_undo");
+    Shown undone = read_canvas(dpy, shell, canvas);
+    ASSERT_TRUE(undone.image);
+    EXPECT_EQ(undone.cell(16, 18), blank) << "the rectangle is gone";
+    EXPECT_EQ(undone.cell(8, 10), blank);
+    EXPECT_EQ(undone.cell(24, 26), blank);
+    EXPECT_TRUE(dark(dpy, undone.cell(15, 4))) << "the line stays";
+    app.kill_now();
+}

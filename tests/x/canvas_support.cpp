@@ -1,0 +1,245 @@
+// Helpers of the canvas and tool tests (see canvas_support.h).
+#include "canvas_support.h"
+
+#include <X11/Xutil.h>
+#include <Xm/DrawingA.h>
+#include <Xm/Xm.h>
+
+#include <algorithm>
+#include <memory>
+#include <sstream>
+
+#include "app/app.h"
+#include "app/draw.h"
+#include "canvas/image_store.h"
+#include "canvas/input.h"
+#include "canvas/magnified_paint.h"
+
+namespace {
+
+int trappedErrors;
+int grabDepth;
+
+int count_error(Display*, XErrorEvent*)
+{
+    trappedErrors++;
+    return 0;
+}
+
+unsigned long shown_pixel(Drawing* d, unsigned long imagePixel)
+{
+    if (d->depth != 1)
+        return imagePixel;
+    return imagePixel ? app().blackPixel : app().whitePixel;
+}
+
+struct ImageDeleter {
+    void operator()(XImage* im) const { XDestroyImage(im); }
+};
+
+}  // namespace
+
+void area_button(Drawing* d, int type, unsigned button, int wx, int wy, unsigned state)
+{
+    XEvent ev{};
+    ev.xbutton.type = type;
+    ev.xbutton.display = app().display;
+    ev.xbutton.window = XtWindow(d->activeArea);
+    ev.xbutton.root = app().root;
+    ev.xbutton.x = wx;
+    ev.xbutton.y = wy;
+    ev.xbutton.button = button;
+    ev.xbutton.state = state;
+    ev.xbutton.same_screen = True;
+    XmDrawingAreaCallbackStruct cbs{};
+    cbs.reason = XmCR_INPUT;
+    cbs.event = &ev;
+    cbs.window = ev.xbutton.window;
+    canvas_input_cb(d->activeArea, d, &cbs);
+}
+
+void area_motion(Drawing* d, int wx, int wy, unsigned state)
+{
+    XEvent ev{};
+    ev.xmotion.type = MotionNotify;
+    ev.xmotion.display = app().display;
+    ev.xmotion.window = XtWindow(d->activeArea);
+    ev.xmotion.root = app().root;
+    ev.xmotion.x = wx;
+    ev.xmotion.y = wy;
+    ev.xmotion.state = state;
+    ev.xmotion.same_screen = True;
+    Boolean cont = True;
+    canvas_motion_eh(d->activeArea, d, &ev, &cont);
+}
+
+int cell_centre(Drawing* d, int v)
+{
+    return d->zoom > 0 ? (v << d->zoom) + ((1 << d->zoom) - 1) / 2 : v;
+}
+
+void stroke(Drawing* d, unsigned button, std::initializer_list<ImagePoint> points, unsigned state)
+{
+    if (points.size() == 0)
+        return;
+    unsigned held = state | (Button1Mask << (button - 1));
+    const ImagePoint* p = points.begin();
+    area_button(d, ButtonPress, button, cell_centre(d, p->x), cell_centre(d, p->y), state);
+    for (++p; p != points.end(); ++p)
+        area_motion(d, cell_centre(d, p->x), cell_centre(d, p->y), held);
+    const ImagePoint& last = *(points.end() - 1);
+    area_button(d, ButtonRelease, button, cell_centre(d, last.x), cell_centre(d, last.y), held);
+    pump();
+}
+
+void set_zoom(Drawing* d, int zoom)
+{
+    // imageCopy is not kept at actual size; zoom_in retakes it the same way.
+    if (d->zoom == 0 && zoom != 0)
+        retake_image_copy(d);
+    d->zoom = zoom;
+    layout_canvas(d);
+    pump();
+}
+
+void paint_test_picture(Drawing* d)
+{
+    Display* dpy = app().display;
+    GC gc = XCreateGC(dpy, d->image, 0, nullptr);
+    unsigned long values = d->depth == 1 ? 2 : 200;
+    for (int y = 0; y < d->height; y++)
+        for (int x = 0; x < d->width; x++) {
+            unsigned long v = static_cast<unsigned long>((x * 7 + y * 13 + (x * y) % 5) % values);
+            if (d->depth != 1)
+                v += 20;   // keep clear of the few pixels the server uses
+            XSetForeground(dpy, gc, v);
+            XDrawPoint(dpy, d->image, gc, x, y);
+        }
+    XFreeGC(dpy, gc);
+    refresh_rect(d, 0, 0, d->width, d->height);
+    pump();
+}
+
+std::string check_display(Drawing* d)
+{
+    Display* dpy = app().display;
+    Widget area = d->activeArea;
+    Window win = XtWindow(area);
+    // Other windows, ours or other tests', may lie on top (there is no
+    // window manager): raise ours and keep the others out while reading.
+    ServerGrab grab;
+    XRaiseWindow(dpy, XtWindow(d->shell));
+    pump();
+    // Only the part of the window inside the scrolled window's clip can be
+    // read back.
+    Widget clip = XtParent(area);
+    Position ax = 0, ay = 0;
+    Dimension cw = 0, ch = 0;
+    XtVaGetValues(area, XmNx, &ax, XmNy, &ay, nullptr);
+    XtVaGetValues(clip, XmNwidth, &cw, XmNheight, &ch, nullptr);
+    int x0 = ax < 0 ? -ax : 0, y0 = ay < 0 ? -ay : 0;
+    int zoom = d->zoom;
+    int areaW = d->width << zoom, areaH = d->height << zoom;
+    int visW = std::min(areaW - x0, static_cast<int>(cw) - std::max<int>(ax, 0));
+    int visH = std::min(areaH - y0, static_cast<int>(ch) - std::max<int>(ay, 0));
+    if (visW <= 0 || visH <= 0)
+        return "nothing visible";
+    std::unique_ptr<XImage, ImageDeleter> shown(
+        XGetImage(dpy, win, x0, y0, static_cast<unsigned>(visW), static_cast<unsigned>(visH), AllPlanes, ZPixmap));
+    unsigned long planes = d->depth == 1 ? 1 : AllPlanes;
+    std::unique_ptr<XImage, ImageDeleter> image(
+        XGetImage(dpy, d->image, 0, 0, d->width, d->height, planes, ZPixmap));
+    if (!shown || !image)
+        return "XGetImage failed";
+    Pixel background = 0;
+    XtVaGetValues(area, XmNbackground, &background, nullptr);
+    int pitch = 1 << zoom;
+    for (int wy = y0; wy < y0 + visH; wy++)
+        for (int wx = x0; wx < x0 + visW; wx++) {
+            int ix = wx >> zoom, iy = wy >> zoom;
+            bool grid = zoom > 0 && ((wx % pitch) == pitch - 1 || (wy % pitch) == pitch - 1);
+            unsigned long want = grid ? background : shown_pixel(d, XGetPixel(image.get(), ix, iy));
+            unsigned long got = XGetPixel(shown.get(), wx - x0, wy - y0);
+            if (got != want) {
+                std::ostringstream out;
+                out << "window (" << wx << "," << wy << ") cell (" << ix << "," << iy << ")"
+                    << (grid ? " grid" : " square") << ": got " << got << " want " << want
+                    << " at zoom " << zoom;
+                return out.str();
+            }
+        }
+    return "";
+}
+
+std::string check_image_copy(Drawing* d)
+{
+    if (!d->imageCopy)
+        return "no imageCopy";
+    unsigned long planes = d->depth == 1 ? 1 : AllPlanes;
+    std::unique_ptr<XImage, ImageDeleter> image(
+        XGetImage(app().display, d->image, 0, 0, d->width, d->height, planes, ZPixmap));
+    if (!image)
+        return "XGetImage failed";
+    for (int y = 0; y < d->height; y++)
+        for (int x = 0; x < d->width; x++)
+            if (XGetPixel(image.get(), x, y) != XGetPixel(d->imageCopy, x, y)) {
+                std::ostringstream out;
+                out << "imageCopy differs at (" << x << "," << y << ")";
+                return out.str();
+            }
+    return "";
+}
+
+XErrorTrap::XErrorTrap()
+{
+    XSync(app().display, False);
+    trappedErrors = 0;
+    old_ = XSetErrorHandler(count_error);
+}
+
+XErrorTrap::~XErrorTrap()
+{
+    XSync(app().display, False);
+    XSetErrorHandler(old_);
+}
+
+int XErrorTrap::errors()
+{
+    XSync(app().display, False);
+    return trappedErrors;
+}
+
+unsigned long request_count()
+{
+    return NextRequest(app().display);
+}
+
+unsigned long foreground_pixel(Drawing* d)
+{
+    XGCValues v;
+    XGetGCValues(app().display, d->foregroundGC, GCForeground, &v);
+    return v.foreground;
+}
+
+unsigned long background_pixel(Drawing* d)
+{
+    XGCValues v;
+    XGetGCValues(app().display, d->backgroundGC, GCForeground, &v);
+    return v.foreground;
+}
+
+ServerGrab::ServerGrab()
+{
+    if (grabDepth++ == 0) {
+        XGrabServer(app().display);
+        XSync(app().display, False);
+    }
+}
+
+ServerGrab::~ServerGrab()
+{
+    if (--grabDepth == 0) {
+        XUngrabServer(app().display);
+        XSync(app().display, False);
+    }
+}

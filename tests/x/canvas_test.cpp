@@ -1,0 +1,422 @@
+// The canvas: zoom steps and the menu items that follow them, the exact
+// magnified display, expose, refresh clipping, extreme sizes, input scaling
+// and motion compression, and the black-and-white rendering.
+#include "canvas_support.h"   // first: gtest before Xlib's macros
+
+#include <X11/Xutil.h>
+#include <Xm/Xm.h>
+
+#include <memory>
+
+#include "app/app.h"
+#include "app/commands.h"
+#include "app/draw.h"
+#include "app/menus.h"
+#include "canvas/image_store.h"
+#include "canvas/views.h"
+#include "colour/color_list.h"
+#include "tools/palettes.h"
+#include "tools/tool_table.h"
+
+namespace {
+
+bool sensitive(Drawing* d, int command)
+{
+    Widget w = menu_item(d, command);
+    return w && XtIsSensitive(w);
+}
+
+XEvent shift_event()
+{
+    XEvent ev{};
+    ev.xbutton.type = ButtonRelease;
+    ev.xbutton.state = ShiftMask;
+    return ev;
+}
+
+}  // namespace
+
+// Zoom in from actual size lands on 2, Shift goes to 4, zoom out from 2
+// goes straight back to 0; the items follow and the right area is shown.
+TEST(Canvas, ZoomStepsAndMenuSensitivity)
+{
+    Drawing* d = make_drawing(16, 12);
+    ASSERT_NE(d, nullptr);
+    set_zoom(d, 0);
+    EXPECT_EQ(d->activeArea, d->actualArea);
+    EXPECT_FALSE(sensitive(d, CMD_ZOOM_OUT));
+    EXPECT_FALSE(sensitive(d, CMD_SHOW_SMALL_VIEW));
+    EXPECT_TRUE(sensitive(d, CMD_ZOOM_IN));
+    zoom_out(d, nullptr);
+    EXPECT_EQ(d->zoom, 0) << "nothing below actual size";
+
+    zoom_in(d, nullptr);
+    pump();
+    EXPECT_EQ(d->zoom, 2) << "the first step from actual size skips 1";
+    EXPECT_EQ(d->activeArea, d->zoomedArea);
+    EXPECT_EQ(d->activeWindow, XtWindow(d->zoomedArea));
+    EXPECT_TRUE(XtIsManaged(d->zoomedArea));
+    EXPECT_FALSE(XtIsManaged(d->actualArea));
+    Dimension w = 0, h = 0;
+    XtVaGetValues(d->zoomedArea, XmNwidth, &w, XmNheight, &h, nullptr);
+    EXPECT_EQ(w, 16 << 2);
+    EXPECT_EQ(h, 12 << 2);
+    EXPECT_TRUE(sensitive(d, CMD_ZOOM_OUT));
+    EXPECT_TRUE(sensitive(d, CMD_SHOW_SMALL_VIEW));
+
+    XEvent shift = shift_event();
+    zoom_in(d, &shift);
+    EXPECT_EQ(d->zoom, 4);
+    EXPECT_FALSE(sensitive(d, CMD_ZOOM_IN));
+    zoom_in(d, nullptr);
+    EXPECT_EQ(d->zoom, 4) << "nothing above 4";
+    zoom_out(d, nullptr);
+    EXPECT_EQ(d->zoom, 3);
+    zoom_out(d, nullptr);
+    EXPECT_EQ(d->zoom, 2);
+    zoom_out(d, nullptr);
+    EXPECT_EQ(d->zoom, 0) << "from 2 straight to actual size";
+    EXPECT_EQ(d->activeArea, d->actualArea);
+    zoom_in(d, nullptr);
+    zoom_in(d, nullptr);
+    zoom_out(d, &shift);
+    EXPECT_EQ(d->zoom, 0) << "Shift zooms out to actual size";
+
+    // The menu commands reach the same code.
+    run_command(d, CMD_ZOOM_IN, nullptr, False);
+    EXPECT_EQ(d->zoom, 2);
+}
+
+// After a picture of many colours and after every zoom change, each cell of
+// the magnified window shows its pixel in the square and the window
+// background in the grid line, and actual size shows the image itself.
+TEST(Canvas, MagnifiedDisplayIsExactAtEveryZoom)
+{
+    Drawing* d = make_drawing(24, 20);
+    ASSERT_NE(d, nullptr);
+    set_zoom(d, 3);
+    paint_test_picture(d);
+    EXPECT_EQ(check_display(d), "");
+    EXPECT_EQ(check_image_copy(d), "");
+
+    const int zooms[] = {4, 2, 1, 0, 3};
+    for (int z : zooms) {
+        set_zoom(d, z);
+        EXPECT_EQ(check_display(d), "") << "after changing to zoom " << z;
+    }
+    // A stroke after the zoom changes is shown exactly as well.
+    stroke(d, Button1, {{1, 1}, {20, 17}, {3, 15}});
+    EXPECT_EQ(check_display(d), "");
+    zoom_out(d, nullptr);
+    zoom_out(d, nullptr);
+    pump();
+    EXPECT_EQ(d->zoom, 0);
+    EXPECT_EQ(check_display(d), "");
+    zoom_in(d, nullptr);
+    pump();
+    EXPECT_EQ(check_display(d), "") << "back from actual size";
+}
+
+// A bitmap shows set bits black and clear bits white, also when whole rows
+// change at once.
+TEST(Canvas, BitmapMagnifiedDisplayFollowsRowsAndCells)
+{
+    Drawing* d = create_drawing("bits", 40, 12, 1, None, -1, -1, nullptr);
+    ASSERT_NE(d, nullptr);
+    pump();
+    set_zoom(d, 3);
+    paint_test_picture(d);   // full-width refresh: the row path
+    EXPECT_EQ(check_display(d), "");
+    Display* dpy = app().display;
+    XFillRectangle(dpy, d->image, d->blackGC, 5, 3, 30, 4);
+    refresh_rect(d, 5, 3, 30, 4);   // partial rows: the cell path
+    pump();
+    EXPECT_EQ(check_display(d), "");
+    XFillRectangle(dpy, d->image, d->whiteGC, 0, 2, 40, 3);
+    refresh_rect(d, -4, 2, 100, 3);
+    pump();
+    EXPECT_EQ(check_display(d), "");
+    EXPECT_EQ(check_image_copy(d), "");
+}
+
+// Expose repaints cells even when imageCopy already matches them.
+TEST(Canvas, ExposeForcesRepaint)
+{
+    Drawing* d = make_drawing(20, 16);
+    ASSERT_NE(d, nullptr);
+    set_zoom(d, 3);
+    paint_test_picture(d);
+    Display* dpy = app().display;
+    ServerGrab grab;   // no other window may expose ours meanwhile
+    XRaiseWindow(dpy, XtWindow(d->shell));
+    pump();
+    Window win = XtWindow(d->zoomedArea);
+    GC junk = XCreateGC(dpy, win, 0, nullptr);
+    XSetForeground(dpy, junk, 3);
+    XFillRectangle(dpy, win, junk, 10, 10, 60, 50);
+    XFreeGC(dpy, junk);
+    EXPECT_NE(check_display(d), "") << "the window was scribbled on";
+    XClearArea(dpy, win, 10, 10, 60, 50, True);
+    pump();
+    EXPECT_EQ(check_display(d), "");
+}
+
+// Refreshes starting left of or above the image are clipped; one wholly
+// outside paints nothing; no X request ever reads outside the pixmaps.
+TEST(Canvas, RefreshOutsideTheImageIsClipped)
+{
+    Drawing* d = make_drawing(16, 16);
+    ASSERT_NE(d, nullptr);
+    set_zoom(d, 3);
+    XErrorTrap trap;
+    Display* dpy = app().display;
+    XFillRectangle(dpy, d->image, d->foregroundGC, 0, 0, 4, 4);
+    refresh_rect(d, -10, -10, 14, 14);
+    pump();
+    EXPECT_EQ(check_display(d), "");
+    unsigned long before = request_count();
+    refresh_rect(d, 16, 0, 5, 5);
+    refresh_rect(d, 0, 16, 5, 5);
+    refresh_rect(d, -20, -20, 10, 10);
+    refresh_corners(d, 100, 100, 200, 200);
+    EXPECT_EQ(request_count(), before) << "nothing to paint outside the image";
+    restore_rect(d, -5, -5, 1000, 1000);
+    restore_corners_offset(d, -3, -3, 40, 40, 9, 9);
+    refresh_corners(d, 40, 40, -40, -40);
+    EXPECT_EQ(trap.errors(), 0);
+    EXPECT_EQ(check_display(d), "");
+}
+
+// The smallest and the largest drawings work at every zoom: strokes, presses
+// outside the image and refreshes never touch anything outside a pixmap.
+TEST(Canvas, ExtremeSizesAtEveryZoom)
+{
+    XErrorTrap trap;
+    Drawing* tiny = make_drawing(1, 1);
+    Drawing* big = make_drawing(511, 719);
+    ASSERT_NE(tiny, nullptr);
+    ASSERT_NE(big, nullptr);
+    for (int z = 0; z <= 4; z++) {
+        for (Drawing* d : {tiny, big}) {
+            set_zoom(d, z);
+            int far = (d->width + 40) << z;
+            stroke(d, Button1, {{0, 0}, {d->width - 1, d->height - 1}});
+            area_button(d, ButtonPress, Button1, -30, -30);
+            area_motion(d, far, far, Button1Mask);
+            area_motion(d, -far, 5, Button1Mask);
+            area_button(d, ButtonRelease, Button1, far, -far, Button1Mask);
+            select_tool(d, TOOL_RECT);
+            stroke(d, Button2, {{-5, -5}, {d->width + 5, d->height + 5}, {d->width / 2, 3}});
+            select_tool(d, TOOL_OVAL);
+            stroke(d, Button3, {{-5, -5}, {d->width + 5, d->height + 5}});
+            select_tool(d, TOOL_LINE);
+            stroke(d, Button1, {{d->width, d->height}, {-9, -9}});
+            select_tool(d, TOOL_PENCIL);
+            refresh_rect(d, 0, 0, d->width, d->height);
+            pump();
+            if (z != 0) {
+                EXPECT_EQ(check_image_copy(d), "") << d->width << "x" << d->height << " zoom " << z;
+            }
+            EXPECT_EQ(check_display(d), "") << d->width << "x" << d->height << " zoom " << z;
+        }
+    }
+    EXPECT_EQ(trap.errors(), 0);
+    EXPECT_EQ(image_pixel(tiny, 0, 0), foreground_pixel(tiny)) << "the 1x1 stroke painted its pixel";
+}
+
+// At zoom 3 a press at window (17, 9) reaches the tool as image (2, 1): the
+// pencil then sets (2, 1) and (3, 2).
+TEST(Canvas, PressIsScaledToImagePixels)
+{
+    Drawing* d = make_drawing(16, 16);
+    ASSERT_NE(d, nullptr);
+    set_zoom(d, 3);
+    ASSERT_EQ(d->currentTool, TOOL_PENCIL);
+    unsigned long blank = image_pixel(d, 2, 1);
+    area_button(d, ButtonPress, Button1, 17, 9);
+    area_button(d, ButtonRelease, Button1, 17, 9, Button1Mask);
+    pump();
+    EXPECT_EQ(image_pixel(d, 2, 1), foreground_pixel(d));
+    EXPECT_EQ(image_pixel(d, 3, 2), foreground_pixel(d));
+    EXPECT_EQ(image_pixel(d, 1, 1), blank);
+    EXPECT_EQ(image_pixel(d, 2, 0), blank);
+}
+
+// A burst of motions reaches the tool once, with the latest position: the
+// pencil draws one chord from the press to the last motion only.
+TEST(Canvas, MotionBurstIsCompressedToTheLatest)
+{
+    Drawing* d = make_drawing(32, 32);
+    ASSERT_NE(d, nullptr);
+    set_zoom(d, 0);
+    unsigned long blank = image_pixel(d, 20, 0);
+    Window win = XtWindow(d->activeArea);
+    area_button(d, ButtonPress, Button1, 0, 0);
+    Display* dpy = app().display;
+    const int path[][2] = {{20, 0}, {20, 20}, {0, 20}, {0, 10}};
+    for (const auto& p : path) {
+        XEvent ev{};
+        ev.xmotion.type = MotionNotify;
+        ev.xmotion.display = dpy;
+        ev.xmotion.window = win;
+        ev.xmotion.root = app().root;
+        ev.xmotion.x = p[0];
+        ev.xmotion.y = p[1];
+        ev.xmotion.state = Button1Mask;
+        ev.xmotion.same_screen = True;
+        XSendEvent(dpy, win, True, ButtonMotionMask, &ev);
+    }
+    XSync(dpy, False);
+    pump();
+    area_button(d, ButtonRelease, Button1, 0, 10, Button1Mask);
+    pump();
+    EXPECT_EQ(image_pixel(d, 0, 10), foreground_pixel(d)) << "the chord to the last motion";
+    EXPECT_EQ(image_pixel(d, 0, 5), foreground_pixel(d));
+    EXPECT_EQ(image_pixel(d, 20, 0), blank) << "intermediate motions were dropped";
+    EXPECT_EQ(image_pixel(d, 20, 20), blank);
+    EXPECT_EQ(image_pixel(d, 10, 20), blank);
+}
+
+// Motions that stay on one image pixel call the tool once: the second one
+// issues no X request at all.
+TEST(Canvas, SamePixelMotionIsIgnored)
+{
+    Drawing* d = make_drawing(16, 16);
+    ASSERT_NE(d, nullptr);
+    set_zoom(d, 3);
+    area_button(d, ButtonPress, Button1, 4, 4);
+    area_motion(d, 17, 9, Button1Mask);
+    unsigned long before = request_count();
+    area_motion(d, 22, 14, Button1Mask);   // still cell (2, 1)
+    EXPECT_EQ(request_count(), before);
+    area_motion(d, 25, 9, Button1Mask);    // cell (3, 1)
+    EXPECT_GT(request_count(), before);
+    area_button(d, ButtonRelease, Button1, 25, 9, Button1Mask);
+    pump();
+}
+
+// Tools without a motion handler ignore motion: with the fill tool a drag
+// changes nothing.
+TEST(Canvas, MotionIgnoredWithoutMotionHandler)
+{
+    Drawing* d = make_drawing(16, 16);
+    ASSERT_NE(d, nullptr);
+    set_zoom(d, 0);
+    select_tool(d, TOOL_FILL);
+    ASSERT_EQ(d->currentTool, TOOL_FILL);
+    unsigned long before = request_count();
+    area_motion(d, 5, 5, Button1Mask);
+    area_motion(d, 9, 9, Button1Mask);
+    EXPECT_EQ(request_count(), before);
+}
+
+// A Shift-press decides the constraint from the motions queued after it:
+// more than 5 pixels down is vertical even if x moved more, 6 right and 2
+// down is horizontal, and a release before that leaves it free.
+TEST(Canvas, ShiftPressDetectsDragConstraint)
+{
+    Drawing* d = make_drawing(64, 64);
+    ASSERT_NE(d, nullptr);
+    set_zoom(d, 0);
+    Display* dpy = app().display;
+    Window win = XtWindow(d->activeArea);
+    auto queue_motion = [&](int x, int y) {
+        XEvent ev{};
+        ev.xmotion.type = MotionNotify;
+        ev.xmotion.display = dpy;
+        ev.xmotion.window = win;
+        ev.xmotion.x = x;
+        ev.xmotion.y = y;
+        ev.xmotion.state = Button1Mask | ShiftMask;
+        XSendEvent(dpy, win, True, ButtonMotionMask, &ev);
+    };
+    auto queue_release = [&]() {
+        XEvent ev{};
+        ev.xbutton.type = ButtonRelease;
+        ev.xbutton.display = dpy;
+        ev.xbutton.window = win;
+        ev.xbutton.button = Button1;
+        ev.xbutton.state = Button1Mask | ShiftMask;
+        XSendEvent(dpy, win, True, ButtonReleaseMask, &ev);
+    };
+
+    queue_motion(22, 21);
+    queue_motion(26, 22);
+    XSync(dpy, False);
+    area_button(d, ButtonPress, Button1, 20, 20, ShiftMask);
+    EXPECT_EQ(d->constraint, 1) << "6 right, 2 down";
+    pump();
+    area_button(d, ButtonRelease, Button1, 26, 22, Button1Mask);
+
+    queue_motion(40, 26);
+    XSync(dpy, False);
+    area_button(d, ButtonPress, Button1, 20, 20, ShiftMask);
+    EXPECT_EQ(d->constraint, 2) << "6 down wins over 20 right";
+    pump();
+    area_button(d, ButtonRelease, Button1, 40, 26, Button1Mask);
+
+    queue_motion(23, 23);
+    queue_release();
+    XSync(dpy, False);
+    area_button(d, ButtonPress, Button1, 20, 20, ShiftMask);
+    EXPECT_EQ(d->constraint, 0) << "released within 5 pixels";
+    pump();
+
+    area_button(d, ButtonPress, Button1, 20, 20, 0);
+    EXPECT_EQ(d->constraint, 0) << "no Shift, no constraint";
+    area_button(d, ButtonRelease, Button1, 20, 20, Button1Mask);
+    pump();
+}
+
+// The pencil held vertical by a Shift-drag keeps the press column.
+TEST(Canvas, ConstrainedPencilKeepsTheAnchorColumn)
+{
+    Drawing* d = make_drawing(64, 64);
+    ASSERT_NE(d, nullptr);
+    set_zoom(d, 0);
+    Display* dpy = app().display;
+    Window win = XtWindow(d->activeArea);
+    XEvent ev{};
+    ev.xmotion.type = MotionNotify;
+    ev.xmotion.display = dpy;
+    ev.xmotion.window = win;
+    ev.xmotion.x = 14;
+    ev.xmotion.y = 30;
+    ev.xmotion.state = Button1Mask | ShiftMask;
+    XSendEvent(dpy, win, True, ButtonMotionMask, &ev);
+    XSync(dpy, False);
+    unsigned long blank = image_pixel(d, 14, 30);
+    area_button(d, ButtonPress, Button1, 10, 10, ShiftMask);
+    ASSERT_EQ(d->constraint, 2);
+    pump();   // the deciding motion was put back for the tool
+    area_button(d, ButtonRelease, Button1, 14, 30, Button1Mask);
+    pump();
+    EXPECT_EQ(image_pixel(d, 10, 30), foreground_pixel(d));
+    EXPECT_EQ(image_pixel(d, 10, 20), foreground_pixel(d));
+    EXPECT_EQ(image_pixel(d, 14, 30), blank);
+}
+
+// The black-and-white rendering: black pixels set, white and the
+// transparent background clear, through the colour list's mapping when
+// there is one.
+TEST(Canvas, BlackAndWhiteRendering)
+{
+    Drawing* d = make_drawing(8, 4);
+    ASSERT_NE(d, nullptr);
+    Display* dpy = app().display;
+    GC gc = XCreateGC(dpy, d->image, 0, nullptr);
+    XSetForeground(dpy, gc, app().blackPixel);
+    XFillRectangle(dpy, d->image, gc, 0, 0, 2, 4);
+    XSetForeground(dpy, gc, app().whitePixel);
+    XFillRectangle(dpy, d->image, gc, 2, 0, 2, 4);
+    XFreeGC(dpy, gc);   // columns 4..7 keep the transparent background
+    Pixmap bw = render_bw_pixmap(d);
+    ASSERT_NE(bw, None);
+    std::unique_ptr<XImage, void (*)(XImage*)> im(
+        XGetImage(dpy, bw, 0, 0, 8, 4, 1, ZPixmap), [](XImage* i) { XDestroyImage(i); });
+    ASSERT_TRUE(im);
+    for (int y = 0; y < 4; y++)
+        for (int x = 0; x < 8; x++)
+            EXPECT_EQ(XGetPixel(im.get(), x, y), x < 2 ? 1UL : 0UL) << x << "," << y;
+    EXPECT_EQ(render_bw_pixmap(d), bw) << "the pixmap is kept";
+}

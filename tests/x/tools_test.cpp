@@ -1,0 +1,399 @@
+// The first tools and their palettes: Shift lines, the pencil's click,
+// rectangles and ovals outlined and filled, one-level undo per tool, the
+// patterns' colours, the DrawFilled pictures and a reused window's reset.
+#include "canvas_support.h"   // first: gtest before Xlib's macros
+
+#include <Xm/ToggleB.h>
+#include <Xm/Xm.h>
+
+#include <string>
+#include <vector>
+
+#include "app/app.h"
+#include "app/commands.h"
+#include "app/draw.h"
+#include "app/menus.h"
+#include "canvas/image_store.h"
+#include "canvas/undo.h"
+#include "tools/palettes.h"
+#include "tools/shapes.h"
+#include "tools/tool_table.h"
+
+namespace {
+
+std::vector<Widget> children(Widget box)
+{
+    WidgetList list = nullptr;
+    Cardinal n = 0;
+    XtVaGetValues(box, XmNchildren, &list, XmNnumChildren, &n, nullptr);
+    return std::vector<Widget>(list, list + n);
+}
+
+// Chooses a palette entry as a click would.
+void click(Widget toggle)
+{
+    XmToggleButtonSetState(toggle, True, True);
+    pump();
+}
+
+Drawing* actual_size_drawing(int w, int h)
+{
+    Drawing* d = make_drawing(w, h);
+    if (d)
+        set_zoom(d, 0);
+    return d;
+}
+
+unsigned long pattern_pixel(Drawing* d, int pattern, int x, int y)
+{
+    bool set = (patternBits[pattern][y % 8] >> (x % 8)) & 1;
+    return set ? foreground_pixel(d) : background_pixel(d);
+}
+
+Pixmap label_pixmap(Widget w)
+{
+    Pixmap p = None;
+    XtVaGetValues(w, XmNlabelPixmap, &p, nullptr);
+    return p;
+}
+
+}  // namespace
+
+// The Shift line snaps towards (13, 30) vertical, (20, 14) horizontal and
+// (20, 16) to the diagonal point (16, 16). (A line of width 1 ends just
+// before its end point, as X draws wide lines with butt caps.)
+TEST(Tools, ShiftLineSnaps)
+{
+    Drawing* d = actual_size_drawing(40, 40);
+    ASSERT_NE(d, nullptr);
+    select_tool(d, TOOL_LINE);
+    unsigned long fg = foreground_pixel(d), blank = image_pixel(d, 0, 0);
+
+    stroke(d, Button1, {{10, 10}, {13, 30}}, ShiftMask);
+    EXPECT_EQ(image_pixel(d, 10, 29), fg);
+    EXPECT_EQ(image_pixel(d, 10, 20), fg);
+    EXPECT_EQ(image_pixel(d, 12, 29), blank);
+    EXPECT_EQ(image_pixel(d, 11, 20), blank);
+    cmd_undo(d, nullptr, False);
+    EXPECT_EQ(image_pixel(d, 10, 20), blank) << "undo takes the line back";
+
+    stroke(d, Button1, {{10, 10}, {20, 14}}, ShiftMask);
+    EXPECT_EQ(image_pixel(d, 19, 10), fg);
+    EXPECT_EQ(image_pixel(d, 19, 13), blank);
+    EXPECT_EQ(image_pixel(d, 15, 12), blank);
+    cmd_undo(d, nullptr, False);
+
+    stroke(d, Button1, {{10, 10}, {20, 16}}, ShiftMask);
+    EXPECT_EQ(image_pixel(d, 15, 15), fg);
+    EXPECT_EQ(image_pixel(d, 13, 13), fg);
+    EXPECT_EQ(image_pixel(d, 19, 16), blank);
+    EXPECT_EQ(image_pixel(d, 15, 13), blank);
+    cmd_undo(d, nullptr, False);
+}
+
+// A wide rubber band leaves no trail: after moving away, the first segment's
+// thick edge is gone and only the last segment stays.
+TEST(Tools, WideRubberBandLeavesNoTrail)
+{
+    Drawing* d = actual_size_drawing(64, 64);
+    ASSERT_NE(d, nullptr);
+    select_tool(d, TOOL_LINE);
+    std::vector<Widget> widths = children(d->lineWidthBox);
+    ASSERT_EQ(widths.size(), 5u);
+    click(widths[4]);
+    ASSERT_EQ(d->lineWidth, 9u);
+    unsigned long fg = foreground_pixel(d), blank = image_pixel(d, 0, 0);
+    stroke(d, Button1, {{10, 30}, {50, 30}, {30, 50}, {12, 58}});
+    EXPECT_EQ(image_pixel(d, 40, 26), blank) << "first segment's upper edge erased";
+    EXPECT_EQ(image_pixel(d, 50, 30), blank);
+    EXPECT_EQ(image_pixel(d, 30, 50), blank) << "middle segment erased";
+    EXPECT_EQ(image_pixel(d, 11, 44), fg) << "the final segment stays";
+}
+
+// A single pencil click sets (x, y) and (x + 1, y + 1) in the image but
+// shows only (x, y) at once.
+TEST(Tools, PencilClickSetsTwoPixelsShowsOne)
+{
+    Drawing* d = make_drawing(16, 16);
+    ASSERT_NE(d, nullptr);
+    set_zoom(d, 3);
+    unsigned long fg = foreground_pixel(d), blank = image_pixel(d, 5, 5);
+    area_button(d, ButtonPress, Button1, cell_centre(d, 4), cell_centre(d, 6));
+    EXPECT_EQ(image_pixel(d, 4, 6), fg);
+    EXPECT_EQ(image_pixel(d, 5, 7), fg);
+    EXPECT_EQ(image_pixel(d, 5, 6), blank);
+    EXPECT_EQ(image_pixel(d, 4, 7), blank);
+    EXPECT_EQ(XGetPixel(d->imageCopy, 4, 6), fg) << "the press point is shown";
+    EXPECT_EQ(XGetPixel(d->imageCopy, 5, 7), blank) << "its diagonal neighbour waits";
+    area_button(d, ButtonRelease, Button1, cell_centre(d, 4), cell_centre(d, 6), Button1Mask);
+    EXPECT_TRUE(d->modified);
+    EXPECT_TRUE(undo_sensitive(d));
+}
+
+// Rectangles: the outline lies on the box for a thin width and is centred
+// on it for a wide one; filled, the inside carries pattern 3 in the current
+// colours while the outline keeps the pressed button's colour.
+TEST(Tools, RectangleOutlineAndPatternFill)
+{
+    Drawing* d = actual_size_drawing(32, 24);
+    ASSERT_NE(d, nullptr);
+    select_tool(d, TOOL_RECT);
+    unsigned long fg = foreground_pixel(d), blank = image_pixel(d, 0, 0);
+
+    stroke(d, Button1, {{5, 5}, {12, 20}, {20, 15}});
+    EXPECT_EQ(image_pixel(d, 5, 5), fg);
+    EXPECT_EQ(image_pixel(d, 20, 15), fg);
+    EXPECT_EQ(image_pixel(d, 12, 5), fg);
+    EXPECT_EQ(image_pixel(d, 5, 10), fg);
+    EXPECT_EQ(image_pixel(d, 20, 10), fg);
+    EXPECT_EQ(image_pixel(d, 12, 15), fg);
+    EXPECT_EQ(image_pixel(d, 12, 10), blank) << "outline only";
+    EXPECT_EQ(image_pixel(d, 4, 10), blank);
+    EXPECT_EQ(image_pixel(d, 21, 10), blank);
+    EXPECT_EQ(image_pixel(d, 12, 16), blank);
+    EXPECT_EQ(image_pixel(d, 12, 20), blank) << "the first drag's box was erased";
+    cmd_undo(d, nullptr, False);
+    EXPECT_EQ(image_pixel(d, 5, 5), blank);
+
+    click(children(d->patternsBox)[3]);
+    ASSERT_EQ(d->currentPattern, 3);
+    click(children(d->lineWidthBox)[2]);
+    ASSERT_EQ(d->lineWidth, 4u);
+    cmd_draw_filled(d, nullptr, True);
+    stroke(d, Button1, {{5, 5}, {20, 15}});
+    // Width 4 centred on the edges: x 3..6 on the left, 18..21 on the right.
+    for (int y : {3, 6, 13, 16})
+        EXPECT_EQ(image_pixel(d, 12, y), fg) << "horizontal edge row " << y;
+    for (int x : {3, 6, 18, 21})
+        EXPECT_EQ(image_pixel(d, x, 10), fg) << "vertical edge column " << x;
+    EXPECT_EQ(image_pixel(d, 12, 2), blank);
+    EXPECT_EQ(image_pixel(d, 2, 10), blank);
+    EXPECT_EQ(image_pixel(d, 22, 10), blank);
+    for (int y = 7; y <= 12; y++)
+        for (int x = 7; x <= 17; x++)
+            ASSERT_EQ(image_pixel(d, x, y), pattern_pixel(d, 3, x, y)) << x << "," << y;
+}
+
+// Ovals: thin and wide outlines through the box's edge midpoints, the
+// corners untouched, and a filled oval carries the pattern inside.
+TEST(Tools, OvalOutlineAndPatternFill)
+{
+    Drawing* d = actual_size_drawing(32, 24);
+    ASSERT_NE(d, nullptr);
+    select_tool(d, TOOL_OVAL);
+    unsigned long fg = foreground_pixel(d), blank = image_pixel(d, 0, 0);
+
+    stroke(d, Button1, {{5, 5}, {28, 22}, {25, 19}});
+    for (auto [x, y] : {std::pair{15, 5}, {15, 19}, {5, 12}, {25, 12}})
+        EXPECT_EQ(image_pixel(d, x, y), fg) << x << "," << y;
+    EXPECT_EQ(image_pixel(d, 5, 5), blank) << "corner";
+    EXPECT_EQ(image_pixel(d, 15, 12), blank) << "centre of an outline";
+    EXPECT_EQ(image_pixel(d, 28, 22), blank) << "the first drag's oval was erased";
+    cmd_undo(d, nullptr, False);
+
+    click(children(d->patternsBox)[3]);
+    click(children(d->lineWidthBox)[2]);
+    cmd_draw_filled(d, nullptr, True);
+    stroke(d, Button1, {{5, 5}, {25, 19}});
+    EXPECT_EQ(image_pixel(d, 15, 4), fg);
+    EXPECT_EQ(image_pixel(d, 15, 6), fg);
+    EXPECT_EQ(image_pixel(d, 3, 12), fg);
+    EXPECT_EQ(image_pixel(d, 15, 2), blank);
+    EXPECT_EQ(image_pixel(d, 2, 12), blank);
+    EXPECT_EQ(image_pixel(d, 5, 5), blank);
+    for (int y = 10; y <= 14; y++)
+        for (int x = 11; x <= 19; x++)
+            ASSERT_EQ(image_pixel(d, x, y), pattern_pixel(d, 3, x, y)) << x << "," << y;
+}
+
+// Undo after two rectangles restores only the second one's box; the
+// modified flag stays set and Undo becomes insensitive.
+TEST(Tools, UndoRestoresOnlyTheLastRectangle)
+{
+    Drawing* d = actual_size_drawing(40, 40);
+    ASSERT_NE(d, nullptr);
+    select_tool(d, TOOL_RECT);
+    unsigned long fg = foreground_pixel(d), blank = image_pixel(d, 0, 0);
+    stroke(d, Button1, {{2, 2}, {10, 10}});
+    EXPECT_TRUE(undo_sensitive(d));
+    stroke(d, Button1, {{20, 20}, {30, 28}});
+    ASSERT_EQ(image_pixel(d, 30, 28), fg);
+    run_command(d, CMD_UNDO, nullptr, False);
+    pump();
+    EXPECT_EQ(image_pixel(d, 30, 28), blank);
+    EXPECT_EQ(image_pixel(d, 20, 24), blank);
+    EXPECT_EQ(image_pixel(d, 2, 2), fg) << "the first rectangle stays";
+    EXPECT_EQ(image_pixel(d, 10, 6), fg);
+    EXPECT_TRUE(d->modified);
+    EXPECT_FALSE(undo_sensitive(d));
+}
+
+// Undo of a rectangle reaches exactly its box grown by the line width:
+// pixels painted by the previous stroke just outside stay.
+TEST(Tools, RectangleUndoStaysInsideGrownBox)
+{
+    Drawing* d = actual_size_drawing(40, 40);
+    ASSERT_NE(d, nullptr);
+    unsigned long fg = foreground_pixel(d), blank = image_pixel(d, 0, 0);
+    stroke(d, Button1, {{5, 12}, {35, 12}});   // pencil line under the box
+    select_tool(d, TOOL_RECT);
+    ASSERT_EQ(d->lineWidth, 1u);
+    stroke(d, Button1, {{10, 10}, {20, 14}});
+    // Draw inside what undo restores, behind the tool's back.
+    XFillRectangle(app().display, d->image, d->foregroundGC, 9, 9, 13, 7);
+    cmd_undo(d, nullptr, False);
+    EXPECT_EQ(image_pixel(d, 9, 9), blank) << "grown corner restored";
+    EXPECT_EQ(image_pixel(d, 15, 12), fg) << "the pencil line under it comes back";
+    EXPECT_EQ(image_pixel(d, 8, 12), fg);
+    EXPECT_EQ(image_pixel(d, 25, 12), fg);
+}
+
+// Undo is offered from a stroke's release until the user undoes or picks
+// another tool.
+TEST(Tools, UndoInsensitiveAfterToolSwitch)
+{
+    Drawing* d = actual_size_drawing(32, 32);
+    ASSERT_NE(d, nullptr);
+    EXPECT_FALSE(undo_sensitive(d)) << "nothing to undo yet";
+    select_tool(d, TOOL_LINE);
+    stroke(d, Button1, {{1, 1}, {20, 5}});
+    EXPECT_TRUE(undo_sensitive(d));
+    select_tool(d, TOOL_OVAL);
+    EXPECT_EQ(d->currentTool, TOOL_OVAL);
+    EXPECT_FALSE(undo_sensitive(d)) << "switching tools withdraws undo";
+    stroke(d, Button1, {{1, 1}, {20, 5}});
+    EXPECT_TRUE(undo_sensitive(d));
+    cmd_undo(d, nullptr, False);
+    EXPECT_FALSE(undo_sensitive(d));
+}
+
+// Button 2 paints the current pattern in the two current colours: pattern
+// 7 is the foreground, pattern 0 the background; button 3 is the
+// background colour.
+TEST(Tools, PatternsPaintTheCurrentColours)
+{
+    Drawing* d = actual_size_drawing(32, 32);
+    ASSERT_NE(d, nullptr);
+    Display* dpy = app().display;
+    XSetForeground(dpy, d->foregroundGC, 42);
+    XSetForeground(dpy, d->backgroundGC, 43);
+    std::vector<Widget> patterns = children(d->patternsBox);
+    ASSERT_EQ(patterns.size(), 8u);
+    click(patterns[7]);
+    stroke(d, Button2, {{3, 3}, {3, 10}});
+    EXPECT_EQ(image_pixel(d, 3, 7), 42u);
+    click(patterns[0]);
+    stroke(d, Button2, {{6, 3}, {6, 10}});
+    EXPECT_EQ(image_pixel(d, 6, 7), 43u);
+    click(patterns[7]);
+    stroke(d, Button3, {{9, 3}, {9, 10}});
+    EXPECT_EQ(image_pixel(d, 9, 7), 43u);
+    stroke(d, Button1, {{12, 3}, {12, 10}});
+    EXPECT_EQ(image_pixel(d, 12, 7), 42u);
+}
+
+// The palettes: nine tool toggles in table order with the pencil set, eight
+// "pattern %d" toggles with pattern 0 set, five line widths with 1 set and
+// pictures 18 wide and at least 6 high.
+TEST(Tools, PalettesStartWithPencilPatternZeroWidthOne)
+{
+    Drawing* d = make_drawing(16, 16);
+    ASSERT_NE(d, nullptr);
+    std::vector<Widget> tools = children(d->toolsBox);
+    ASSERT_EQ(tools.size(), 9u);
+    for (int t = 0; t < toolCount; t++) {
+        EXPECT_EQ(std::string(XtName(tools[t])), toolTable[t].name);
+        EXPECT_NE(label_pixmap(tools[t]), None) << toolTable[t].name << " has a picture";
+    }
+    EXPECT_EQ(XtName(d->toolsBox), std::string("tools"));
+    EXPECT_EQ(d->currentTool, TOOL_PENCIL);
+    EXPECT_TRUE(XmToggleButtonGetState(tools[TOOL_PENCIL]));
+
+    std::vector<Widget> patterns = children(d->patternsBox);
+    ASSERT_EQ(patterns.size(), 8u);
+    EXPECT_EQ(std::string(XtName(patterns[5])), "pattern 5");
+    EXPECT_EQ(d->currentPattern, 0);
+    EXPECT_TRUE(XmToggleButtonGetState(patterns[0]));
+
+    EXPECT_EQ(XtName(d->lineWidthBox), std::string("lineWidthRC"));
+    std::vector<Widget> widths = children(d->lineWidthBox);
+    ASSERT_EQ(widths.size(), 5u);
+    EXPECT_TRUE(XmToggleButtonGetState(widths[0]));
+    EXPECT_EQ(d->lineWidth, 1u);
+    const unsigned heights[] = {6, 6, 6, 6, 9};
+    for (int i = 0; i < 5; i++) {
+        Window root;
+        int x, y;
+        unsigned w = 0, h = 0, border, depth;
+        XGetGeometry(app().display, label_pixmap(widths[i]), &root, &x, &y, &w, &h, &border, &depth);
+        EXPECT_EQ(w, 18u);
+        EXPECT_EQ(h, heights[i]) << "width " << lineWidths[i];
+        EXPECT_EQ(std::string(XtName(widths[i])), "lineWidth");
+    }
+}
+
+// DrawFilled swaps the rectangle and oval pictures together, and back.
+TEST(Tools, DrawFilledSwapsBothPictures)
+{
+    Drawing* d = make_drawing(16, 16);
+    ASSERT_NE(d, nullptr);
+    Widget rect = children(d->toolsBox)[TOOL_RECT];
+    Widget oval = children(d->toolsBox)[TOOL_OVAL];
+    Pixmap rectOutline = label_pixmap(rect), ovalOutline = label_pixmap(oval);
+    cmd_draw_filled(d, nullptr, True);
+    EXPECT_EQ(d->rectFilled, 1);
+    EXPECT_EQ(d->ovalFilled, 1);
+    EXPECT_NE(label_pixmap(rect), rectOutline);
+    EXPECT_NE(label_pixmap(oval), ovalOutline);
+    EXPECT_NE(label_pixmap(rect), label_pixmap(oval));
+    cmd_draw_filled(d, nullptr, False);
+    EXPECT_EQ(d->rectFilled, 0);
+    EXPECT_EQ(d->ovalFilled, 0);
+    EXPECT_EQ(label_pixmap(rect), rectOutline);
+    EXPECT_EQ(label_pixmap(oval), ovalOutline);
+}
+
+// A closed drawing's window, reused for a new drawing, starts again with
+// the pencil, pattern 0, width 1 and outline shapes.
+TEST(Tools, ReusedWindowStartsAfresh)
+{
+    Drawing* keep = make_drawing(16, 16);
+    Drawing* d = make_drawing(16, 16);
+    ASSERT_NE(keep, nullptr);
+    ASSERT_NE(d, nullptr);
+    select_tool(d, TOOL_OVAL);
+    click(children(d->patternsBox)[5]);
+    click(children(d->lineWidthBox)[4]);
+    cmd_draw_filled(d, nullptr, True);
+    ASSERT_EQ(d->currentTool, TOOL_OVAL);
+    close_drawing(d);
+    pump();
+    Drawing* again = make_drawing(16, 16);
+    ASSERT_EQ(again, d);
+    EXPECT_EQ(d->currentTool, TOOL_PENCIL);
+    EXPECT_TRUE(XmToggleButtonGetState(children(d->toolsBox)[TOOL_PENCIL]));
+    EXPECT_FALSE(XmToggleButtonGetState(children(d->toolsBox)[TOOL_OVAL]));
+    EXPECT_EQ(d->currentPattern, 0);
+    EXPECT_TRUE(XmToggleButtonGetState(children(d->patternsBox)[0]));
+    EXPECT_EQ(d->lineWidth, 1u);
+    EXPECT_TRUE(XmToggleButtonGetState(children(d->lineWidthBox)[0]));
+    EXPECT_EQ(d->rectFilled, 0);
+    EXPECT_EQ(d->ovalFilled, 0);
+    EXPECT_FALSE(undo_sensitive(d));
+}
+
+// A press and release without motion draws nothing with the shape tools,
+// yet marks the drawing modified.
+TEST(Tools, ClickWithoutDragDrawsNoShape)
+{
+    Drawing* d = actual_size_drawing(16, 16);
+    ASSERT_NE(d, nullptr);
+    unsigned long blank = image_pixel(d, 5, 5);
+    for (int tool : {TOOL_LINE, TOOL_RECT, TOOL_OVAL}) {
+        select_tool(d, tool);
+        d->modified = 0;
+        stroke(d, Button1, {{5, 5}});
+        EXPECT_EQ(image_pixel(d, 5, 5), blank) << toolTable[tool].name;
+        EXPECT_TRUE(d->modified) << toolTable[tool].name;
+    }
+}
