@@ -12,6 +12,7 @@
 #include <cstring>
 
 #include "app/app.h"
+#include "app/placement.h"
 #include "colour/converters.h"
 
 namespace {
@@ -62,12 +63,6 @@ void button_cb(Widget w, XtPointer clientData, XtPointer callData) noexcept
 
 void empty_work_area(Widget) {}
 
-// Origin of a box of `size` centred on a span starting at `pos`.
-int centred(int pos, int span, int size)
-{
-    return pos + (span - size) / 2;
-}
-
 }  // namespace
 
 void centre_shell_over(Widget shell, Widget parent)
@@ -89,7 +84,9 @@ void centre_shell_over(Widget shell, Widget parent)
     }
     Dimension dw = 0, dh = 0;
     XtVaGetValues(shell, XmNwidth, &dw, XmNheight, &dh, nullptr);
-    XtVaSetValues(shell, XmNx, centred(px, pw, dw), XmNy, centred(py, ph, dh), nullptr);
+    int x = centred_on_screen(px, pw, dw, WidthOfScreen(XtScreen(shell)));
+    int y = centred_on_screen(py, ph, dh, HeightOfScreen(XtScreen(shell)));
+    XtVaSetValues(shell, XmNx, x, XmNy, y, nullptr);
 }
 
 namespace {

@@ -7,6 +7,7 @@
 #include <Xm/Xm.h>
 
 #include "app/app.h"
+#include "app/placement.h"
 #include "app/draw.h"
 #include "files/open_save.h"
 
@@ -43,8 +44,9 @@ void placement_cb(Widget shell, XtPointer client, XtPointer) noexcept
         if (n > 0)
             XtVaGetValues(kids[0], XmNwidth, &dw, XmNheight, &dh, nullptr);
     }
-    int nx = x + (static_cast<int>(width) - static_cast<int>(dw)) / 2;
-    int ny = y + (static_cast<int>(height) - static_cast<int>(dh)) / 2;
+    Screen* screen = XtScreen(shell);
+    int nx = centred_on_screen(x, width, dw, WidthOfScreen(screen));
+    int ny = centred_on_screen(y, height, dh, HeightOfScreen(screen));
     XtVaSetValues(shell, XmNx, static_cast<Position>(nx), XmNy, static_cast<Position>(ny), nullptr);
 }
 
@@ -89,6 +91,9 @@ Widget get_file_dialog(Drawing* d)
     fileDialog = XmCreateFileSelectionDialog(parent, const_cast<char*>("File Dialog"), args, n);
     XtAddCallback(fileDialog, XmNcancelCallback, cancel_cb, nullptr);
     XtUnmanageChild(XmFileSelectionBoxGetChild(fileDialog, XmDIALOG_HELP_BUTTON));
+    // The user comes to name a file: the keyboard starts in the selection
+    // field, not in the filter.
+    XtVaSetValues(fileDialog, XmNinitialFocus, XmFileSelectionBoxGetChild(fileDialog, XmDIALOG_TEXT), nullptr);
     return fileDialog;
 }
 

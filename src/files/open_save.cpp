@@ -46,10 +46,33 @@ std::string text_value()
     return value;
 }
 
+// The offered name is selected when the field first gets the keyboard, so
+// that typing a name replaces it; selecting earlier fails while the dialog
+// is still unmapped.
+bool selectOffer = false;
+bool selectWatched = false;
+
+void select_offer_cb(Widget text, XtPointer, XtPointer) noexcept
+{
+    if (!selectOffer)
+        return;
+    selectOffer = false;
+    Time when = XtLastTimestampProcessed(XtDisplay(text));
+    XmTextSetSelection(text, 0, XmTextGetLastPosition(text), when);
+}
+
 void set_text_value(const std::string& value)
 {
-    if (Widget text = file_dialog_text())
-        XmTextSetString(text, const_cast<char*>(value.c_str()));
+    Widget text = file_dialog_text();
+    if (!text)
+        return;
+    XmTextSetString(text, const_cast<char*>(value.c_str()));
+    XmTextSetInsertionPosition(text, XmTextGetLastPosition(text));
+    if (!selectWatched) {
+        XtAddCallback(text, XmNfocusCallback, select_offer_cb, nullptr);
+        selectWatched = true;
+    }
+    selectOffer = true;
 }
 
 // Takes the pending continuation out of the dialog.

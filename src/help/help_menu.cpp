@@ -34,10 +34,14 @@ XtResource helpResources[] = {
     HELP_RES("helpUnavailableString", "HelpUnavailableString", helpUnavailableString,
              "No help book is installed for Pictrel."),
     HELP_RES("helpOnKeysString", "HelpOnKeysString", helpOnKeysString,
-             "Keys:\n"
-             "Ctrl+N new drawing, Ctrl+O open, Ctrl+S save, Ctrl+W close, Ctrl+Q quit\n"
-             "Ctrl+Z undo, Ctrl+X cut, Ctrl+C copy, Ctrl+V paste, Ctrl+A select all\n"
-             "Ctrl+Plus zoom in, Ctrl+Minus zoom out, Ctrl+L colours"),
+             "Keys of the drawing window:\n"
+             "Ctrl+N  New          Ctrl+O  Open\n"
+             "Ctrl+S  Save         Ctrl+W  Close\n"
+             "Ctrl+Q  Quit         Ctrl+Z  Undo\n"
+             "Ctrl+X  Cut          Ctrl+C  Copy\n"
+             "Ctrl+V  Paste        Ctrl+A  Select All\n"
+             "Ctrl+=  Zoom In      Ctrl+-  Zoom Out\n"
+             "Ctrl+L  Colors       Ctrl+arrows  Nudge"),
     HELP_RES("helpContextString", "HelpContextString", helpContextString,
              "No help is available for this part of the window:"),
 };

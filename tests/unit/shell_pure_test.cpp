@@ -7,6 +7,7 @@
 #include <string>
 
 #include "app/logo_data.h"
+#include "app/placement.h"
 #include "colour/pixmap_name.h"
 
 namespace {
@@ -83,4 +84,15 @@ TEST(LogoData, WellFormedSymbolicXpm)
         }
     }
     EXPECT_EQ(used, keys) << "every colour of the mark is used";
+}
+
+// A dialog is centred over the asking window but never starts off the
+// screen: a 400-wide dialog over a 260-wide window at the left edge would
+// otherwise begin at -70.
+TEST(DialogPlacement, CentredThenKeptOnScreen)
+{
+    EXPECT_EQ(centred_on_screen(100, 400, 200, 1280), 200);
+    EXPECT_EQ(centred_on_screen(0, 260, 400, 1280), 0);
+    EXPECT_EQ(centred_on_screen(1200, 260, 400, 1280), 880);
+    EXPECT_EQ(centred_on_screen(0, 100, 2000, 1280), 0);
 }

@@ -1,0 +1,180 @@
+// Files from the outside: the real program saves an opened file in place
+// with Ctrl+S, saves an untitled drawing through the file dialog, and asks
+// before Quit throws away unsaved changes.
+#include <gtest/gtest.h>
+
+#include <X11/xpm.h>
+#include <unistd.h>
+
+#include <strings.h>
+
+#include <cctype>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include "e2e_support.h"
+
+namespace {
+
+class Scratch {
+public:
+    Scratch()
+    {
+        char pattern[] = "/tmp/pictrel-files-e2e-XXXXXX";
+        dir = mkdtemp(pattern) ? pattern : "/tmp";
+    }
+    ~Scratch()
+    {
+        if (dir != "/tmp")
+            std::system(("rm -rf '" + dir + "'").c_str());
+    }
+    std::string dir;
+};
+
+// A 16 x 16 white XPM with a black border column on the right. Black comes
+// first in the colour table, so it is the foreground the drawing opens with.
+std::string white_xpm()
+{
+    std::ostringstream s;
+    s << "/* XPM */\nstatic char *pic[] = {\n\"16 16 2 1\",\n\"# c #000000 m black\",\n\". c #FFFFFF m white\",\n";
+    for (int y = 0; y < 16; y++)
+        s << "\"..............." << '#' << '"' << (y < 15 ? ",\n" : "};\n");
+    return s.str();
+}
+
+// Counts the pixels of a file whose colour is black.
+int black_pixels(const std::string& path, unsigned* width = nullptr)
+{
+    XpmImage image{};
+    if (XpmReadFileToXpmImage(const_cast<char*>(path.c_str()), &image, nullptr) != XpmSuccess)
+        return -1;
+    int n = 0;
+    for (unsigned i = 0; i < image.width * image.height; i++) {
+        const char* c = image.colorTable[image.data[i]].c_color;
+        if (c && (!strcasecmp(c, "#000000") || !strcasecmp(c, "#000000000000") || !strcasecmp(c, "black")))
+            n++;
+    }
+    if (width)
+        *width = image.width;
+    XpmFreeXpmImage(&image);
+    return n;
+}
+
+// Types a path into the focused text field.
+void type_text(E2eApp& app, const std::string& text)
+{
+    for (char ch : text) {
+        std::string name;
+        switch (ch) {
+        case '/': name = "slash"; break;
+        case '.': name = "period"; break;
+        case '-': name = "minus"; break;
+        case '_': name = "shift+underscore"; break;
+        default:
+            // mkdtemp's letters come in both cases.
+            name = std::isupper(static_cast<unsigned char>(ch))
+                       ? "shift+" + std::string(1, static_cast<char>(std::tolower(static_cast<unsigned char>(ch))))
+                       : std::string(1, ch);
+        }
+        app.key(0, name);
+    }
+}
+
+}  // namespace
+
+// Ctrl+S on a drawing opened from a writable file writes it in place: the
+// stroke is in the file and Quit no longer asks.
+TEST(FilesE2e, SaveInPlaceThenQuitWithoutAsking)
+{
+    Scratch s;
+    std::string path = s.dir + "/pic.xpm";
+    std::ofstream(path) << white_xpm();
+    ASSERT_EQ(black_pixels(path), 16);
+
+    E2eApp app;
+    ASSERT_TRUE(app.connected());
+    ASSERT_TRUE(app.start({path}));
+    Window w = app.wait_window("pic.xpm");
+    ASSERT_NE(w, 0u) << app.stderr_text();
+    e2e_sleep_ms(300);
+    app.click(w, 70, 70);   // the pencil paints black
+    app.click(w, 90, 80);
+    e2e_sleep_ms(200);
+    app.key(w, "ctrl+s");
+    e2e_sleep_ms(500);
+    app.screenshot("files-save-in-place");
+    EXPECT_EQ(app.wait_window("File Dialog", 300), 0u) << "a writable file is saved without asking";
+    unsigned width = 0;
+    EXPECT_GT(black_pixels(path, &width), 16) << "the strokes reached the file";
+    EXPECT_EQ(width, 16u);
+
+    app.key(w, "ctrl+q");
+    int status = -1;
+    ASSERT_TRUE(app.wait_exit(&status)) << "Quit asked although nothing was unsaved";
+    EXPECT_EQ(status, 0);
+}
+
+// An untitled drawing is saved through the file dialog: the offered name
+// gets ".px", the typed name gets it too, and the window takes the name.
+TEST(FilesE2e, SaveAsThroughTheFileDialog)
+{
+    Scratch s;
+    E2eApp app;
+    ASSERT_TRUE(app.start({"-width", "16", "-height", "16"}));
+    Window w = app.wait_window("Untitled");
+    ASSERT_NE(w, 0u) << app.stderr_text();
+    e2e_sleep_ms(300);
+    app.click(w, 70, 70);
+    app.key(w, "ctrl+s");
+    Window fd = app.wait_window("File Dialog");
+    ASSERT_NE(fd, 0u) << "no file yet: Save As";
+    e2e_sleep_ms(300);
+    app.focus(fd);   // the offered name is selected: typing replaces it
+    type_text(app, s.dir + "/drawn");
+    app.screenshot("files-save-as-typed");
+    app.key(0, "Return");
+    ASSERT_NE(app.wait_window("drawn.px"), 0u) << "the window takes the file's name";
+    std::string target = s.dir + "/drawn.px";
+    unsigned width = 0;
+    EXPECT_GT(black_pixels(target, &width), 0);
+    EXPECT_EQ(width, 16u);
+    std::string text;
+    {
+        std::ifstream in(target);
+        std::stringstream all;
+        all << in.rdbuf();
+        text = all.str();
+    }
+    EXPECT_NE(text.find("drawn[]"), std::string::npos) << "identifiers from the base name";
+}
+
+// Quit with unsaved changes asks first; Discard then ends the program
+// with status 0 and writes nothing.
+TEST(FilesE2e, QuitAsksThenDiscardExits)
+{
+    E2eApp app;
+    ASSERT_TRUE(app.start({"-width", "16", "-height", "16"}));
+    Window w = app.wait_window("Untitled");
+    ASSERT_NE(w, 0u) << app.stderr_text();
+    e2e_sleep_ms(300);
+    app.click(w, 70, 70);
+    app.key(w, "ctrl+q");
+    Window ask = app.wait_window("Close Drawing");
+    ASSERT_NE(ask, 0u) << "Quit did not ask about the unsaved drawing";
+    EXPECT_TRUE(app.running());
+    e2e_sleep_ms(300);
+    app.screenshot("files-confirm-close");
+    int width = 0, height = 0;
+    for (const E2eWindow& win : app.windows())
+        if (win.id == ask) {
+            width = win.width;
+            height = win.height;
+        }
+    ASSERT_GT(width, 0);
+    app.click(ask, width / 2, height * 7 / 10);   // Discard, the middle button
+    int status = -1;
+    ASSERT_TRUE(app.wait_exit(&status));
+    EXPECT_EQ(status, 0);
+}
