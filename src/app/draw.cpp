@@ -56,6 +56,31 @@ const char* last_component(const char* path)
     return slash ? slash + 1 : path;
 }
 
+// The separator stands right of the widest palette. Widths are only final
+// once the window is laid out, so this runs again when it pops up.
+void place_separator(Drawing* d, Widget sep)
+{
+    if (!sep)
+        return;
+    Widget widest = nullptr;
+    Dimension widestW = 0;
+    for (Widget w : {d->toolsBox, d->lineWidthBox, d->patternsBox}) {
+        Dimension wd = 0;
+        if (w)
+            XtVaGetValues(w, XmNwidth, &wd, nullptr);
+        if (w && (!widest || wd > widestW)) {
+            widest = w;
+            widestW = wd;
+        }
+    }
+    Widget current = nullptr;
+    XtVaGetValues(sep, XmNleftWidget, &current, nullptr);
+    if (widest && widest == current)
+        return;
+    XtVaSetValues(sep, XmNleftAttachment, widest ? XmATTACH_WIDGET : XmATTACH_FORM, XmNleftWidget, widest,
+                  nullptr);
+}
+
 // Keeps the window tall enough for the palettes and the canvas frame.
 void shell_popup_cb(Widget, XtPointer clientData, XtPointer)
 {
@@ -71,6 +96,8 @@ void shell_popup_cb(Widget, XtPointer clientData, XtPointer)
         minHeight = 200;
     XtVaSetValues(d->shell, XmNminHeight, minHeight, nullptr);
     (void)frameH;
+    if (d->toolsBox)
+        place_separator(d, XtNameToWidget(XtParent(d->toolsBox), "lineSep"));
 }
 
 void wm_delete_cb(Widget, XtPointer clientData, XtPointer)
@@ -103,8 +130,6 @@ void attach_children(Drawing* d, Widget form, Widget statusTop, Widget sep)
 {
     Widget column[] = {d->toolsBox, d->lineWidthBox, d->patternsBox};
     Widget above = nullptr;
-    Widget widest = nullptr;
-    Dimension widestW = 0;
     for (Widget w : column) {
         if (!w)
             continue;
@@ -114,17 +139,17 @@ void attach_children(Drawing* d, Widget form, Widget statusTop, Widget sep)
         else
             XtVaSetValues(w, XmNtopAttachment, XmATTACH_FORM, XmNtopOffset, 4,
                           XmNleftAttachment, XmATTACH_FORM, XmNleftOffset, 4, nullptr);
-        Dimension wd = 0;
-        XtVaGetValues(w, XmNwidth, &wd, nullptr);
-        if (!widest || wd > widestW) {
-            widest = w;
-            widestW = wd;
-        }
         above = w;
     }
-    XtVaSetValues(sep, XmNorientation, XmVERTICAL, XmNtopAttachment, XmATTACH_FORM,
-                  XmNleftAttachment, widest ? XmATTACH_WIDGET : XmATTACH_FORM, XmNleftWidget, widest,
-                  XmNleftOffset, 4, nullptr);
+    // The column's foot is tied to the status area, so the form always
+    // makes room for the whole column, however small the canvas.
+    if (above && statusTop)
+        XtVaSetValues(above, XmNbottomAttachment, XmATTACH_WIDGET, XmNbottomWidget, statusTop,
+                      XmNbottomOffset, 4, nullptr);
+    XtVaSetValues(sep, XmNorientation, XmVERTICAL, XmNtopAttachment, XmATTACH_FORM, XmNleftOffset, 4,
+                  nullptr);
+    place_separator(d, sep);
+
     if (statusTop)
         XtVaSetValues(sep, XmNbottomAttachment, XmATTACH_WIDGET, XmNbottomWidget, statusTop, nullptr);
     else

@@ -5,6 +5,7 @@
 #include "app/commands.h"
 #include "app/draw.h"
 #include "app/menus.h"
+#include "canvas/image_store.h"
 #include "tools/tool_table.h"
 
 void set_undo_sensitive(Drawing* d, bool on)
@@ -29,4 +30,11 @@ int cmd_undo(Drawing* d, XEvent* event, Boolean set)
         return 1;
     send_tool_event(d, d->activeArea, TOOL_UNDO);
     return 0;
+}
+
+void undo_whole_image(Drawing* d)
+{
+    restore_corners(d, 0, 0, d->width, d->height);
+    refresh_corners(d, 0, 0, d->width, d->height);
+    set_undo_sensitive(d, false);
 }

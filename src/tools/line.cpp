@@ -36,9 +36,7 @@ void line_input(Widget w, Drawing* d, XEvent* event)
         set_undo_sensitive(d, true);
         break;
     case TOOL_UNDO:
-        restore_corners(d, 0, 0, d->width, d->height);
-        refresh_corners(d, 0, 0, d->width, d->height);
-        set_undo_sensitive(d, false);
+        undo_whole_image(d);
         break;
     default:
         break;

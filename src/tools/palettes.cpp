@@ -133,13 +133,26 @@ void remember_initial(Widget box, int index)
                   nullptr);
 }
 
+// Two columns, so that nine tools and eight patterns stand beside a canvas
+// of any size without pushing the window taller than the screen.
+Widget create_palette_box(Widget form, const char* name)
+{
+    Arg args[4];
+    Cardinal n = 0;
+    XtSetArg(args[n], XmNorientation, XmVERTICAL), n++;
+    XtSetArg(args[n], XmNpacking, XmPACK_COLUMN), n++;
+    XtSetArg(args[n], XmNnumColumns, 2), n++;
+    XtSetArg(args[n], XmNadjustLast, False), n++;
+    return XmCreateRadioBox(form, const_cast<char*>(name), args, n);
+}
+
 }  // namespace
 
 Widget create_tools_box(Widget form, Drawing* d)
 {
     if (!form)
         return nullptr;
-    Widget box = XmCreateRadioBox(form, const_cast<char*>("tools"), nullptr, 0);
+    Widget box = create_palette_box(form, "tools");
     XtManageChild(box);
     if (!d)
         d = find_drawing_of_widget(form);
@@ -177,7 +190,7 @@ Widget create_patterns_box(Widget form, Drawing* d)
 {
     if (!form)
         return nullptr;
-    Widget box = XmCreateRadioBox(form, const_cast<char*>("patterns"), nullptr, 0);
+    Widget box = create_palette_box(form, "patterns");
     XtManageChild(box);
     if (!d)
         d = find_drawing_of_widget(form);

@@ -45,9 +45,7 @@ void pencil_input(Widget w, Drawing* d, XEvent* event)
         set_undo_sensitive(d, true);
         break;
     case TOOL_UNDO:
-        restore_corners(d, 0, 0, d->width, d->height);
-        refresh_corners(d, 0, 0, d->width, d->height);
-        set_undo_sensitive(d, false);
+        undo_whole_image(d);
         break;
     default:
         break;

@@ -3,6 +3,11 @@
 #pragma once
 
 #include <X11/Intrinsic.h>
+#include <X11/Xutil.h>
+
+#include "tools/geometry.h"
+
+struct Drawing;
 
 struct ShapePictures {
     Pixmap outlineLabel, outlineSelect;
@@ -16,3 +21,15 @@ ShapePictures& shape_pictures(int shape);
 // from the resources when they name usable pictures, else drawn from the
 // built-in filled icon.
 void record_shape_pictures(Widget toggle, int shape);
+
+// One drag of the rectangle or oval tool: from the press point to where
+// the outline was last drawn, and the region repainted at each motion.
+struct ShapeDrag {
+    Point start{}, end{};
+    Region damage = nullptr;
+};
+
+// The input handler both shape tools share: palette events, commit at the
+// press, and an undo that restores only the last shape's grown box.
+// `filled` is the tool's DrawFilled flag in the drawing.
+void shape_input(Widget w, Drawing* d, XEvent* event, int tool, int shape, int* filled, ShapeDrag& drag);

@@ -6,8 +6,11 @@
 
 #include "app/app.h"
 #include "app/draw.h"
+#include "canvas/image_store.h"
+#include "canvas/undo.h"
 #include "tools/shape_state.h"
 #include "tools/tool_handlers.h"
+#include "tools/tool_table.h"
 
 namespace {
 
@@ -57,6 +60,39 @@ void record_shape_pictures(Widget toggle, int shape)
         // No pictures named in the resources: draw our own.
         icon_pixmaps(toggle, shape == 1 ? &ovalFilledIcon : &rectFilledIcon, &p.filledLabel,
                      &p.filledSelect);
+    }
+}
+
+void shape_input(Widget w, Drawing* d, XEvent* event, int tool, int shape, int* filled, ShapeDrag& drag)
+{
+    if (event->type == TOOL_CREATED) {
+        *filled = 0;
+        palette_event(w, d, event, tool);
+        record_shape_pictures(w, shape);
+        if (!drag.damage)
+            drag.damage = XCreateRegion();
+        return;
+    }
+    if (palette_event(w, d, event, tool))
+        return;
+    switch (event->type) {
+    case ButtonPress:
+        commit(d);
+        drag.start = drag.end = event_point(event);
+        break;
+    case ButtonRelease:
+        set_undo_sensitive(d, true);
+        break;
+    case TOOL_UNDO: {
+        // Only the last shape's area goes back, not the whole image.
+        Box b = grow_box(box_of(drag.start, drag.end), static_cast<int>(d->lineWidth));
+        restore_rect(d, b.x, b.y, b.width, b.height);
+        refresh_rect(d, b.x, b.y, b.width, b.height);
+        set_undo_sensitive(d, false);
+        break;
+    }
+    default:
+        break;
     }
 }
 

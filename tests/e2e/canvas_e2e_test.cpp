@@ -20,57 +20,6 @@ constexpr int IMAGE_SIZE = 32;
 constexpr int ZOOM = 3;   // the default zoomLevel
 constexpr int CANVAS = IMAGE_SIZE << ZOOM;
 
-struct Geometry {
-    Window id;
-    int x, y, width, height;
-};
-
-std::vector<Geometry> child_windows(Display* dpy, Window w)
-{
-    Window root, parent, *kids = nullptr;
-    unsigned n = 0;
-    std::vector<Geometry> out;
-    if (!XQueryTree(dpy, w, &root, &parent, &kids, &n))
-        return out;
-    for (unsigned i = 0; i < n; i++) {
-        XWindowAttributes a;
-        if (XGetWindowAttributes(dpy, kids[i], &a) && a.map_state == IsViewable)
-            out.push_back({kids[i], a.x, a.y, a.width, a.height});
-    }
-    if (kids)
-        XFree(kids);
-    return out;
-}
-
-// The first viewable window below `top` that satisfies `match`.
-Window find_window(Display* dpy, Window top, const std::function<bool(Display*, const Geometry&)>& match)
-{
-    for (const Geometry& g : child_windows(dpy, top)) {
-        if (match(dpy, g))
-            return g.id;
-        if (Window w = find_window(dpy, g.id, match))
-            return w;
-    }
-    return 0;
-}
-
-// The palette buttons in a column, top to bottom: a window with `count`
-// children of one size.
-std::vector<Window> palette(Display* dpy, Window top, size_t count, int w, int h)
-{
-    Window box = find_window(dpy, top, [&](Display* d, const Geometry& g) {
-        std::vector<Geometry> kids = child_windows(d, g.id);
-        return kids.size() == count &&
-               std::all_of(kids.begin(), kids.end(), [&](const Geometry& k) { return k.width == w && k.height == h; });
-    });
-    std::vector<Geometry> kids = box ? child_windows(dpy, box) : std::vector<Geometry>{};
-    std::sort(kids.begin(), kids.end(), [](const Geometry& a, const Geometry& b) { return a.y < b.y; });
-    std::vector<Window> out;
-    for (const Geometry& k : kids)
-        out.push_back(k.id);
-    return out;
-}
-
 void drag(E2eApp& app, Window canvas, unsigned button, int x0, int y0, int x1, int y1)
 {
     Display* dpy = app.display();

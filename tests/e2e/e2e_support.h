@@ -36,6 +36,7 @@
 #pragma once
 
 #include <X11/Xlib.h>
+#include <functional>
 #include <initializer_list>
 #include <string>
 #include <sys/types.h>
@@ -119,3 +120,20 @@ private:
 
 // Sleeps for a number of milliseconds.
 void e2e_sleep_ms(int ms);
+
+// A window's place inside its parent.
+struct Geometry {
+    Window id;
+    int x, y, width, height;
+};
+
+// The viewable children of a window.
+std::vector<Geometry> child_windows(Display* dpy, Window w);
+// The first viewable window below `top` that satisfies `match`, depth first.
+Window find_window(Display* dpy, Window top, const std::function<bool(Display*, const Geometry&)>& match);
+// The buttons of a palette (a window with `count` children of w x h), in
+// the order they were made: column by column, top to bottom.
+std::vector<Window> palette(Display* dpy, Window top, size_t count, int w, int h);
+// The canvas area of a drawing window: the one viewable window of exactly
+// that size.
+Window find_canvas(Display* dpy, Window shell, int width, int height);

@@ -82,6 +82,16 @@ void type_text(E2eApp& app, const std::string& text)
     }
 }
 
+// Clicks the pencil on one pixel of the 16 x 16 drawing, shown at the
+// default zoom of 8 screen pixels a cell.
+void paint_cell(E2eApp& app, Window shell, int x, int y)
+{
+    constexpr int CELL = 8;
+    Window canvas = find_canvas(app.display(), shell, 16 * CELL, 16 * CELL);
+    ASSERT_NE(canvas, 0u) << "no canvas of the drawing's size";
+    app.click(canvas, x * CELL + 3, y * CELL + 3);
+}
+
 }  // namespace
 
 // Ctrl+S on a drawing opened from a writable file writes it in place: the
@@ -99,8 +109,8 @@ TEST(FilesE2e, SaveInPlaceThenQuitWithoutAsking)
     Window w = app.wait_window("pic.xpm");
     ASSERT_NE(w, 0u) << app.stderr_text();
     e2e_sleep_ms(300);
-    app.click(w, 70, 70);   // the pencil paints black
-    app.click(w, 90, 80);
+    paint_cell(app, w, 2, 4);   // the pencil paints black
+    paint_cell(app, w, 5, 6);
     e2e_sleep_ms(200);
     app.key(w, "ctrl+s");
     e2e_sleep_ms(500);
@@ -126,7 +136,7 @@ TEST(FilesE2e, SaveAsThroughTheFileDialog)
     Window w = app.wait_window("Untitled");
     ASSERT_NE(w, 0u) << app.stderr_text();
     e2e_sleep_ms(300);
-    app.click(w, 70, 70);
+    paint_cell(app, w, 2, 4);
     app.key(w, "ctrl+s");
     Window fd = app.wait_window("File Dialog");
     ASSERT_NE(fd, 0u) << "no file yet: Save As";
@@ -159,7 +169,7 @@ TEST(FilesE2e, QuitAsksThenDiscardExits)
     Window w = app.wait_window("Untitled");
     ASSERT_NE(w, 0u) << app.stderr_text();
     e2e_sleep_ms(300);
-    app.click(w, 70, 70);
+    paint_cell(app, w, 2, 4);
     app.key(w, "ctrl+q");
     Window ask = app.wait_window("Close Drawing");
     ASSERT_NE(ask, 0u) << "Quit did not ask about the unsaved drawing";
