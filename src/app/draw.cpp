@@ -56,8 +56,9 @@ const char* last_component(const char* path)
     return slash ? slash + 1 : path;
 }
 
-// The separator stands right of the widest palette. Widths are only final
-// once the window is laid out, so this runs again when it pops up.
+// The separator stands right of the widest palette. The palettes' own
+// preferred widths are asked for: their current widths are not settled
+// before the window is first laid out.
 void place_separator(Drawing* d, Widget sep)
 {
     if (!sep)
@@ -65,18 +66,15 @@ void place_separator(Drawing* d, Widget sep)
     Widget widest = nullptr;
     Dimension widestW = 0;
     for (Widget w : {d->toolsBox, d->lineWidthBox, d->patternsBox}) {
-        Dimension wd = 0;
-        if (w)
-            XtVaGetValues(w, XmNwidth, &wd, nullptr);
-        if (w && (!widest || wd > widestW)) {
+        if (!w)
+            continue;
+        XtWidgetGeometry preferred{};
+        XtQueryGeometry(w, nullptr, &preferred);
+        if (!widest || preferred.width > widestW) {
             widest = w;
-            widestW = wd;
+            widestW = preferred.width;
         }
     }
-    Widget current = nullptr;
-    XtVaGetValues(sep, XmNleftWidget, &current, nullptr);
-    if (widest && widest == current)
-        return;
     XtVaSetValues(sep, XmNleftAttachment, widest ? XmATTACH_WIDGET : XmATTACH_FORM, XmNleftWidget, widest,
                   nullptr);
 }
@@ -96,8 +94,6 @@ void shell_popup_cb(Widget, XtPointer clientData, XtPointer)
         minHeight = 200;
     XtVaSetValues(d->shell, XmNminHeight, minHeight, nullptr);
     (void)frameH;
-    if (d->toolsBox)
-        place_separator(d, XtNameToWidget(XtParent(d->toolsBox), "lineSep"));
 }
 
 void wm_delete_cb(Widget, XtPointer clientData, XtPointer)

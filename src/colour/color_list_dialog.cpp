@@ -18,8 +18,8 @@
 namespace {
 
 // Readable defaults for what the application defaults file may set. They
-// are merged without overriding, and are as loose as a specification can
-// be, so any line of the defaults file or the user's resources wins.
+// are merged without overriding and use the loosest resource names, so any
+// line of the defaults file or the user's resources wins.
 const char* const fallbackResources[] = {
     "*ColorListDialog.dialogTitle: Colors",
     "*ColorListDialog.noResize: False",
