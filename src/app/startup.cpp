@@ -140,6 +140,14 @@ void wrong_visual_ok_cb(Widget, XtPointer, XtPointer)
     exit(0);
 }
 
+// Used only when no application defaults file is found: enough for a plain
+// but usable window (the canvas grid must differ from transparent cells,
+// which take the window colour).
+String fallbackResources[] = {
+    const_cast<String>("*drawArea.background: gray45"),
+    nullptr,
+};
+
 }  // namespace
 
 int startup(int* argc, char** argv)
@@ -147,7 +155,7 @@ int startup(int* argc, char** argv)
     XtSetLanguageProc(nullptr, nullptr, nullptr);
     App& a = app();
     a.topLevel = XtAppInitialize(&a.context, "Pictrel", options, XtNumber(options), argc, argv,
-                                 nullptr, nullptr, 0);
+                                 fallbackResources, nullptr, 0);
     a.display = XtDisplay(a.topLevel);
     a.screen = DefaultScreen(a.display);
     a.root = RootWindow(a.display, a.screen);

@@ -130,7 +130,7 @@ bool E2eApp::start(const std::vector<std::string>& args, const char* argv0)
         return false;
     if (child == 0) {
         setenv("DISPLAY", displayName_.c_str(), 1);
-        setenv("XFILESEARCHPATH", PICTREL_RESOURCE_DIR "/%N", 1);
+        setenv("XFILESEARCHPATH", resourcePath_.c_str(), 1);
         int in = open("/dev/null", O_RDONLY);
         int out = open(outPath_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
         int err = open(errPath_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);

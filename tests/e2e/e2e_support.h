@@ -60,6 +60,10 @@ public:
     Display* display() const { return dpy_; }
     const std::string& display_name() const { return displayName_; }
 
+    // Where the program looks for its application defaults (XFILESEARCHPATH)
+    // in later start() calls; the source tree's resources by default.
+    void set_resource_path(const std::string& path) { resourcePath_ = path; }
+
     // Spawns the binary with the arguments; false when it cannot be started.
     bool start(std::initializer_list<std::string> args, const char* argv0 = nullptr);
     bool start(const std::vector<std::string>& args, const char* argv0 = nullptr);
@@ -112,6 +116,7 @@ private:
     Display* dpy_ = nullptr;
     std::string displayName_;
     std::string argv0_;
+    std::string resourcePath_ = PICTREL_RESOURCE_DIR "/%N";
     std::string outPath_, errPath_;
     pid_t pid_ = -1;
     int exitStatus_ = 0;

@@ -2,6 +2,8 @@
 // the wrong-visual exit, the ways of quitting, and the version dialog.
 #include <gtest/gtest.h>
 
+#include <X11/Xutil.h>
+
 #include <cstdlib>
 
 #include "e2e_support.h"
@@ -37,6 +39,38 @@ TEST(StartupE2e, NoFilesMapsExactlyOneUntitledWindow)
     EXPECT_EQ(count_titled(app, "Untitled"), 1);
     EXPECT_TRUE(app.shows_text(w, labelFont, "Width - 64, Height - 64", BlackPixel(app.display(), 0)))
         << "status line does not show the default size";
+}
+
+// Without its application defaults file the program is plainer but works:
+// the window maps, and the pencil paints on a canvas whose grid still
+// shows between the cells.
+TEST(StartupE2e, WorksWithoutApplicationDefaults)
+{
+    E2eApp app;
+    app.set_resource_path("/nonexistent/%N");
+    ASSERT_TRUE(app.start({"-width", "16", "-height", "16", "-xrm", "*zoomLevel: 3"}));
+    Window w = app.wait_window("Untitled");
+    ASSERT_NE(w, 0u) << app.stderr_text();
+    e2e_sleep_ms(300);
+    Display* dpy = app.display();
+    Window canvas = find_canvas(dpy, w, 16 << 3, 16 << 3);
+    ASSERT_NE(canvas, 0u);
+    app.click(canvas, 4 * 8 + 3, 2 * 8 + 3);
+    e2e_sleep_ms(200);
+    app.screenshot("startup-without-defaults");
+    XImage* shown = XGetImage(dpy, canvas, 0, 0, 16 << 3, 16 << 3, AllPlanes, ZPixmap);
+    ASSERT_NE(shown, nullptr);
+    unsigned long painted = XGetPixel(shown, 4 * 8 + 3, 2 * 8 + 3);
+    unsigned long blank = XGetPixel(shown, 8 * 8 + 3, 8 * 8 + 3);
+    unsigned long grid = XGetPixel(shown, 8 * 8 + 7, 8 * 8 + 3);
+    XDestroyImage(shown);
+    XColor colour{};
+    colour.pixel = painted;
+    XQueryColor(dpy, DefaultColormap(dpy, DefaultScreen(dpy)), &colour);
+    EXPECT_EQ(colour.red | colour.green | colour.blue, 0) << "the pencil paints black";
+    EXPECT_NE(painted, blank);
+    EXPECT_NE(grid, blank) << "the grid is invisible against transparent cells";
+    EXPECT_EQ(app.stderr_text(), "");
 }
 
 // -width and -height reach the new drawing: its status line reads the size.
