@@ -87,24 +87,32 @@ TEST(StartupE2e, SizeOptionsShowInStatusLine)
 }
 
 // Out-of-range sizes and zoom levels are reported on stderr and start-up
-// goes on; an in-range value is accepted silently.
+// goes on (a bad zoom level becomes 4); an in-range value is accepted
+// silently.
 TEST(StartupE2e, OutOfRangeOptionsAreReported)
 {
     struct Case {
         std::vector<std::string> args;
         const char* message;   // null: no "out of range" at all
+        int zoom;              // the zoom the 64 x 64 canvas shows at; -1: not looked at
     };
     const Case cases[] = {
-        {{"-zoomLevel", "0"}, "zoomLevel out of range\n"},
-        {{"-zoomLevel", "7"}, "zoomLevel out of range\n"},
-        {{"-width", "512"}, "drawAreaWidth out of range\n"},
-        {{"-width", "511"}, nullptr},
+        {{"-zoomLevel", "0"}, "zoomLevel out of range\n", 4},
+        {{"-zoomLevel", "7"}, "zoomLevel out of range\n", 4},
+        {{"-zoomLevel", "2"}, nullptr, 2},
+        {{"-width", "512"}, "drawAreaWidth out of range\n", -1},
+        {{"-width", "511"}, nullptr, -1},
     };
     for (const Case& c : cases) {
         E2eApp app;
         ASSERT_TRUE(app.start(c.args));
         std::string what = c.args[0] + " " + c.args[1];
-        ASSERT_NE(app.wait_window("Untitled"), 0u) << what << ": " << app.stderr_text();
+        Window w = app.wait_window("Untitled");
+        ASSERT_NE(w, 0u) << what << ": " << app.stderr_text();
+        if (c.zoom >= 0) {
+            EXPECT_NE(find_canvas(app.display(), w, 64 << c.zoom, 64 << c.zoom), 0u)
+                << what << ": no canvas at zoom " << c.zoom;
+        }
         if (c.message)
             EXPECT_NE(app.stderr_text().find(c.message), std::string::npos) << what << ": " << app.stderr_text();
         else
