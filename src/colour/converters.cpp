@@ -118,6 +118,27 @@ char* resolve_picture(Display* dpy, const char* value)
     return found;
 }
 
+// What libXpm needs to read one of our pictures: the screen's visual,
+// colormap and depth, the symbolic colours (with `transparent` for the
+// transparent ones when given), and on a second try the monochrome key, for
+// when the colour cells cannot be had.
+XpmAttributes icon_attributes(Widget w, Screen* screen, const Pixel* transparent, bool mono)
+{
+    XpmAttributes attrs{};
+    int count = 0;
+    attrs.colorsymbols = symbolic_colors(w ? w : app().topLevel, transparent, &count);
+    attrs.numsymbols = attrs.colorsymbols ? static_cast<unsigned>(count) : 0;
+    attrs.visual = DefaultVisualOfScreen(screen);
+    attrs.colormap = DefaultColormapOfScreen(screen);
+    attrs.depth = DefaultDepthOfScreen(screen);
+    attrs.valuemask = XpmColorSymbols | XpmReturnPixels | XpmVisual | XpmColormap | XpmDepth;
+    if (mono) {
+        attrs.color_key = XPM_MONO;
+        attrs.valuemask |= XpmColorKey;
+    }
+    return attrs;
+}
+
 // Reads an XPM file with the symbolic colours, retrying with the
 // monochrome key when the colour one cannot be had. On success fills the
 // icon's pixmap, mask, size and (copied) pixels.
@@ -126,18 +147,7 @@ bool read_xpm_icon(Widget w, const char* path, const Pixel* transparent, Icon* i
     Display* dpy = w ? XtDisplay(w) : app().display;
     Screen* screen = w ? XtScreen(w) : ScreenOfDisplay(dpy, app().screen);
     for (int attempt = 0; attempt < 2; attempt++) {
-        XpmAttributes attrs{};
-        int count = 0;
-        attrs.colorsymbols = symbolic_colors(w ? w : app().topLevel, transparent, &count);
-        attrs.numsymbols = attrs.colorsymbols ? static_cast<unsigned>(count) : 0;
-        attrs.visual = DefaultVisualOfScreen(screen);
-        attrs.colormap = DefaultColormapOfScreen(screen);
-        attrs.depth = DefaultDepthOfScreen(screen);
-        attrs.valuemask = XpmColorSymbols | XpmReturnPixels | XpmVisual | XpmColormap | XpmDepth;
-        if (attempt == 1) {
-            attrs.color_key = XPM_MONO;
-            attrs.valuemask |= XpmColorKey;
-        }
+        XpmAttributes attrs = icon_attributes(w, screen, transparent, attempt == 1);
         Pixmap pixmap = None, mask = None;
         int status = XpmReadFileToPixmap(dpy, RootWindowOfScreen(screen), const_cast<char*>(path), &pixmap,
                                          &mask, &attrs);
@@ -270,18 +280,7 @@ Boolean bits_to_pixmap(Display* dpy, XrmValuePtr args, Cardinal* numArgs, XrmVal
     Pixmap result = XmUNSPECIFIED_PIXMAP;
     Screen* screen = w ? XtScreen(w) : DefaultScreenOfDisplay(dpy);
     for (int attempt = 0; data && attempt < 2 && result == XmUNSPECIFIED_PIXMAP; attempt++) {
-        XpmAttributes attrs{};
-        int count = 0;
-        attrs.colorsymbols = symbolic_colors(w ? w : app().topLevel, nullptr, &count);
-        attrs.numsymbols = attrs.colorsymbols ? static_cast<unsigned>(count) : 0;
-        attrs.visual = DefaultVisualOfScreen(screen);
-        attrs.colormap = DefaultColormapOfScreen(screen);
-        attrs.depth = DefaultDepthOfScreen(screen);
-        attrs.valuemask = XpmColorSymbols | XpmReturnPixels | XpmVisual | XpmColormap | XpmDepth;
-        if (attempt == 1) {
-            attrs.color_key = XPM_MONO;
-            attrs.valuemask |= XpmColorKey;
-        }
+        XpmAttributes attrs = icon_attributes(w, screen, nullptr, attempt == 1);
         Pixmap pixmap = None, mask = None;
         if (XpmCreatePixmapFromData(dpy, RootWindowOfScreen(screen), data, &pixmap, &mask, &attrs) >= 0 &&
             pixmap) {
