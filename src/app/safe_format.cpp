@@ -17,17 +17,29 @@ std::string format_conversions(const char* format)
         if (*p == '%')
             continue;
         // Flags, width, precision: '*' would take an argument of its own.
-        while (*p && strchr("-+ #0123456789.", *p))
+        // A width or precision of four digits or more would make a text
+        // too long to show (or to allocate), so it counts as wrong.
+        int digits = 0;
+        bool huge = false;
+        while (*p && strchr("-+ #0123456789.", *p)) {
+            digits = (*p >= '0' && *p <= '9') ? digits + 1 : 0;
+            huge = huge || digits > 3;
             p++;
+        }
+        const char* length = p;
         while (*p && strchr("hlLqjzt", *p))
             p++;
+        bool sized = p != length;
         if (!*p) {
             out += '?';
             break;
         }
-        if (strchr("diuxXoc", *p))
+        // "%ls" would read our narrow string as a wide one.
+        if (huge)
+            out += '?';
+        else if (strchr("diuxXoc", *p))
             out += 'd';
-        else if (*p == 's')
+        else if (*p == 's' && !sized)
             out += 's';
         else
             out += '?';

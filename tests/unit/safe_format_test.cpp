@@ -24,3 +24,16 @@ TEST(SafeFormat, MatchingFormatsAreUsedAndWrongOnesFallBack)
     EXPECT_EQ(format_str("Bad %d", "a.xpm", "Bad %s"), "Bad a.xpm");
     EXPECT_EQ(format_str(nullptr, "a", "[%s]"), "[a]");
 }
+
+// "%ls" reads a wide string and a huge width asks for a text of gigabytes:
+// neither may be handed to printf with our arguments.
+TEST(SafeFormat, WideStringsAndHugeWidthsFallBack)
+{
+    EXPECT_EQ(format_conversions("%ls"), "?");
+    EXPECT_EQ(format_conversions("%5s %.300s %999d"), "ssd");
+    EXPECT_EQ(format_conversions("%1000s"), "?");
+    EXPECT_EQ(format_conversions("%.99999d"), "?");
+    EXPECT_EQ(format_str("Overwrite %ls?", "a.xpm", "Overwrite %s?"), "Overwrite a.xpm?");
+    EXPECT_EQ(format_str("%999999999s", "a.xpm", "[%s]"), "[a.xpm]");
+    EXPECT_EQ(format_int2("Width - %0999999999d", 1, 2, "%d x %d"), "1 x 2");
+}
