@@ -226,8 +226,10 @@ void show_bitmap_items(Drawing* d)
 // had never opened.
 void abandon_drawing(Drawing* d, int slot)
 {
-    if (ColorList* list = color_list_of_dialog(d->colourList))
+    if (ColorList* list = color_list_of_dialog(d->colourList)) {
         free_all_colors(list);
+        release_transparent_cell(list);
+    }
     XtUnmanageChild(d->menuBar);
     XtPopdown(d->shell);
     registry().openCount--;
@@ -382,8 +384,10 @@ void close_drawing(Drawing* d)
         if (d->bwDialog)
             XtUnmanageChild(d->bwDialog);
         // The cells go back to the colormap for the drawings still to come.
-        if (ColorList* list = color_list_of_dialog(d->colourList))
+        if (ColorList* list = color_list_of_dialog(d->colourList)) {
             free_all_colors(list);
+            release_transparent_cell(list);
+        }
     }
     r.openCount--;
 }

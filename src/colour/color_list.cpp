@@ -238,6 +238,30 @@ void free_all_colors(ColorList* list)
     fit_entry_box(list, 0);
 }
 
+void release_transparent_cell(ColorList* list)
+{
+    if (!list || list->transparentPixel == 0)
+        return;
+    Display* dpy = app().display;
+    Colormap cmap = DefaultColormap(dpy, DefaultScreen(dpy));
+    Pixel cell = list->transparentPixel;
+    // Every drawing made or read takes a transparent cell of its own; the
+    // program's transparent pixel must not be left naming a cell that goes
+    // back to the colormap, so it falls back to the widgets' background,
+    // which is what the next drawing starts from anyway.
+    if (cell == res().background) {
+        Pixel fallback = widget_background(list->entryBox);
+        if (fallback == cell)
+            return;
+        res().background = fallback;
+    }
+    {
+        ErrorTrap trap(dpy);
+        XFreeColors(dpy, cmap, &cell, 1, 0);
+    }
+    list->transparentPixel = 0;
+}
+
 int load_color_list(Widget dialog, const DrawingXpmInfo* table)
 {
     ColorList* list = color_list_of_dialog(dialog);

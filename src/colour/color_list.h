@@ -44,6 +44,9 @@ int load_color_list(Widget dialog, const DrawingXpmInfo* table);
 // Returns the new entry, null when no cell could be allocated.
 ColorEntry* add_color(ColorList* list, Pixel source, Pixel mapsTo, int allocate);
 void free_all_colors(ColorList* list);
+// Gives a closed drawing's own transparent cell back to the colormap (the
+// list is not used again until it is loaded anew).
+void release_transparent_cell(ColorList* list);
 // Chooses an entry into the selected well (as a click on its swatch does).
 void choose_color_entry(ColorList* list, ColorEntry* entry);
 

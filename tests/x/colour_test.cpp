@@ -273,6 +273,36 @@ TEST(Colour, FreeKeepsTheTransparentCell)
     EXPECT_EQ(list->anchor->pixel, 3u);
 }
 
+// Every drawing takes a transparent cell of its own; closing the drawing
+// gives it back with the other cells, so opening and closing drawings does
+// not drain the colormap, and the program's transparent pixel never names
+// a cell that went back.
+TEST(Colour, CloseGivesTheTransparentCellBack)
+{
+    Drawing* first = make_drawing(8, 8);
+    ASSERT_NE(first, nullptr);
+    Pixel firstTransparent = color_list_of(first)->transparentPixel;
+    Drawing* second = make_drawing(8, 8);
+    ASSERT_NE(second, nullptr);
+    Pixel secondTransparent = color_list_of(second)->transparentPixel;
+    ASSERT_NE(firstTransparent, secondTransparent);
+    ASSERT_EQ(secondTransparent, res().background);
+
+    close_drawing(second);
+    pump();
+    EXPECT_FALSE(cell_writable(secondTransparent)) << "the closed drawing's transparent cell leaks";
+    EXPECT_NE(res().background, secondTransparent);
+    EXPECT_TRUE(cell_writable(firstTransparent)) << "the open drawing keeps its own";
+
+    close_drawing(first);
+    pump();
+    EXPECT_FALSE(cell_writable(firstTransparent));
+    Drawing* again = make_drawing(8, 8);
+    ASSERT_NE(again, nullptr) << "the drawing after them still gets its colours";
+    EXPECT_EQ(entries(color_list_of(again)).size(), 3u);
+    EXPECT_TRUE(cell_writable(res().background));
+}
+
 // The symbolic colour table is filled once: a later widget with other
 // colours does not change it, only a given transparent pixel does.
 TEST(Colour, SymbolicColoursFilledOnce)
