@@ -3,6 +3,7 @@
 #include <X11/Xlib.h>
 
 #include <algorithm>
+#include <climits>
 
 #include "app/app.h"
 #include "app/draw.h"
@@ -35,7 +36,10 @@ void pencil_input(Widget w, Drawing* d, XEvent* event)
         set_line_width(d->chosenGC, 0);
         // A press draws a short diagonal, not a point, but shows only its
         // first pixel at once.
-        XDrawLine(app().display, d->image, d->chosenGC, p.x, p.y, p.x + 1, p.y + 1);
+        // X coordinates are 16 bits: at the far edge of that range the
+        // second pixel would wrap round to the other side of the image.
+        XDrawLine(app().display, d->image, d->chosenGC, p.x, p.y, std::min(p.x + 1, SHRT_MAX),
+                  std::min(p.y + 1, SHRT_MAX));
         refresh_rect(d, p.x, p.y, 1, 1);
         last = anchor = p;
         smallestY = largestY = p.y;

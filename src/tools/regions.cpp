@@ -3,17 +3,24 @@
 #include "tools/regions.h"
 
 #include <algorithm>
-#include <climits>
 
 namespace {
 
+// Regions keep their edges in 16-bit fields, and a box's far edge or a
+// later grow past them wraps round into a malformed region (the server
+// rejects it as a clip with BadMatch). Images are far smaller than this
+// range, so cutting both edges of a box to it loses nothing visible and
+// leaves room to grow.
+constexpr long EDGE_LIMIT = 16383;
+
 XRectangle to_xrect(Box b)
 {
-    // XRectangle holds 16-bit fields; keep absurd boxes inside them rather
-    // than letting them wrap around.
-    auto clampShort = [](long v) { return static_cast<short>(std::clamp(v, static_cast<long>(SHRT_MIN), static_cast<long>(SHRT_MAX))); };
-    auto clampUShort = [](long v) { return static_cast<unsigned short>(std::clamp(v, 0L, static_cast<long>(USHRT_MAX))); };
-    return XRectangle{clampShort(b.x), clampShort(b.y), clampUShort(b.width), clampUShort(b.height)};
+    long x0 = std::clamp(static_cast<long>(b.x), -EDGE_LIMIT, EDGE_LIMIT);
+    long y0 = std::clamp(static_cast<long>(b.y), -EDGE_LIMIT, EDGE_LIMIT);
+    long x1 = std::clamp(static_cast<long>(b.x) + b.width, -EDGE_LIMIT, EDGE_LIMIT);
+    long y1 = std::clamp(static_cast<long>(b.y) + b.height, -EDGE_LIMIT, EDGE_LIMIT);
+    return XRectangle{static_cast<short>(x0), static_cast<short>(y0),
+                      static_cast<unsigned short>(x1 - x0), static_cast<unsigned short>(y1 - y0)};
 }
 
 Region scratch[3];
@@ -33,6 +40,8 @@ void union_box(Region region, Box box)
     if (!region || box.width <= 0 || box.height <= 0)
         return;
     XRectangle r = to_xrect(box);
+    if (r.width == 0 || r.height == 0)
+        return;
     XUnionRectWithRegion(&r, region, region);
 }
 

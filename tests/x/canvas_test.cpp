@@ -420,3 +420,38 @@ TEST(Canvas, BlackAndWhiteRendering)
             EXPECT_EQ(XGetPixel(im.get(), x, y), x < 2 ? 1UL : 0UL) << x << "," << y;
     EXPECT_EQ(render_bw_pixmap(d), bw) << "the pixmap is kept";
 }
+
+// Events can carry any 16-bit position (sent by another client, say): a
+// pencil press at the far edge of that range leaves the image alone, and
+// rubber bands reaching to either end of it neither break the repaint nor
+// make the server refuse a clip (which would end the program).
+TEST(Canvas, FarEventCoordinatesStayHarmless)
+{
+    XErrorTrap trap;
+    Drawing* d = make_drawing(40, 40);
+    ASSERT_NE(d, nullptr);
+    set_zoom(d, 0);
+    unsigned long blank = image_pixel(d, 0, 5);
+    area_button(d, ButtonPress, Button1, 32767, 5);
+    area_button(d, ButtonRelease, Button1, 32767, 5, Button1Mask);
+    pump();
+    for (int x = 0; x < 40; x++)
+        ASSERT_EQ(image_pixel(d, x, 5), blank) << "pencil press wrapped round to x " << x;
+    d->lineWidth = 9;
+    select_tool(d, TOOL_LINE);
+    area_button(d, ButtonPress, Button1, 10, 10);
+    area_motion(d, 32767, 20, Button1Mask);
+    area_button(d, ButtonRelease, Button1, 32767, 20, Button1Mask);
+    pump();
+    EXPECT_EQ(check_display(d), "") << "line";
+    select_tool(d, TOOL_RECT);
+    area_button(d, ButtonPress, Button1, 10, 10);
+    for (int far : {32767, -32768, 30}) {
+        area_motion(d, far, far, Button1Mask);
+        area_motion(d, 20, 20, Button1Mask);
+    }
+    area_button(d, ButtonRelease, Button1, 20, 20, Button1Mask);
+    pump();
+    EXPECT_EQ(check_display(d), "") << "rectangle";
+    EXPECT_EQ(trap.errors(), 0);
+}
