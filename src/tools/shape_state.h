@@ -24,9 +24,13 @@ void record_shape_pictures(Widget toggle, int shape);
 
 // One drag of the rectangle or oval tool: from the press point to where
 // the outline was last drawn, and the region repainted at each motion.
+// The drawing and line width of the drag are kept for its undo: the width
+// may have changed since, and the drag may belong to another drawing.
 struct ShapeDrag {
     Point start{}, end{};
     Region damage = nullptr;
+    Drawing* owner = nullptr;
+    int width = 0;
 };
 
 // The input handler both shape tools share: palette events, commit at the

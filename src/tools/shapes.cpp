@@ -79,13 +79,22 @@ void shape_input(Widget w, Drawing* d, XEvent* event, int tool, int shape, int* 
     case ButtonPress:
         commit(d);
         drag.start = drag.end = event_point(event);
+        drag.owner = d;
+        drag.width = static_cast<int>(d->lineWidth);
         break;
     case ButtonRelease:
         set_undo_sensitive(d, true);
         break;
     case TOOL_UNDO: {
+        // The drag kept is another drawing's when this drawing's shape was
+        // followed by one elsewhere; savedImage still holds this drawing
+        // as it was at its press, so all of it goes back.
+        if (drag.owner != d) {
+            undo_whole_image(d);
+            break;
+        }
         // Only the last shape's area goes back, not the whole image.
-        Box b = grow_box(box_of(drag.start, drag.end), static_cast<int>(d->lineWidth));
+        Box b = grow_box(box_of(drag.start, drag.end), drag.width);
         restore_rect(d, b.x, b.y, b.width, b.height);
         refresh_rect(d, b.x, b.y, b.width, b.height);
         set_undo_sensitive(d, false);

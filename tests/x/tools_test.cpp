@@ -397,3 +397,37 @@ TEST(Tools, ClickWithoutDragDrawsNoShape)
         EXPECT_TRUE(d->modified) << toolTable[tool].name;
     }
 }
+
+// Undo of a shape takes back all of it: also when the line width was
+// changed after drawing it, and also when a shape was drawn in another
+// drawing since (the tools keep one drag for the whole program).
+TEST(Tools, ShapeUndoTakesBackTheWholeShape)
+{
+    Drawing* a = actual_size_drawing(60, 60);
+    Drawing* b = actual_size_drawing(60, 60);
+    ASSERT_NE(a, nullptr);
+    ASSERT_NE(b, nullptr);
+    unsigned long blank = image_pixel(a, 0, 0);
+    auto all_blank = [&](Drawing* d) {
+        for (int y = 0; y < d->height; y++)
+            for (int x = 0; x < d->width; x++)
+                if (image_pixel(d, x, y) != blank)
+                    return "left at (" + std::to_string(x) + "," + std::to_string(y) + ")";
+        return std::string();
+    };
+    select_tool(a, TOOL_RECT);
+    a->lineWidth = 9;
+    stroke(a, Button1, {{20, 20}, {40, 40}});
+    a->lineWidth = 1;
+    cmd_undo(a, nullptr, False);
+    EXPECT_EQ(all_blank(a), "") << "width changed after the rectangle";
+
+    select_tool(a, TOOL_OVAL);
+    select_tool(b, TOOL_OVAL);
+    stroke(a, Button1, {{5, 5}, {20, 20}});
+    stroke(b, Button1, {{30, 30}, {50, 50}});
+    cmd_undo(a, nullptr, False);
+    EXPECT_EQ(all_blank(a), "") << "oval undone after one in another drawing";
+    EXPECT_FALSE(undo_sensitive(a));
+    EXPECT_NE(image_pixel(b, 50, 40), blank) << "the other drawing keeps its oval";
+}
