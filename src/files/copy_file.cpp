@@ -1,6 +1,7 @@
 // Copying a staged file onto its target. The new contents go to a fresh
 // file beside the target, are flushed to disk and then renamed over it, so
-// at every moment the target is either the old file or the new one.
+// at every moment the target is either the old file or the new one. Only
+// where that cannot be done is the target rewritten in place.
 #include "files/copy_file.h"
 
 #include <fcntl.h>
@@ -93,6 +94,31 @@ mode_t target_mode(const std::string& target)
     return 0666 & ~mask;
 }
 
+// When no file can take the target's place (a directory we may not write
+// into, a target that is a mount point) a writable target is rewritten in
+// place, as writing to it always could. Its room is reserved first, so a
+// full disk fails before a byte of the old contents is touched.
+bool overwrite_in_place(int from, const std::string& target)
+{
+    struct stat srcStat {};
+    if (fstat(from, &srcStat) != 0 || lseek(from, 0, SEEK_SET) != 0)
+        return false;
+    Fd out(open(target.c_str(), O_WRONLY | O_CLOEXEC));
+    struct stat st {};
+    if (out.fd < 0 || fstat(out.fd, &st) != 0 || !S_ISREG(st.st_mode))
+        return false;
+    off_t size = srcStat.st_size;
+    if (size > st.st_size && posix_fallocate(out.fd, 0, size) != 0) {
+        // Emulated reservation may have grown the file; give that back.
+        (void)ftruncate(out.fd, st.st_size);
+        return false;
+    }
+    bool ok = copy_contents(from, out.fd) && ftruncate(out.fd, size) == 0 && fsync(out.fd) == 0;
+    int fd = out.fd;
+    out.fd = -1;
+    return close(fd) == 0 && ok;
+}
+
 }  // namespace
 
 int copy_file(const char* source, const char* destination)
@@ -115,7 +141,7 @@ int copy_file(const char* source, const char* destination)
     std::string temp = directory_of(target) + "/." + base + ".XXXXXX";
     Fd out(mkostemp(temp.data(), O_CLOEXEC));
     if (out.fd < 0)
-        return 0;
+        return overwrite_in_place(in.fd, target) ? 1 : 0;
     bool ok = copy_contents(in.fd, out.fd) && fchmod(out.fd, target_mode(target)) == 0 &&
               fsync(out.fd) == 0;
     int fd = out.fd;
@@ -125,5 +151,7 @@ int copy_file(const char* source, const char* destination)
     if (ok && rename(temp.c_str(), target.c_str()) == 0)
         return 1;
     unlink(temp.c_str());
-    return 0;
+    // A copy that could not be written (a full disk) is not tried again
+    // over the old file; a rename the target refused is.
+    return ok && overwrite_in_place(in.fd, target) ? 1 : 0;
 }

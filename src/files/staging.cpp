@@ -5,6 +5,7 @@
 
 #include <unistd.h>
 
+#include <cctype>
 #include <cstdlib>
 
 std::string staging_base_name(const std::string& target)
@@ -14,6 +15,12 @@ std::string staging_base_name(const std::string& target)
     size_t dot = base.find('.');
     if (dot != std::string::npos)
         base.erase(dot);
+    // The name becomes the C identifiers inside the file, and Xlib reads an
+    // XBM's "#define name_width" with a scan that stops at a blank: a name
+    // like "my pic" would make a file nobody can read back.
+    for (char& c : base)
+        if (!std::isalnum(static_cast<unsigned char>(c)) && c != '_')
+            c = '_';
     return base.empty() ? "image" : base;
 }
 

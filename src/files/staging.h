@@ -5,8 +5,9 @@
 
 #include <string>
 
-// The last path component cut at its first '.' ("/a/b.c.px" gives "b");
-// "image" when nothing is left.
+// The last path component cut at its first '.' ("/a/b.c.px" gives "b"),
+// with every character that cannot be in a C identifier made '_' ("my
+// pic.xbm" gives "my_pic"); "image" when nothing is left.
 std::string staging_base_name(const std::string& target);
 
 struct Staging {

@@ -123,9 +123,9 @@ TEST(CopyFile, FailureLeavesTargetIntact)
     EXPECT_EQ(copy_file(src.c_str(), ""), 0);
 }
 
-// A directory the copy may not write into leaves the target as it was.
-// Root ignores permission bits, so there the directory is a tmpfs mounted
-// read-only instead.
+// A target that can be written neither beside nor in place is left as it
+// was. Root ignores permission bits, so there the directory is a tmpfs
+// mounted read-only instead.
 TEST(CopyFile, UnwritableDirectoryLeavesTargetIntact)
 {
     TempDir t;
@@ -141,6 +141,7 @@ TEST(CopyFile, UnwritableDirectoryLeavesTargetIntact)
         ASSERT_EQ(mount("tmpfs", dir.c_str(), "tmpfs", MS_REMOUNT | MS_RDONLY, "size=64k"), 0);
     } else {
         write_text(dst, "old");
+        chmod(dst.c_str(), 0400);
         chmod(dir.c_str(), 0500);
     }
     EXPECT_EQ(copy_file(src.c_str(), dst.c_str()), 0);
@@ -150,6 +151,59 @@ TEST(CopyFile, UnwritableDirectoryLeavesTargetIntact)
         umount2(dir.c_str(), MNT_DETACH);
     else
         chmod(dir.c_str(), 0700);
+}
+
+// Where no file can take the target's place (an unwritable directory; for
+// root, a target that is a mount point) a writable target is rewritten in
+// place: the save is not lost. A longer and a shorter copy both fit exactly.
+TEST(CopyFile, WritableTargetInUnwritablePlaceIsRewritten)
+{
+    TempDir t;
+    std::string dir = t.path + "/d", dst = dir + "/dst", src = t.path + "/src";
+    mkdir(dir.c_str(), 0700);
+    write_text(dst, "old contents");
+    chmod(dst.c_str(), 0640);
+    bool mounted = false;
+    if (geteuid() == 0) {
+        if (mount(dst.c_str(), dst.c_str(), nullptr, MS_BIND, nullptr) != 0)
+            GTEST_SKIP() << "root without mount rights";
+        mounted = true;
+    } else {
+        chmod(dir.c_str(), 0500);
+    }
+    for (const std::string& text : {std::string(5000, 'n'), std::string("short")}) {
+        write_text(src, text);
+        EXPECT_EQ(copy_file(src.c_str(), dst.c_str()), 1);
+        EXPECT_EQ(read_text(dst), text);
+    }
+    struct stat st {};
+    stat(dst.c_str(), &st);
+    EXPECT_EQ(st.st_mode & 0777, 0640u);
+    EXPECT_EQ(entries(dir).size(), 1u) << "no temporary file beside the target";
+    if (mounted)
+        umount2(dst.c_str(), MNT_DETACH);
+    else
+        chmod(dir.c_str(), 0700);
+}
+
+// Rewriting in place on a full disk fails before the old contents are
+// touched. Needs a small tmpfs and a bind mount, so root.
+TEST(CopyFile, InPlaceOnFullDiskLeavesTargetIntact)
+{
+    TempDir t;
+    std::string mnt = t.path + "/small";
+    mkdir(mnt.c_str(), 0700);
+    if (mount("tmpfs", mnt.c_str(), "tmpfs", 0, "size=64k") != 0)
+        GTEST_SKIP() << "cannot mount a small tmpfs here";
+    std::string src = t.path + "/src", dst = mnt + "/dst";
+    write_text(src, std::string(1 << 20, 'n'));
+    write_text(dst, "old contents");
+    ASSERT_EQ(mount(dst.c_str(), dst.c_str(), nullptr, MS_BIND, nullptr), 0);
+    EXPECT_EQ(copy_file(src.c_str(), dst.c_str()), 0);
+    EXPECT_EQ(read_text(dst), "old contents");
+    umount2(dst.c_str(), MNT_DETACH);
+    EXPECT_EQ(entries(mnt).size(), 1u) << "nothing left beside it";
+    umount2(mnt.c_str(), MNT_DETACH);
 }
 
 // A full file system: the copy fails, the old target is whole and no

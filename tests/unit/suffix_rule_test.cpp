@@ -40,4 +40,5 @@ TEST(SuffixRule, StagingBaseName)
     EXPECT_EQ(staging_base_name("/x.y/pic"), "pic");
     EXPECT_EQ(staging_base_name("/home/u/.hidden"), "image") << "nothing left: a usable name";
     EXPECT_EQ(staging_base_name("dir/"), "image");
+    EXPECT_EQ(staging_base_name("/x/my pic-2.xbm"), "my_pic_2") << "blanks would make an unreadable XBM";
 }
