@@ -8,9 +8,15 @@
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 #include <X11/xpm.h>
+#include <fcntl.h>
+#include <signal.h>
+#include <spawn.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <strings.h>
@@ -257,17 +263,89 @@ int colour_failure_status(Display* dpy, int xpmStatus, unsigned cellsNeeded)
     return -1;
 }
 
+// The file libXpm reads for a name: the name itself when it exists, else
+// name.Z, else name.gz; those two (and a name that ends so) it
+// decompresses through gzip.
+std::string xpm_source(const char* fileName)
+{
+    if (path_kind(fileName) != PathKind::Missing)
+        return fileName;
+    for (const char* ext : {".Z", ".gz"}) {
+        std::string candidate = std::string(fileName) + ext;
+        if (path_kind(candidate) != PathKind::Missing)
+            return candidate;
+    }
+    return {};
+}
+
+constexpr size_t HEAD_BYTES = 16384;
+// Far more than the largest drawing needs at any sensible number of
+// characters a pixel; what libXpm makes of a stream is bounded by its size.
+constexpr size_t MAX_DECOMPRESSED = 16u << 20;
+
+// The first bytes of a compressed file as gzip gives them. False when the
+// stream is larger than any drawing's file: a few kilobytes of a
+// compressed file can otherwise unfold into gigabytes in libXpm's hands.
+bool decompressed_head(const std::string& path, std::string* head)
+{
+    int pipeFds[2];
+    if (pipe2(pipeFds, O_CLOEXEC) != 0)
+        return true;   // libXpm cannot decompress it either
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, 0, path.c_str(), O_RDONLY, 0);
+    posix_spawn_file_actions_adddup2(&actions, pipeFds[1], 1);
+    posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
+    char arg0[] = "gzip", arg1[] = "-dc";
+    char* argv[] = {arg0, arg1, nullptr};
+    char* envp[] = {nullptr};
+    pid_t pid = -1;
+    int spawned = posix_spawn(&pid, "/bin/gzip", &actions, nullptr, argv, envp);
+    posix_spawn_file_actions_destroy(&actions);
+    close(pipeFds[1]);
+    size_t total = 0;
+    if (spawned == 0) {
+        char buffer[8192];
+        for (;;) {
+            ssize_t n = read(pipeFds[0], buffer, sizeof buffer);
+            if (n < 0 && errno == EINTR)
+                continue;
+            if (n <= 0)
+                break;
+            if (head->size() < HEAD_BYTES)
+                head->append(buffer, std::min(static_cast<size_t>(n), HEAD_BYTES - head->size()));
+            total += static_cast<size_t>(n);
+            if (total > MAX_DECOMPRESSED)
+                break;
+        }
+    }
+    close(pipeFds[0]);
+    if (spawned == 0) {
+        kill(pid, SIGKILL);   // harmless once it has ended; not yet reaped
+        while (waitpid(pid, nullptr, 0) < 0 && errno == EINTR) {
+        }
+    }
+    return total <= MAX_DECOMPRESSED;
+}
+
 bool header_refused(const char* fileName)
 {
-    if (is_compressed_name(fileName) || path_kind(fileName) != PathKind::Regular)
-        return false;   // checked after libXpm has parsed it
-    FILE* f = std::fopen(fileName, "rb");
-    if (!f)
-        return false;
-    char head[16384];
-    size_t n = std::fread(head, 1, sizeof head, f);
-    std::fclose(f);
-    return check_xpm_header(std::string_view(head, n)) == XpmHeaderVerdict::Refuse;
+    std::string source = xpm_source(fileName);
+    if (source.empty() || path_kind(source) != PathKind::Regular)
+        return false;   // libXpm will not open it
+    std::string head;
+    if (is_compressed_name(source.c_str())) {
+        if (!decompressed_head(source, &head))
+            return true;
+    } else {
+        FILE* f = std::fopen(source.c_str(), "rb");
+        if (!f)
+            return false;
+        head.resize(HEAD_BYTES);
+        head.resize(std::fread(head.data(), 1, HEAD_BYTES, f));
+        std::fclose(f);
+    }
+    return check_xpm_header(head) == XpmHeaderVerdict::Refuse;
 }
 
 XpmColor* make_record(const char* colour, const char* mono)

@@ -7,6 +7,7 @@
 #include <Xm/FileSB.h>
 #include <Xm/TextF.h>
 #include <Xm/Xm.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -407,6 +408,53 @@ TEST(FilesRead, CompressedXpm)
     Drawing* d = open_drawing(path + ".gz");
     ASSERT_NE(d, nullptr);
     expect_drawing_matches(d, x);
+    Drawing* e = open_drawing(path);   // gone: libXpm reads path.gz instead
+    ASSERT_NE(e, nullptr);
+    expect_drawing_matches(e, x);
+}
+
+// A compressed file of a few kilobytes that unfolds into an image of
+// thousands of pixels a side, or into more data than any drawing's file
+// holds, is refused before libXpm parses it: at once and without taking
+// the memory such an image would need. Also when it stands behind a name
+// that does not exist.
+TEST(FilesBadInput, CompressedBombRefusedUnread)
+{
+    if (access("/bin/gzip", X_OK) != 0)
+        GTEST_SKIP() << "no gzip";
+    ScratchDir dir;
+    auto compressed = [&](const std::string& name, const std::string& header, int rows, int columns) {
+        std::string path = dir.path(name);
+        FILE* gz = popen(("gzip -c > '" + path + "'").c_str(), "w");
+        std::fputs(header.c_str(), gz);
+        std::string row = "\"" + std::string(static_cast<size_t>(columns), 'a') + "\",\n";
+        for (int i = 0; i < rows; i++)
+            std::fputs(row.c_str(), gz);
+        std::fputs("};\n", gz);
+        pclose(gz);
+        return path;
+    };
+    const char* head = "/* XPM */\nstatic char *a[] = {\n\"%d %d 1 1\",\n\"a c #000000\",\n";
+    char big[200], small[200];
+    std::snprintf(big, sizeof big, head, 6000, 6000);
+    std::snprintf(small, sizeof small, head, 4, 4);
+    std::string huge = compressed("huge.xpm.gz", big, 6000, 6000);
+    std::string longTail = compressed("tail.xpm.gz", small, 6000, 6000);   // 4 x 4, then 36 MB
+    compressed("behind.xpm.gz", big, 6000, 6000);
+
+    rusage before{};
+    getrusage(RUSAGE_SELF, &before);
+    auto start = std::chrono::steady_clock::now();
+    for (const std::string& path : {huge, longTail, dir.path("behind.xpm")}) {
+        ReadResult r = read(path);
+        EXPECT_EQ(r.status, -1) << path;
+        EXPECT_EQ(r.pixmap, None) << path;
+        release_xpm_info(&r.info);
+    }
+    rusage after{};
+    getrusage(RUSAGE_SELF, &after);
+    EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 64 * 1024) << "kilobytes taken";
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
 }
 
 // Bad input never crashes or hangs: each file gives its status, makes no
