@@ -6,8 +6,13 @@
 #include <Xm/MwmUtil.h>
 #include <Xm/Text.h>
 #include <Xm/Xm.h>
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
+#include <cstring>
 #include <string>
 
 #include "app/app.h"
@@ -243,6 +248,43 @@ void settle_selection(Drawing* d)
         send_tool_event(d, d->activeArea, TOOL_DESELECTED, TOOL_SELECT);
 }
 
+// A drawing opened from a compressed XPM is saved compressed again: libXpm
+// reads "name.gz" and "name.Z" only through gzip, so plain text under such
+// a name would never open again. The staged file is compressed beside
+// itself; returns the compressed file, or empty on failure.
+bool compressed_name(const std::string& name)
+{
+    auto ends = [&](const char* s) {
+        size_t n = std::strlen(s);
+        return name.size() > n && name.compare(name.size() - n, n, s) == 0;
+    };
+    return ends(".gz") || ends(".Z");
+}
+
+std::string compress_staged(const Staging& staging)
+{
+    std::string out = staging.file + ".gz";
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, 0, staging.file.c_str(), O_RDONLY, 0);
+    posix_spawn_file_actions_addopen(&actions, 1, out.c_str(), O_WRONLY | O_CREAT | O_EXCL, 0600);
+    posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
+    char arg0[] = "gzip", arg1[] = "-cn";
+    char* argv[] = {arg0, arg1, nullptr};
+    char* envp[] = {nullptr};
+    pid_t pid = -1;
+    int spawned = posix_spawn(&pid, "/bin/gzip", &actions, nullptr, argv, envp);
+    posix_spawn_file_actions_destroy(&actions);
+    int status = -1;
+    if (spawned == 0)
+        while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {
+        }
+    if (spawned == 0 && WIFEXITED(status) && WEXITSTATUS(status) == 0)
+        return out;
+    unlink(out.c_str());
+    return {};
+}
+
 int write_drawing(Drawing* d, const char* target, bool bw)
 {
     if (!d || !target || !*target || !d->image)
@@ -267,7 +309,17 @@ int write_drawing(Drawing* d, const char* target, bool bw)
         remove_staging(staging);
         return status;
     }
-    int copied = copy_file(staging.file.c_str(), destination.c_str());
+    std::string written = staging.file;
+    if (!bw && d->depth != 1 && compressed_name(destination)) {
+        written = compress_staged(staging);
+        if (written.empty()) {
+            remove_staging(staging);
+            return 1;
+        }
+    }
+    int copied = copy_file(written.c_str(), destination.c_str());
+    if (written != staging.file)
+        unlink(written.c_str());
     remove_staging(staging);
     if (!copied)
         return 1;

@@ -396,7 +396,8 @@ TEST(FilesRead, PrivateCellsAndTheirCount)
     EXPECT_EQ(free_cells(), freeBefore);
 }
 
-// A compressed XPM is read through libXpm's own decompression.
+// A compressed XPM is read through libXpm's own decompression, and written
+// back compressed.
 TEST(FilesRead, CompressedXpm)
 {
     if (access("/bin/gzip", X_OK) != 0 && access("/usr/bin/gzip", X_OK) != 0)
@@ -411,6 +412,16 @@ TEST(FilesRead, CompressedXpm)
     Drawing* e = open_drawing(path);   // gone: libXpm reads path.gz instead
     ASSERT_NE(e, nullptr);
     expect_drawing_matches(e, x);
+
+    // Saved under its own name it stays compressed, so it opens again.
+    ASSERT_EQ(write_drawing(d, d->name.c_str(), false), 0);
+    EXPECT_EQ(read_file(path + ".gz").substr(0, 2), "\x1f\x8b");
+    XpmBack back = read_back(path + ".gz");
+    ASSERT_EQ(back.status, XpmSuccess);
+    EXPECT_EQ(back.width, 9u);
+    Drawing* again = open_drawing(path + ".gz");
+    ASSERT_NE(again, nullptr);
+    expect_drawing_matches(again, x);
 }
 
 // A compressed file of a few kilobytes that unfolds into an image of
