@@ -1,6 +1,7 @@
 // The real program driven through XTest: a line dragged with button 1 and a
 // filled rectangle dragged with button 2 show on the magnified canvas, and
-// Ctrl+Z (Edit > Undo) takes the rectangle back.
+// Ctrl+Z (Edit > Undo) takes the rectangle back; the zoom accelerators step
+// and, with Shift, jump.
 #include <gtest/gtest.h>
 
 #include <X11/Xlib.h>
@@ -134,4 +135,28 @@ TEST(CanvasE2e, DrawLineAndFilledRectangleThenUndo)
     EXPECT_EQ(undone.cell(24, 26), blank);
     EXPECT_TRUE(dark(dpy, undone.cell(15, 4))) << "the line stays";
     app.kill_now();
+}
+
+// The zoom accelerators step one level; with Shift they jump straight to
+// the largest zoom or to actual size, whatever key the Shift level gives.
+TEST(CanvasE2e, ZoomAcceleratorsWithAndWithoutShift)
+{
+    E2eApp app;
+    ASSERT_TRUE(app.start({"-width", "16", "-height", "16"}));
+    Window w = app.wait_window("Untitled");
+    ASSERT_NE(w, 0u) << app.stderr_text();
+    const struct {
+        const char* combo;
+        int zoom;   // the zoom the canvas shows afterwards
+    } steps[] = {
+        {"ctrl+equal", 4},        {"ctrl+minus", 3},       {"ctrl+shift+minus", 0},
+        {"ctrl+equal", 2},        {"ctrl+shift+equal", 4}, {"ctrl+shift+equal", 4},
+        {"ctrl+minus", 3},        {"ctrl+minus", 2},       {"ctrl+minus", 0},
+    };
+    for (const auto& s : steps) {
+        app.key(w, s.combo);
+        e2e_sleep_ms(300);
+        EXPECT_NE(find_canvas(app.display(), w, 16 << s.zoom, 16 << s.zoom), 0u)
+            << s.combo << ": no canvas at zoom " << s.zoom;
+    }
 }
