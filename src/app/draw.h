@@ -58,6 +58,8 @@ struct Drawing {
     XImage* imageCopy;        // what the magnified area shows, pixel for pixel
     Window activeWindow;
     int hotspotX, hotspotY;   // -1, -1 when none
+    XtIntervalId hotspotBlink;   // the hotspot tool's marker timer, 0 when none
+    int hotspotPhase;         // which marker colour the next blink draws
     unsigned char modified;
     unsigned char hasFile;
     int closing;              // set while the session manager ends the program

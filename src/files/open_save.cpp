@@ -24,6 +24,7 @@
 #include "files/image_io.h"
 #include "files/staging.h"
 #include "files/suffix_rule.h"
+#include "tools/hotspot.h"
 #include "tools/tool_table.h"
 
 namespace {
@@ -290,6 +291,7 @@ int write_drawing(Drawing* d, const char* target, bool bw)
     if (!d || !target || !*target || !d->image)
         return 1;
     settle_selection(d);
+    hotspot_hide_marker(d);
     std::string destination = target;   // target may be d->name itself
     Staging staging;
     if (!make_staging(destination, &staging))

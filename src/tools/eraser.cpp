@@ -1,12 +1,86 @@
-// The eraser. For now it answers only the palette's events; erasing comes
-// later.
+// The eraser: a square of background swept along the pointer's path, its
+// size fixed in screen pixels. Each motion fills the hexagon the square
+// sweeps since the last one, so a fast pointer leaves no gaps.
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
+
+#include <algorithm>
+
+#include "app/app.h"
 #include "app/draw.h"
+#include "canvas/image_store.h"
+#include "canvas/input.h"
+#include "canvas/undo.h"
+#include "tools/geometry.h"
 #include "tools/tool_handlers.h"
 #include "tools/tool_table.h"
 
-void eraser_input(Widget w, Drawing* d, XEvent* event)
+namespace {
+
+int side = 15;
+Point last, anchor;
+
+// X coordinates are 16 bits; a point dragged far off the image is kept
+// where the square and its sweep cannot wrap round.
+Point kept_in_range(Point p)
 {
-    palette_event(w, d, event, TOOL_ERASER);
+    constexpr int LIMIT = 16000;
+    return Point{std::clamp(p.x, -LIMIT, LIMIT), std::clamp(p.y, -LIMIT, LIMIT)};
 }
 
-void eraser_motion(Widget, Drawing*, XEvent*) {}
+// The pointer's window x: the input layer keeps it in the root field for
+// the magnified area.
+int window_x(Drawing* d, const XEvent* event)
+{
+    return d->zoom > 0 ? event->xbutton.x_root : event->xbutton.x;
+}
+
+}  // namespace
+
+void eraser_input(Widget w, Drawing* d, XEvent* event)
+{
+    if (palette_event(w, d, event, TOOL_ERASER))
+        return;
+    switch (event->type) {
+    case ButtonPress: {
+        commit(d);
+        // Whatever the button, the eraser paints the background.
+        set_line_width(d->backgroundGC, 1);
+        side = eraser_side(d->zoom, window_x(d, event));
+        Point p = kept_in_range(event_point(event));
+        XFillRectangle(app().display, d->image, d->backgroundGC, p.x, p.y, static_cast<unsigned>(side),
+                       static_cast<unsigned>(side));
+        refresh_rect(d, p.x, p.y, side, side);
+        last = anchor = p;
+        break;
+    }
+    case ButtonRelease:
+        set_undo_sensitive(d, true);
+        break;
+    case TOOL_UNDO:
+        undo_whole_image(d);
+        break;
+    default:
+        break;
+    }
+}
+
+void eraser_motion(Widget w, Drawing* d, XEvent* event)
+{
+    Point p = kept_in_range(event_point(event));
+    if (d->constraint == 1)
+        p.y = anchor.y;
+    else if (d->constraint == 2)
+        p.x = anchor.x;
+    Point corners[6];
+    eraser_sweep(last, p, side, corners);
+    XPoint points[6];
+    for (int i = 0; i < 6; i++)
+        points[i] = XPoint{static_cast<short>(corners[i].x), static_cast<short>(corners[i].y)};
+    Display* dpy = app().display;
+    XFillPolygon(dpy, d->image, d->backgroundGC, points, 6, Convex, CoordModeOrigin);
+    Region swept = XPolygonRegion(points, 6, WindingRule);
+    refresh_region(d, swept);
+    XDestroyRegion(swept);
+    last = p;
+}

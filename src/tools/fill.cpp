@@ -1,10 +1,125 @@
-// The fill tool. For now it answers only the palette's events; the seed
-// fill comes later.
+// The fill tool: one click recolours the connected area of the clicked
+// pixel's value (with Control, every pixel of that value). The area is
+// found client-side as a one-bit mask, and the image is then painted once
+// through the mask with the pressed button's GC, so a fill lays down the
+// foreground, the background or the current pattern alike.
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
+
+#include <memory>
+#include <vector>
+
+#include "app/app.h"
 #include "app/draw.h"
+#include "canvas/image_store.h"
+#include "canvas/undo.h"
+#include "tools/geometry.h"
+#include "tools/seed_fill.h"
 #include "tools/tool_handlers.h"
 #include "tools/tool_table.h"
 
+namespace {
+
+FillStack stack;
+bool pressed;   // the last press was on the image and filled
+
+struct ImageDeleter {
+    void operator()(XImage* im) const { XDestroyImage(im); }
+};
+using ImagePtr = std::unique_ptr<XImage, ImageDeleter>;
+
+std::vector<unsigned long> pixels_of(XImage* im, int width, int height)
+{
+    std::vector<unsigned long> out(static_cast<size_t>(width) * static_cast<size_t>(height));
+    size_t i = 0;
+    if (im->bits_per_pixel == 8 && im->format == ZPixmap) {
+        for (int y = 0; y < height; y++) {
+            const auto* row = reinterpret_cast<const unsigned char*>(im->data) + static_cast<long>(y) * im->bytes_per_line;
+            for (int x = 0; x < width; x++)
+                out[i++] = row[x];
+        }
+        return out;
+    }
+    for (int y = 0; y < height; y++)
+        for (int x = 0; x < width; x++)
+            out[i++] = XGetPixel(im, x, y);
+    return out;
+}
+
+// Returns false when nothing could be filled (server or memory trouble);
+// the image is then untouched.
+bool fill_at(Drawing* d, int x, int y, bool everywhere)
+{
+    Display* dpy = app().display;
+    int w = d->width, h = d->height;
+    ImagePtr source(XGetImage(dpy, d->image, 0, 0, static_cast<unsigned>(w), static_cast<unsigned>(h),
+                              AllPlanes, ZPixmap));
+    if (!source)
+        return false;
+    std::vector<uint8_t> marks;
+    long marked = seed_fill(pixels_of(source.get(), w, h), w, h, x, y, everywhere, &stack, &marks);
+    source.reset();
+    if (marked == 0)
+        return false;
+    // A stack that could not grow leaves part of the area unfilled; what
+    // was found is still painted, as a partial fill is better than none.
+
+    Pixmap mask = XCreatePixmap(dpy, d->image, static_cast<unsigned>(w), static_cast<unsigned>(h), 1);
+    GC bitGC = app().gcs[GC_BIT_CLEAR];
+    XFillRectangle(dpy, mask, bitGC, 0, 0, static_cast<unsigned>(w), static_cast<unsigned>(h));
+    ImagePtr maskImage(XGetImage(dpy, mask, 0, 0, static_cast<unsigned>(w), static_cast<unsigned>(h), 1, ZPixmap));
+    if (!maskImage) {
+        XFreePixmap(dpy, mask);
+        return false;
+    }
+    size_t i = 0;
+    for (int my = 0; my < h; my++)
+        for (int mx = 0; mx < w; mx++)
+            if (marks[i++])
+                XPutPixel(maskImage.get(), mx, my, 1);
+    XPutImage(dpy, mask, app().gcs[GC_BIT_COPY], maskImage.get(), 0, 0, 0, 0, static_cast<unsigned>(w),
+              static_cast<unsigned>(h));
+    GC gc = d->chosenGC ? d->chosenGC : d->foregroundGC;
+    XSetClipMask(dpy, gc, mask);
+    XFillRectangle(dpy, d->image, gc, 0, 0, static_cast<unsigned>(w), static_cast<unsigned>(h));
+    XSetClipMask(dpy, gc, None);
+    XFreePixmap(dpy, mask);
+    refresh_rect(d, 0, 0, w, h);
+    return true;
+}
+
+}  // namespace
+
 void fill_input(Widget w, Drawing* d, XEvent* event)
 {
-    palette_event(w, d, event, TOOL_FILL);
+    if (event->type == TOOL_CREATED && !stack.records)
+        fill_stack_init(&stack);
+    if (palette_event(w, d, event, TOOL_FILL)) {
+        if (event->type == TOOL_DESELECTED)
+            fill_stack_shrink(&stack);
+        return;
+    }
+    switch (event->type) {
+    case ButtonPress: {
+        Point p = event_point(event);
+        // The canvas can be larger than the image: a click beside it has
+        // no pixel to take the value from.
+        pressed = p.x >= 0 && p.y >= 0 && p.x < d->width && p.y < d->height;
+        if (!pressed)
+            break;
+        commit(d);
+        fill_at(d, p.x, p.y, (event_state(event) & ControlMask) != 0);
+        break;
+    }
+    case ButtonRelease:
+        if (pressed)
+            set_undo_sensitive(d, true);
+        pressed = false;
+        break;
+    case TOOL_UNDO:
+        undo_whole_image(d);
+        break;
+    default:
+        break;
+    }
 }

@@ -71,3 +71,37 @@ WidthPicture width_picture(unsigned lineWidth)
     int m = (w % 2 == 0 && w > 1) ? mid - 1 : mid;
     return WidthPicture{18, h, mid, m};
 }
+
+int eraser_side(int zoom, int windowX)
+{
+    if (zoom <= 0)
+        return 15;
+    int s = zoom >= 16 ? 0 : 16 >> zoom;
+    if (s == 0)
+        s = 1;
+    int cellMask = zoom >= 30 ? -1 : (1 << zoom) - 1;
+    return s + ((windowX & cellMask) != 0 ? 1 : 0);
+}
+
+void eraser_sweep(Point from, Point to, int side, Point out[6])
+{
+    // L is the leftmost of the two, the starting point on a tie.
+    Point l = to.x < from.x ? to : from;
+    Point r = to.x < from.x ? from : to;
+    int s = side;
+    if (l.y > r.y) {   // rising to the right
+        out[0] = {l.x, l.y};
+        out[1] = {l.x, l.y + s};
+        out[2] = {l.x + s, l.y + s};
+        out[3] = {r.x + s, r.y + s};
+        out[4] = {r.x + s, r.y};
+        out[5] = {r.x, r.y};
+    } else {
+        out[0] = {l.x, l.y};
+        out[1] = {l.x + s, l.y};
+        out[2] = {r.x + s, r.y};
+        out[3] = {r.x + s, r.y + s};
+        out[4] = {r.x, r.y + s};
+        out[5] = {l.x, l.y + s};
+    }
+}

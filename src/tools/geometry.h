@@ -28,3 +28,13 @@ struct WidthPicture {
     int width, height, mid, triangleY;
 };
 WidthPicture width_picture(unsigned lineWidth);
+
+// Eraser: the side of its square in image pixels. The square is a fixed
+// size on the screen (16 screen pixels, 15 at actual size), so it covers
+// fewer image pixels the more the canvas is magnified; a pointer that is
+// not on the first screen pixel of its cell gets one pixel more, so that
+// the square still reaches as far right as the pointer's screen square.
+int eraser_side(int zoom, int windowX);
+// The convex hexagon a square of the given side sweeps moving from `from`
+// to `to` (top-left corners): six corners in drawing order.
+void eraser_sweep(Point from, Point to, int side, Point out[6]);

@@ -1,0 +1,246 @@
+// The fill, the eraser and the hotspot tool on a real server: what each
+// leaves in the image, their one-level undo, and the hotspot's blinking
+// marker kept out of saved files.
+#include "canvas_support.h"   // first: gtest before Xlib's macros
+
+#include <X11/Xutil.h>
+#include <Xm/ToggleB.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <functional>
+#include <string>
+
+#include "app/app.h"
+#include "app/draw.h"
+#include "canvas/undo.h"
+#include "files/open_save.h"
+#include "tools/palettes.h"
+#include "tools/tool_table.h"
+
+namespace {
+
+// Draws a pixel into the image with the drawing's foreground, outside any
+// tool, so that tests can lay out walls.
+void put(Drawing* d, int x, int y)
+{
+    XDrawPoint(app().display, d->image, d->foregroundGC, x, y);
+}
+
+// Pumps the event loop, timers included, until `done` or a second passes.
+bool wait_for(const std::function<bool()>& done)
+{
+    auto until = std::chrono::steady_clock::now() + std::chrono::seconds(1);
+    while (std::chrono::steady_clock::now() < until) {
+        pump();
+        while (XtAppPending(app().context) & XtIMTimer)
+            XtAppProcessEvent(app().context, XtIMTimer);
+        if (done())
+            return true;
+        usleep(10000);
+    }
+    return done();
+}
+
+}  // namespace
+
+// A click fills only the 4-connected area of the clicked value, stopped by
+// a wall that touches only at corners; undo takes it back; with Control
+// every pixel of the value is filled; button 2 lays the pattern.
+TEST(Fill, ConnectedAreaControlEverywhereAndPattern)
+{
+    Drawing* d = make_drawing(20, 12);
+    ASSERT_NE(d, nullptr);
+    set_zoom(d, 2);
+    unsigned long blank = image_pixel(d, 0, 0), fg = foreground_pixel(d);
+    // A diagonal wall from (0, 9) to (9, 0) cuts off the top-left corner.
+    for (int i = 0; i < 10; i++)
+        put(d, i, 9 - i);
+    select_tool(d, TOOL_FILL);
+
+    stroke(d, Button1, {{15, 10}});
+    EXPECT_TRUE(undo_sensitive(d));
+    EXPECT_EQ(image_pixel(d, 19, 0), fg);
+    EXPECT_EQ(image_pixel(d, 5, 11), fg);
+    EXPECT_EQ(image_pixel(d, 0, 0), blank) << "the corner-touching wall holds";
+    EXPECT_EQ(image_pixel(d, 4, 4), blank);
+    EXPECT_EQ(check_display(d), "") << "the canvas shows the fill";
+
+    cmd_undo(d, nullptr, False);
+    EXPECT_EQ(image_pixel(d, 19, 0), blank);
+    EXPECT_EQ(image_pixel(d, 9, 0), fg) << "the wall stays";
+
+    stroke(d, Button1, {{15, 10}}, ControlMask);
+    EXPECT_EQ(image_pixel(d, 0, 0), fg) << "Control fills the value everywhere";
+    EXPECT_EQ(image_pixel(d, 19, 11), fg);
+    cmd_undo(d, nullptr, False);
+
+    // Pattern 3 through button 2, aligned on the image's origin.
+    WidgetList patterns = nullptr;
+    XtVaGetValues(d->patternsBox, XmNchildren, &patterns, nullptr);
+    XmToggleButtonSetState(patterns[3], True, True);
+    pump();
+    ASSERT_EQ(d->currentPattern, 3);
+    stroke(d, Button2, {{15, 10}});
+    unsigned long bg = background_pixel(d);
+    for (int y = 0; y < 12; y++)
+        for (int x = 0; x < 20; x++) {
+            if (x + y <= 9)
+                continue;   // the wall and the corner it cuts off
+            bool set = (patternBits[3][y % 8] >> (x % 8)) & 1;
+            ASSERT_EQ(image_pixel(d, x, y), set ? fg : bg) << x << "," << y;
+        }
+    EXPECT_EQ(image_pixel(d, 0, 0), blank);
+    EXPECT_EQ(check_display(d), "");
+}
+
+// A fill on a value equal to its own colour still counts as a change; a
+// click beside the image does nothing, and leaves undo as it was.
+TEST(Fill, SameColourMarksModifiedClickBesideImageIgnored)
+{
+    Drawing* d = make_drawing(8, 8);
+    ASSERT_NE(d, nullptr);
+    set_zoom(d, 3);
+    select_tool(d, TOOL_FILL);
+    stroke(d, Button1, {{2, 2}});
+    unsigned long fg = foreground_pixel(d);
+    EXPECT_EQ(image_pixel(d, 7, 7), fg);
+    d->modified = 0;
+    stroke(d, Button1, {{3, 3}});
+    EXPECT_TRUE(d->modified);
+    EXPECT_EQ(image_pixel(d, 7, 7), fg);
+
+    cmd_undo(d, nullptr, False);
+    ASSERT_FALSE(undo_sensitive(d));
+    XErrorTrap trap;
+    area_button(d, ButtonPress, Button1, 500, 500);
+    area_button(d, ButtonRelease, Button1, 500, 500, Button1Mask);
+    area_button(d, ButtonPress, Button3, -40, 3);
+    area_button(d, ButtonRelease, Button3, -40, 3, Button3Mask);
+    EXPECT_EQ(trap.errors(), 0);
+    EXPECT_FALSE(undo_sensitive(d));
+}
+
+// The eraser's square is 15 x 15 image pixels at actual size and 4 x 4 at
+// zoom factor 4 (5 x 5 off a cell's first screen pixel); a fast horizontal
+// drag clears the whole swept band and nothing beyond it.
+TEST(Eraser, SquareSizesAndGaplessSweep)
+{
+    Drawing* d = make_drawing(48, 40);
+    ASSERT_NE(d, nullptr);
+    set_zoom(d, 0);
+    select_tool(d, TOOL_FILL);
+    stroke(d, Button1, {{0, 0}});   // everything foreground
+    unsigned long fg = foreground_pixel(d), bg = background_pixel(d);
+    select_tool(d, TOOL_ERASER);
+
+    stroke(d, Button1, {{2, 2}});
+    EXPECT_EQ(image_pixel(d, 2, 2), bg);
+    EXPECT_EQ(image_pixel(d, 16, 16), bg);
+    EXPECT_EQ(image_pixel(d, 17, 16), fg);
+    EXPECT_EQ(image_pixel(d, 16, 17), fg);
+    EXPECT_EQ(image_pixel(d, 1, 2), fg);
+    cmd_undo(d, nullptr, False);
+    EXPECT_EQ(image_pixel(d, 2, 2), fg);
+
+    set_zoom(d, 2);
+    area_button(d, ButtonPress, Button3, 4 * 30, 4 * 30);   // a cell's first pixel
+    area_button(d, ButtonRelease, Button3, 4 * 30, 4 * 30, Button3Mask);
+    EXPECT_EQ(image_pixel(d, 33, 33), bg);
+    EXPECT_EQ(image_pixel(d, 34, 33), fg);
+    area_button(d, ButtonPress, Button1, 4 * 20 + 2, 4 * 30 + 2);
+    area_button(d, ButtonRelease, Button1, 4 * 20 + 2, 4 * 30 + 2, Button1Mask);
+    EXPECT_EQ(image_pixel(d, 24, 34), bg);
+    EXPECT_EQ(image_pixel(d, 25, 34), fg);
+    EXPECT_EQ(image_pixel(d, 24, 35), fg);
+
+    // From (10, 10) to (20, 10) in one motion: S = 4.
+    area_button(d, ButtonPress, Button1, 4 * 10, 4 * 10);
+    area_motion(d, 4 * 20, 4 * 10, Button1Mask);
+    area_button(d, ButtonRelease, Button1, 4 * 20, 4 * 10, Button1Mask);
+    for (int y = 8; y < 16; y++)
+        for (int x = 8; x < 26; x++) {
+            bool cleared = x >= 10 && x < 24 && y >= 10 && y < 14;
+            ASSERT_EQ(image_pixel(d, x, y), cleared ? bg : fg) << x << "," << y;
+        }
+    EXPECT_EQ(check_display(d), "");
+}
+
+// A hotspot click moves the hotspot; undo after two moves goes back one
+// step only; a click beside the image changes nothing. While the tool is
+// chosen the marker blinks in the image, yet a saved file holds the real
+// pixel and the new hotspot, and leaving the tool puts the pixel back.
+TEST(Hotspot, MoveUndoBlinkAndSave)
+{
+    Drawing* d = create_drawing("hot", 16, 16, 1, None, -1, -1, nullptr);
+    ASSERT_NE(d, nullptr);
+    pump();
+    set_zoom(d, 3);
+    put(d, 5, 6);   // bit set under the coming hotspot
+    select_tool(d, TOOL_HOTSPOT);
+    d->modified = 0;
+
+    stroke(d, Button1, {{2, 3}});
+    EXPECT_EQ(d->hotspotX, 2);
+    EXPECT_EQ(d->hotspotY, 3);
+    EXPECT_TRUE(d->modified) << "a moved hotspot is a change to save";
+    stroke(d, Button1, {{5, 6}});
+    stroke(d, Button1, {{99, 99}});
+    EXPECT_EQ(d->hotspotX, 5) << "a click beside the image is ignored";
+    cmd_undo(d, nullptr, False);
+    EXPECT_EQ(d->hotspotX, 2);
+    EXPECT_EQ(d->hotspotY, 3);
+    EXPECT_FALSE(undo_sensitive(d));
+    stroke(d, Button1, {{5, 6}});
+    EXPECT_EQ(image_pixel(d, 2, 3), 0u) << "the old place lost its marker";
+
+    // Wait for the light phase of the marker over the set bit.
+    ASSERT_TRUE(wait_for([&] { return image_pixel(d, 5, 6) == 0; })) << "the marker does not blink";
+    ASSERT_TRUE(wait_for([&] { return image_pixel(d, 5, 6) == 1; }));
+    ASSERT_TRUE(wait_for([&] { return image_pixel(d, 5, 6) == 0; }));
+    char dir[] = "/tmp/pictrel-hotspot-XXXXXX";
+    ASSERT_NE(mkdtemp(dir), nullptr);
+    std::string target = std::string(dir) + "/hot.xbm";
+    ASSERT_EQ(write_drawing(d, target.c_str(), false), 0);
+    unsigned w = 0, h = 0;
+    int hx = 0, hy = 0;
+    Pixmap back = None;
+    ASSERT_EQ(XReadBitmapFile(app().display, app().root, target.c_str(), &w, &h, &back, &hx, &hy),
+              BitmapSuccess);
+    EXPECT_EQ(hx, 5);
+    EXPECT_EQ(hy, 6);
+    XImage* im = XGetImage(app().display, back, 0, 0, w, h, 1, XYPixmap);
+    EXPECT_EQ(XGetPixel(im, 5, 6), 1u) << "the marker was saved instead of the pixel";
+    XDestroyImage(im);
+    XFreePixmap(app().display, back);
+    unlink(target.c_str());
+    rmdir(dir);
+
+    select_tool(d, TOOL_PENCIL);
+    EXPECT_EQ(image_pixel(d, 5, 6), 1u);
+    EXPECT_EQ(d->hotspotBlink, 0u);
+    pump();
+    usleep(250000);
+    pump();
+    EXPECT_EQ(image_pixel(d, 5, 6), 1u) << "no blink after the tool is left";
+}
+
+// A drawing closed while its hotspot blinks stops blinking, and its record
+// comes back to a new drawing without a stray timer.
+TEST(Hotspot, ClosingStopsTheBlink)
+{
+    Drawing* d = make_drawing(8, 8);
+    ASSERT_NE(d, nullptr);
+    Drawing* other = make_drawing(8, 8);
+    ASSERT_NE(other, nullptr);
+    select_tool(d, TOOL_HOTSPOT);
+    stroke(d, Button1, {{1, 1}});
+    ASSERT_NE(d->hotspotBlink, 0u);
+    close_drawing(d);
+    EXPECT_TRUE(wait_for([&] { return d->hotspotBlink == 0; }));
+    Drawing* again = make_drawing(8, 8);
+    EXPECT_EQ(again, d) << "the closed record is reused";
+    EXPECT_EQ(again->currentTool, TOOL_PENCIL);
+    EXPECT_EQ(again->hotspotBlink, 0u);
+}
