@@ -1,7 +1,7 @@
 // The real program driven through XTest: a line dragged with button 1 and a
 // filled rectangle dragged with button 2 show on the magnified canvas, and
 // Ctrl+Z (Edit > Undo) takes the rectangle back; the zoom accelerators step
-// and, with Shift, jump.
+// and, with Shift, jump; the fill floods and the eraser clears.
 #include <gtest/gtest.h>
 
 #include <X11/Xlib.h>
@@ -134,6 +134,28 @@ TEST(CanvasE2e, DrawLineAndFilledRectangleThenUndo)
     EXPECT_EQ(undone.cell(8, 10), blank);
     EXPECT_EQ(undone.cell(24, 26), blank);
     EXPECT_TRUE(dark(dpy, undone.cell(15, 4))) << "the line stays";
+
+    // The fill floods the open area around the line in the foreground, and
+    // the eraser's small square (zoom 3: two or three image pixels) clears
+    // a spot of it to the background.
+    XRaiseWindow(dpy, shell);
+    app.click(tools[3], 12, 12);   // fill
+    app.click(canvas, (20 << ZOOM) + 3, (20 << ZOOM) + 3);
+    e2e_sleep_ms(300);
+    Shown filled = read_canvas(dpy, shell, canvas);
+    ASSERT_TRUE(filled.image);
+    EXPECT_TRUE(dark(dpy, filled.cell(0, 0)));
+    EXPECT_TRUE(dark(dpy, filled.cell(31, 31)));
+    app.click(tools[4], 12, 12);   // eraser
+    app.click(canvas, (10 << ZOOM) + 3, (10 << ZOOM) + 3);
+    e2e_sleep_ms(300);
+    app.screenshot("canvas_fill_and_eraser");
+    Shown erased = read_canvas(dpy, shell, canvas);
+    ASSERT_TRUE(erased.image);
+    EXPECT_FALSE(dark(dpy, erased.cell(10, 10)));
+    EXPECT_FALSE(dark(dpy, erased.cell(12, 12))) << "a three-pixel square off the cell's first pixel";
+    EXPECT_TRUE(dark(dpy, erased.cell(13, 13)));
+    EXPECT_TRUE(dark(dpy, erased.cell(9, 10)));
     app.kill_now();
 }
 
