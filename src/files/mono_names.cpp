@@ -2,6 +2,7 @@
 #include "files/mono_names.h"
 
 #include <cstring>
+#include <strings.h>
 
 const char* mono_name_of(const char* monoString, const char* previous)
 {
@@ -16,6 +17,17 @@ const char* mono_name_of(const char* monoString, const char* previous)
     return previous;
 }
 
+namespace {
+
+// libXpm takes any case of "None" as the transparent colour; the table
+// counts as having one when a colour string merely contains "None".
+bool transparent_colour(const char* c)
+{
+    return c && (std::strstr(c, "None") || !strcasecmp(c, "None"));
+}
+
+}  // namespace
+
 MonoNaming mono_names_of_table(const std::vector<const char*>& mono,
                                const std::vector<const char*>& colour)
 {
@@ -28,28 +40,30 @@ MonoNaming mono_names_of_table(const std::vector<const char*>& mono,
     // The first colour with a name we do not know has no previous name to
     // keep; it reads as absent.
     const char* name = "w";
-    const char* held = nullptr;
+    std::vector<const char*> all(n);
+    std::vector<bool> clear(n, false);
     for (size_t i = 0; i < n; i++) {
         name = mono_name_of(mono[i], name);
-        if (i == 0)
-            held = name;
-        else
-            out.names[i - 1] = name;
-        const char* c = i < colour.size() ? colour[i] : nullptr;
-        if (c && std::strstr(c, "None"))
+        all[i] = name;
+        clear[i] = transparent_colour(i < colour.size() ? colour[i] : nullptr);
+        if (clear[i])
             out.hasTransparent = true;
     }
 
     if (!out.hasTransparent) {
-        for (size_t i = n - 1; i >= 1; i--)
-            out.names[i] = out.names[i - 1];
-        out.names[0] = held;
+        out.names = all;
         out.colourCount = static_cast<unsigned>(n);
-    } else {
-        // The transparent colour has no pixel in libXpm's list, so the
-        // names stay aligned with the pixels that follow it.
-        out.colourCount = static_cast<unsigned>(n - 1);
+        return out;
     }
+    // libXpm's pixel list leaves the transparent colours out, wherever they
+    // sit in the table, so the names close up over them to stay beside
+    // their pixels. With the transparent colour first (as this program and
+    // libXpm write it) that is every name one record early.
+    size_t kept = 0;
+    for (size_t i = 0; i < n; i++)
+        if (!clear[i])
+            out.names[kept++] = all[i];
+    out.colourCount = static_cast<unsigned>(kept);
     return out;
 }
 

@@ -16,9 +16,11 @@ struct MonoNaming {
 
 // Names for a colour table (monochrome and colour strings per colour, either
 // may be null). Without a transparent colour record i gets colour i's name
-// and every colour counts. With one, each name sits one record early (libXpm
-// puts the transparent colour first, and it has no pixel of its own), the
-// last record has none, and one colour fewer counts.
+// and every colour counts. With one, the names of the other colours close
+// up over the transparent ones (which have no pixel in libXpm's list), so
+// that each name sits beside its colour's pixel: a transparent colour first
+// puts every name one record early; the records left at the end have none,
+// and only the colours with a pixel count.
 MonoNaming mono_names_of_table(const std::vector<const char*>& mono,
                                const std::vector<const char*>& colour);
 

@@ -114,6 +114,35 @@ TEST(MonoNames, TableWithAndWithoutTransparentColour)
     EXPECT_EQ(mono_names_of_table({}, {}).colourCount, 0u);
 }
 
+// libXpm's pixel list skips the transparent colour wherever the file puts
+// it (and in any case of "None"), so the names must close up over it there
+// too: a black colour before a middle "None" stays black.
+TEST(MonoNames, TransparentColourAnywhereInTheTable)
+{
+    MonoNaming middle = mono_names_of_table({"black", nullptr, "white", "black"},
+                                            {"#102030", "None", "#F0E0D0", "#000"});
+    EXPECT_TRUE(middle.hasTransparent);
+    ASSERT_EQ(middle.colourCount, 3u);
+    EXPECT_STREQ(middle.names[0], "b");
+    EXPECT_STREQ(middle.names[1], "w");
+    EXPECT_STREQ(middle.names[2], "b");
+    EXPECT_EQ(middle.names[3], nullptr);
+
+    MonoNaming last = mono_names_of_table({"white", "black", "None"}, {"#FFF", "#000", "None"});
+    ASSERT_EQ(last.colourCount, 2u);
+    EXPECT_STREQ(last.names[0], "w");
+    EXPECT_STREQ(last.names[1], "b");
+
+    MonoNaming lower = mono_names_of_table({nullptr, "black"}, {"none", "#000"});
+    EXPECT_TRUE(lower.hasTransparent) << "libXpm reads \"none\" as transparent";
+    ASSERT_EQ(lower.colourCount, 1u);
+    EXPECT_STREQ(lower.names[0], "b");
+
+    MonoNaming two = mono_names_of_table({nullptr, "black", nullptr}, {"None", "#000", "None"});
+    EXPECT_EQ(two.colourCount, 1u) << "only colours with a pixel count";
+    EXPECT_STREQ(two.names[0], "b");
+}
+
 // The anchor (transparent colour) is always written "None"; white wins
 // over black; a colour mapped to neither is "None".
 TEST(MonoNames, WrittenNames)
