@@ -272,7 +272,13 @@ int load_color_list(Widget dialog, const DrawingXpmInfo* table)
         free_all_colors(list);
 
     Pixel p = widget_background(dialog);
-    if (!table || table->colourCount == 0 || !table->pixels) {
+    // Only a new drawing has no table. A file whose every colour is
+    // transparent has a table without a counted colour: its pixels hold the
+    // transparent cell the read made, which must become this list's
+    // transparent entry, or the image would lose its transparency on save
+    // and that cell would never be given back.
+    bool fromFile = table && (table->colourCount > 0 || table->tableCount > 0) && table->pixels;
+    if (!fromFile) {
         res().background = p;
         add_color(list, p, p, 1);
         ColorEntry* white = add_color(list, app().whitePixel, app().whitePixel, 1);

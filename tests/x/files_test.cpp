@@ -599,3 +599,38 @@ TEST(FilesBadInput, MutationFuzz)
     EXPECT_GT(runs, 50);
     EXPECT_GT(accepted, 0) << "some mutations still read";
 }
+
+// A file whose only colour is transparent, and one whose transparent colour
+// sits between others, read, show and write back pixel for pixel with
+// their monochrome keys, and closing such a drawing gives every cell back.
+TEST(FilesRead, TransparentOnlyOrInTheMiddle)
+{
+    ScratchDir dir;
+    Drawing* keep = make_drawing(10, 10);
+    ASSERT_NE(keep, nullptr);
+    TestXpm only;
+    only.width = 3;
+    only.height = 2;
+    only.colours = {{"None", ""}};
+    only.pixels = {0, 0, 0, 0, 0, 0};
+    TestXpm middle = only;
+    middle.colours = {{"#102030", "black"}, {"#Transparent", ""}, {"#F0E0D0", "white"}, {"#405060", "black"}};
+    middle.pixels = {0, 1, 2, 3, 1, 0};
+    struct Case {
+        const char* what;
+        TestXpm xpm;
+    } cases[] = {{"only", only}, {"middle", middle}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        int freeBefore = free_cells();
+        Drawing* d = open_drawing(dir.file(std::string(c.what) + ".xpm", xpm_text(c.xpm)));
+        ASSERT_NE(d, nullptr);
+        expect_drawing_matches(d, c.xpm);
+        std::string target = dir.path(std::string(c.what) + "_out.px");
+        ASSERT_EQ(write_drawing(d, target.c_str(), false), 0);
+        expect_file_matches(target, c.xpm);
+        finish_close(nullptr, d, nullptr);
+        pump();
+        EXPECT_EQ(free_cells(), freeBefore) << "cells left behind";
+    }
+}
