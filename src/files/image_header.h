@@ -29,8 +29,9 @@ constexpr int XBM_LINE_BUFFER = 255;
 
 enum class XpmHeaderVerdict { Unknown, Acceptable, Refuse };
 
-// Finds the values line ("width height colours chars-per-pixel ...") of an
-// XPM 3 or XPM 2 file in its first bytes. Unknown when there is none to see.
+// Finds the values ("width height colours chars-per-pixel ...") of an XPM 3,
+// XPM 2 or XPM 1 file in its first bytes, where libXpm would take them.
+// Unknown when there are none to see.
 XpmHeaderVerdict check_xpm_header(std::string_view head);
 
 // A hotspot that lies outside the image means no hotspot.

@@ -65,6 +65,44 @@ TEST(ImageHeader, XpmValuesLine)
     EXPECT_EQ(check_xpm_header("/* XPM */\n\"4 4"), V::Unknown) << "cut short: libXpm refuses it";
 }
 
+// libXpm finds the values past comments and in every form it reads (XPM 1
+// defines, "XPM2" natural and C, any first word before "XPM"); a header
+// hidden in any of them must still be judged, since a few hundred bytes
+// claiming fifty million colours keep libXpm busy for many seconds.
+TEST(ImageHeader, HiddenValuesLines)
+{
+    using V = XpmHeaderVerdict;
+    const char* refused[] = {
+        "/* XPM */\nstatic char *a[] = {\n/* \"1 1 1 1\" */\n\"2 2 50000000 1\",\n",
+        "/* XPM \"1 1 1 1\" */\n\"2 2 50000000 1\"\n",
+        "/* XPM */ /* \"1 1 1 1\" */ \"2 2 50000000 1\"\n",
+        "xx XPM\n\"2 2 50000000 1\"\n",
+        "! XPM2\n! a comment\n2 2 50000000 1\n",
+        "! XPM2 C\n\"2 2 50000000 1\"\n",
+        "/* XPM2 C */\n\"2 2 50000000 1\"\n",
+        "! XPM2 Lisp\n; \"1 1 1 1\"\n\"2 2 50000000 1\"\n",
+        "#define a_format 1\n#define a_width 2\n#define a_height 2\n#define a_ncolors 50000000\n",
+        "#define a_format 1\n#define a_width 20000\n",
+        "#define a_format 1\n#define a_chars_per_pixel 0\n",
+        "/* XPM */\n/* \"1 1 1 1\" */\n\"20000 20000 1 1\"\n",
+    };
+    for (const char* text : refused)
+        EXPECT_EQ(check_xpm_header(text), V::Refuse) << text;
+    const char* acceptable[] = {
+        "/* XPM */\nstatic char *a[] = {\n/* width height ncolors cpp */\n\"4 4 2 1\",\n",
+        "/* XPM */\nstatic char *a[] = {\n/* \"values\" */\n\"4 4 2 1\",\n",
+        "! XPM2\n! note\n6 2 2 1\n",
+        "! XPM2 C\n\"6 2 2 1\"\n",
+    };
+    for (const char* text : acceptable)
+        EXPECT_EQ(check_xpm_header(text), V::Acceptable) << text;
+    EXPECT_EQ(check_xpm_header("#define a_format 1\n#define a_width 4\n#define a_height 4\n"
+                               "#define a_ncolors 2\n#define a_chars_per_pixel 1\n"
+                               "static char * a_colors[] = {\n\"9999 9999 9 9\"\n"),
+              V::Unknown)
+        << "an XPM 1 file within the limits is left to libXpm; strings after its defines are colours";
+}
+
 TEST(ImageHeader, HotspotInside)
 {
     EXPECT_TRUE(hotspot_inside(0, 0, 4, 4));
