@@ -44,6 +44,17 @@ start_xvfb() {
   return 1
 }
 
+# The class of a display's default visual ("PseudoColor", "TrueColor", ...),
+# or nothing when the display cannot be reached. xdpyinfo names the default
+# visual's id first and lists the visuals after it, so the class is the one
+# printed under the visual whose id matches.
+default_visual_class() {
+  xdpyinfo -display "$1" 2>/dev/null | awk '
+    /default visual id:/ { want = $4; next }
+    /^ *visual id:/      { current = $3; next }
+    /^ *class:/          { if (want != "" && current == want) { print $2; exit } }'
+}
+
 stop_pid() {
   if [ -n "${1:-}" ] && kill -0 "$1" 2>/dev/null; then
     kill "$1" 2>/dev/null || true
