@@ -324,7 +324,7 @@ Drawing* new_untitled_drawing(const char* name, int width, int height)
     return create_drawing(name, width, height, res().depth, None, -1, -1, nullptr);
 }
 
-int open_file(const char* path)
+int open_file(const char* path, const char* name)
 {
     if (registry().openCount >= MAX_DRAWINGS) {
         show_message(app().topLevel, res().tooManyDrawingsString, 0, nullptr, nullptr);
@@ -336,7 +336,7 @@ int open_file(const char* path)
     init_xpm_info(&info);
     int status = read_image_file(path, &width, &height, &depth, &pixmap, &hx, &hy, &info);
     if (status == 0) {
-        Drawing* d = create_drawing(path, width, height, depth, pixmap, hx, hy, &info);
+        Drawing* d = create_drawing(name ? name : path, width, height, depth, pixmap, hx, hy, &info);
         if (!d)
             status = 1;
         XFreePixmap(app().display, pixmap);

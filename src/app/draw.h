@@ -108,9 +108,10 @@ Drawing* new_untitled_drawing(const char* name, int width, int height);
 // already been shown.
 constexpr int OPEN_TOO_MANY = 100;
 
-// Reads a file and makes a drawing of it; returns the reader's status
-// (0 success), which the caller reports with report_read_status().
-int open_file(const char* path);
+// Reads a file and makes a drawing of it, named `name` (the path when
+// null); returns the reader's status (0 success), which the caller reports
+// with report_read_status().
+int open_file(const char* path, const char* name = nullptr);
 
 void set_name(Drawing* d, const char* name);
 Drawing* find_drawing_of_widget(Widget w);

@@ -7,11 +7,13 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <string>
 
 #include "app/app.h"
 #include "app/cursors.h"
 #include "app/draw.h"
 #include "app/message.h"
+#include "app/safe_format.h"
 #include "colour/converters.h"
 #include "files/open_save.h"
 
@@ -210,7 +212,11 @@ int startup(int* argc, char** argv)
 void open_start_files(int argc, char** argv)
 {
     for (int i = 1; i < argc && i <= MAX_DRAWINGS; i++) {
-        int status = open_file(argv[i]);
+        // Drawings of the command line are named through the untitled
+        // format with the file name; the built-in "Untitled" names them
+        // all alike, and the application defaults' "%s" by their files.
+        std::string name = format_str(res().untitledFormatString, argv[i], "Untitled");
+        int status = open_file(argv[i], name.c_str());
         if (status != 0 && status != OPEN_TOO_MANY)
             report_read_status(app().topLevel, status, argv[i]);
     }

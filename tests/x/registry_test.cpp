@@ -7,6 +7,13 @@
 #include "app/commands.h"
 #include "app/menus.h"
 #include "app/message.h"
+#include "app/startup.h"
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
 
 namespace {
 
@@ -106,4 +113,46 @@ TEST(Registry, ZoomItemsFollowTheZoom)
     EXPECT_FALSE(XtIsSensitive(menu_item(d, CMD_SHOW_SMALL_VIEW)));
     EXPECT_EQ(run_command(d, 4, nullptr, False), -1) << "unused numbers dispatch nowhere";
     EXPECT_EQ(run_command(d, CMD_FONTS, nullptr, False), 0) << "commands not built yet do nothing";
+}
+
+// Drawings named on the command line take their names from the untitled
+// format with the file name: the built-in "Untitled" names every one
+// alike, "%s" names them by their files, and a format that wants a number
+// falls back to "Untitled" rather than reading a string as one.
+TEST(Registry, CommandLineFilesNamedThroughUntitledFormat)
+{
+    char dir[] = "/tmp/pictrel-names-XXXXXX";
+    ASSERT_NE(mkdtemp(dir), nullptr);
+    std::string path = std::string(dir) + "/dot.xbm";
+    FILE* f = fopen(path.c_str(), "w");
+    ASSERT_NE(f, nullptr);
+    fputs("#define dot_width 2\n#define dot_height 2\nstatic char dot_bits[] = {\n0x01, 0x02};\n", f);
+    fclose(f);
+
+    String saved = app().res.untitledFormatString;
+    const struct {
+        const char* format;
+        std::string name;
+    } cases[] = {{"Untitled", "Untitled"}, {"%s", path}, {"Pic %d", "Untitled"}, {"%s (%s)", "Untitled"}};
+    for (const auto& c : cases) {
+        app().res.untitledFormatString = const_cast<char*>(c.format);
+        char arg0[] = "pictrel";
+        std::string arg1 = path;
+        char* argv[] = {arg0, arg1.data(), nullptr};
+        int before = registry().openCount;
+        open_start_files(2, argv);
+        pump();
+        ASSERT_EQ(registry().openCount, before + 1) << c.format;
+        Drawing* d = nullptr;
+        for (Drawing* s : registry().slots)
+            if (s && drawing_is_open(s) && s->width == 2 && s->hasFile)
+                d = s;
+        ASSERT_NE(d, nullptr);
+        EXPECT_EQ(d->name, c.name) << c.format;
+        EXPECT_EQ(d->depth, 1);
+        close_drawing(d);
+    }
+    app().res.untitledFormatString = saved;
+    unlink(path.c_str());
+    rmdir(dir);
 }
