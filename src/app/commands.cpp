@@ -12,6 +12,7 @@
 #include "colour/color_list.h"
 #include "files/new_close.h"
 #include "files/open_save.h"
+#include "fonts/font_dialog.h"
 #include "tools/shapes.h"
 
 namespace {
@@ -59,7 +60,7 @@ const CommandRow commandTable[] = {
     {CMD_SHOW_BW_VIEW,       cmd_show_bw_view},
     {CMD_SET_ROOT_WINDOW,    cmd_not_built_yet},
     {CMD_DRAW_FILLED,        cmd_draw_filled},
-    {CMD_FONTS,              cmd_not_built_yet},
+    {CMD_FONTS,              cmd_fonts},
     {CMD_INVERT,             cmd_not_built_yet},
     {CMD_ROTATE,             cmd_not_built_yet},
     {CMD_FLIP_HORIZONTAL,    cmd_not_built_yet},

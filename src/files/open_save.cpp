@@ -25,6 +25,7 @@
 #include "files/staging.h"
 #include "files/suffix_rule.h"
 #include "tools/hotspot.h"
+#include "tools/text.h"
 #include "tools/tool_table.h"
 
 namespace {
@@ -292,6 +293,7 @@ int write_drawing(Drawing* d, const char* target, bool bw)
         return 1;
     settle_selection(d);
     hotspot_hide_marker(d);
+    text_hide_caret(d);
     std::string destination = target;   // target may be d->name itself
     Staging staging;
     if (!make_staging(destination, &staging))
