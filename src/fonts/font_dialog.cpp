@@ -365,14 +365,14 @@ void fill_font_form(Widget form)
     XtManageChild(state->sample);
 }
 
-void fill_lists()
+void fill_lists(const std::vector<const char*>& names)
 {
-    int count = 0;
-    char** names = XListFonts(app().display, "*", MAX_FONTS, &count);
-    std::vector<const char*> list(names ? names : nullptr, names ? names + count : nullptr);
-    state->fonts = sorted_font_records(list);
-    if (names)
-        XFreeFontNames(names);
+    state->fonts = sorted_font_records(names);
+    for (int i = 0; i < LIST_COUNT; i++) {
+        state->items[i].clear();
+        state->chosen[i].clear();
+        XmListDeleteAllItems(state->lists[i]);
+    }
     state->items[LIST_FOUNDRY] = distinct_foundries(state->fonts);
     set_list_items(state->lists[LIST_FOUNDRY], state->items[LIST_FOUNDRY]);
     if (state->items[LIST_FOUNDRY].empty()) {
@@ -380,6 +380,18 @@ void fill_lists()
         return;
     }
     XmListSelectPos(state->lists[LIST_FOUNDRY], 1, True);
+}
+
+void fill_lists_from_server()
+{
+    int count = 0;
+    char** names = XListFonts(app().display, "*", MAX_FONTS, &count);
+    std::vector<const char*> list;
+    for (int i = 0; names && i < count; i++)
+        list.push_back(names[i]);
+    fill_lists(list);
+    if (names)
+        XFreeFontNames(names);
 }
 
 bool make_font_dialog()
@@ -401,7 +413,7 @@ bool make_font_dialog()
     set_default_button(state->dialog, "OK");
     // The sample's GC needs its window: realise before the first load.
     XtRealizeWidget(XtParent(state->dialog));
-    fill_lists();
+    fill_lists_from_server();
     return true;
 }
 
@@ -410,6 +422,12 @@ bool make_font_dialog()
 const FontChoice& current_font_choice() { return choice; }
 
 Widget font_dialog() { return state ? state->dialog : nullptr; }
+
+void set_font_names(const std::vector<const char*>& names)
+{
+    if (state)
+        fill_lists(names);
+}
 
 void show_font_dialog(Drawing* d)
 {

@@ -6,6 +6,8 @@
 #include <X11/Intrinsic.h>
 #include <X11/Xlib.h>
 
+#include <vector>
+
 struct Drawing;
 
 // The chosen font: what "Sample" shows and the text tool types in.
@@ -22,6 +24,10 @@ void show_font_dialog(Drawing* d);
 
 // The dialog, or null before its first use.
 Widget font_dialog();
+
+// Fills the lists from these names instead of the server's list read when
+// the dialog was made, and chooses the first font as that does.
+void set_font_names(const std::vector<const char*>& names);
 
 // The Fonts item of the Tools menu.
 int cmd_fonts(Drawing* d, XEvent* event, Boolean set);

@@ -1,0 +1,332 @@
+// The text tool and the font chooser on a real server: typed text matches
+// the same string drawn by Xlib in the same font, editing keys and undo,
+// the chooser's lists and toggles, a font change while typing, and fonts
+// that cannot be loaded.
+#include "canvas_support.h"   // first: gtest before Xlib's macros
+
+#include <X11/XKBlib.h>
+#include <X11/keysym.h>
+#include <Xm/List.h>
+#include <Xm/ToggleB.h>
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "app/app.h"
+#include "app/commands.h"
+#include "app/draw.h"
+#include "app/message.h"
+#include "canvas/input.h"
+#include "canvas/undo.h"
+#include "fonts/font_dialog.h"
+#include "fonts/font_names.h"
+#include "tools/palettes.h"
+#include "tools/text.h"
+#include "tools/tool_table.h"
+
+namespace {
+
+// Types through the canvas key handler: '\n' is Return, '\b' BackSpace.
+void type(Drawing* d, const char* text)
+{
+    Display* dpy = app().display;
+    for (const char* p = text; *p; p++) {
+        KeySym sym = *p == '\n' ? XK_Return : *p == '\b' ? XK_BackSpace : static_cast<KeySym>(*p);
+        XEvent ev{};
+        ev.xkey.type = KeyPress;
+        ev.xkey.display = dpy;
+        ev.xkey.window = XtWindow(d->activeArea);
+        ev.xkey.root = app().root;
+        ev.xkey.keycode = XKeysymToKeycode(dpy, sym);
+        ev.xkey.same_screen = True;
+        if (XkbKeycodeToKeysym(dpy, static_cast<KeyCode>(ev.xkey.keycode), 0, 0) != sym)
+            ev.xkey.state = ShiftMask;
+        Boolean cont = True;
+        canvas_key_eh(d->activeArea, d, &ev, &cont);
+    }
+    pump();
+}
+
+Pixmap copy_of_image(Drawing* d)
+{
+    Display* dpy = app().display;
+    Pixmap p = XCreatePixmap(dpy, d->image, d->width, d->height, static_cast<unsigned>(d->depth));
+    XCopyArea(dpy, d->image, p, d->copyGC, 0, 0, d->width, d->height, 0, 0);
+    return p;
+}
+
+struct Line {
+    int x, y;
+    const char* text;
+};
+
+// `before` with the lines drawn by XDrawString in the foreground colour.
+Pixmap expected_text(Drawing* d, Pixmap before, XFontStruct* font, std::initializer_list<Line> lines)
+{
+    Display* dpy = app().display;
+    Pixmap p = copy_of_image(d);
+    XCopyArea(dpy, before, p, d->copyGC, 0, 0, d->width, d->height, 0, 0);
+    GC gc = XCreateGC(dpy, p, 0, nullptr);
+    XSetForeground(dpy, gc, foreground_pixel(d));
+    XSetFont(dpy, gc, font->fid);
+    for (const Line& l : lines)
+        XDrawString(dpy, p, gc, l.x, l.y, l.text, static_cast<int>(std::strlen(l.text)));
+    XFreeGC(dpy, gc);
+    return p;
+}
+
+// "" when the image equals the pixmap, else the first differing pixel.
+std::string compare_image(Drawing* d, Pixmap expected)
+{
+    Display* dpy = app().display;
+    XImage* a = XGetImage(dpy, d->image, 0, 0, d->width, d->height, AllPlanes, ZPixmap);
+    XImage* b = XGetImage(dpy, expected, 0, 0, d->width, d->height, AllPlanes, ZPixmap);
+    std::string out = a && b ? "" : "no image";
+    for (int y = 0; out.empty() && y < d->height; y++)
+        for (int x = 0; out.empty() && x < d->width; x++)
+            if (XGetPixel(a, x, y) != XGetPixel(b, x, y))
+                out = "pixel (" + std::to_string(x) + ", " + std::to_string(y) + ") is " +
+                      std::to_string(XGetPixel(a, x, y)) + ", expected " + std::to_string(XGetPixel(b, x, y));
+    if (a)
+        XDestroyImage(a);
+    if (b)
+        XDestroyImage(b);
+    return out;
+}
+
+void click(Drawing* d, int x, int y)
+{
+    stroke(d, Button1, {{x, y}});
+}
+
+Widget dialog_child(const char* name)
+{
+    return XtNameToWidget(font_dialog(), name);
+}
+
+bool select_item(const char* list, const char* item)
+{
+    XmString s = XmStringCreateLocalized(const_cast<char*>(item));
+    Widget w = dialog_child(list);
+    int pos = w ? XmListItemPos(w, s) : 0;
+    XmStringFree(s);
+    if (pos > 0)
+        XmListSelectPos(w, pos, True);
+    pump();
+    return pos > 0;
+}
+
+Widget toggle(const char* name)
+{
+    return dialog_child((std::string("*") + name).c_str());
+}
+
+void dismiss_messages()
+{
+    if (Widget m = message_dialog(0))
+        XtUnmanageChild(m);
+    pump();
+}
+
+}  // namespace
+
+// Typed characters, Return and BackSpace draw exactly what XDrawString
+// draws in the same font; the caret shows right of the text and is kept
+// out of the comparison by hiding it as a save does; undo takes back the
+// text since the click, twice without harm.
+TEST(TextTool, TypingReturnBackspaceAndUndo)
+{
+    Drawing* d = make_drawing(90, 70);
+    ASSERT_NE(d, nullptr);
+    select_tool(d, TOOL_ALPHA);
+    XFontStruct* font = text_font(d);
+    ASSERT_NE(font, nullptr) << "the text starts in \"fixed\"";
+    int lh = font_line_height(font->ascent, font->descent);
+    unsigned long blank = image_pixel(d, 0, 0), fg = foreground_pixel(d);
+    Pixmap before = copy_of_image(d);
+
+    click(d, 5, 20);
+    EXPECT_EQ(image_pixel(d, 7, 20), fg) << "the caret stands at the click";
+    EXPECT_EQ(image_pixel(d, 6, 20), fg) << "with its foot's dots";
+    EXPECT_FALSE(undo_sensitive(d));
+
+    type(d, "Ab\nc");
+    EXPECT_TRUE(undo_sensitive(d));
+    int caretX = 5 + XTextWidth(font, "c", 1) + 2;
+    EXPECT_EQ(image_pixel(d, caretX, 20 + lh), fg) << "the caret follows the second line";
+    text_hide_caret(d);
+    Pixmap two = expected_text(d, before, font, {{5, 20, "Ab"}, {5, 20 + lh, "c"}});
+    EXPECT_EQ(compare_image(d, two), "");
+    EXPECT_EQ(check_display(d), "") << "the canvas shows what was typed";
+
+    // BackSpace erases "c", then goes to the end of "Ab" without joining.
+    type(d, "\b\bX");
+    text_hide_caret(d);
+    Pixmap joined = expected_text(d, before, font, {{5, 20, "AbX"}});
+    EXPECT_EQ(compare_image(d, joined), "");
+
+    cmd_undo(d, nullptr, False);
+    text_hide_caret(d);
+    EXPECT_EQ(compare_image(d, before), "") << "undo takes back the text";
+    EXPECT_TRUE(undo_sensitive(d)) << "the text tool leaves undo as it was";
+    cmd_undo(d, nullptr, False);
+    text_hide_caret(d);
+    EXPECT_EQ(compare_image(d, before), "") << "a second undo changes nothing";
+
+    // Typing goes on where the caret was: after "AbX".
+    type(d, "q");
+    text_hide_caret(d);
+    Pixmap q = expected_text(d, before, font, {{5 + XTextWidth(font, "AbX", 3), 20, "q"}});
+    EXPECT_EQ(compare_image(d, q), "");
+
+    // Return on an empty text moves the caret down one line height.
+    click(d, 40, 10);
+    type(d, "\n");
+    EXPECT_EQ(image_pixel(d, 42, 10 + lh), fg);
+    EXPECT_EQ(image_pixel(d, 42, 10), blank);
+
+    // Leaving the tool takes the caret away and ends the text.
+    select_tool(d, TOOL_PENCIL);
+    EXPECT_EQ(image_pixel(d, 42, 10 + lh), blank);
+    EXPECT_FALSE(undo_sensitive(d));
+    for (Pixmap p : {before, two, joined, q})
+        XFreePixmap(app().display, p);
+}
+
+// Keys before any click type nothing; a line stops at 256 characters; a
+// font that cannot be loaded leaves the text and its font as they were.
+TEST(TextTool, NothingBeforeClickFullLineAndBadFont)
+{
+    Drawing* d = make_drawing(40, 30);
+    ASSERT_NE(d, nullptr);
+    select_tool(d, TOOL_ALPHA);
+    Pixmap before = copy_of_image(d);
+    type(d, "abc");
+    EXPECT_EQ(compare_image(d, before), "");
+    EXPECT_FALSE(undo_sensitive(d));
+
+    XFontStruct* font = text_font(d);
+    click(d, 2, 12);
+    std::string many(300, 'm');
+    type(d, many.c_str());
+    type(d, "\b");
+    text_hide_caret(d);
+    std::string kept(255, 'm');
+    Pixmap full = expected_text(d, before, font, {{2, 12, kept.c_str()}});
+    EXPECT_EQ(compare_image(d, full), "") << "256 kept, the BackSpace took one";
+
+    EXPECT_EQ(text_set_font(d, "-nobody-nothing-medium-r-normal--99-0-0-0-c-0-none-0"), 1);
+    EXPECT_EQ(text_font(d), font);
+    text_hide_caret(d);
+    EXPECT_EQ(compare_image(d, full), "");
+    XFreePixmap(app().display, before);
+    XFreePixmap(app().display, full);
+}
+
+// The chooser lists the server's fonts; picking foundry, family, size and
+// Bold loads that font; text being typed is redrawn in it at the same
+// start point; Cancel puts the font back.
+TEST(FontChooser, PickFontWhileTyping)
+{
+    Drawing* d = make_drawing(120, 60);
+    ASSERT_NE(d, nullptr);
+    select_tool(d, TOOL_ALPHA);
+    Pixmap before = copy_of_image(d);
+    click(d, 4, 30);
+    type(d, "Hi");
+
+    run_command(d, CMD_FONTS, nullptr, False);
+    pump();
+    ASSERT_NE(font_dialog(), nullptr);
+    EXPECT_TRUE(XtIsManaged(font_dialog()));
+    ASSERT_NE(current_font_choice().font, nullptr) << "the first font is chosen at once";
+    dismiss_messages();
+
+    ASSERT_TRUE(select_item("*FontFoundry", "misc"));
+    ASSERT_TRUE(select_item("*FontFamily", "fixed"));
+    ASSERT_TRUE(select_item("*FontSize", "13"));
+    XmToggleButtonSetState(toggle("Bold"), True, True);
+    XmToggleButtonSetState(toggle("Roman"), True, True);
+    pump();
+    EXPECT_STREQ(current_font_choice().name, "-misc-fixed-bold-r-*-*-13-*-*-*-*-*-*-*");
+    XFontStruct* bold = text_font(d);
+    ASSERT_NE(bold, nullptr);
+    EXPECT_EQ(bold->ascent + bold->descent, 13);
+    EXPECT_EQ(current_font_choice().lineHeight, font_line_height(bold->ascent, bold->descent));
+
+    text_hide_caret(d);
+    Pixmap hi = expected_text(d, before, bold, {{4, 30, "Hi"}});
+    EXPECT_EQ(compare_image(d, hi), "") << "the same text, redrawn in the new font";
+
+    // Sizes sort as numbers; a size survives a change of family when it
+    // is offered there.
+    XmStringTable items = nullptr;
+    int count = 0;
+    XtVaGetValues(dialog_child("*FontSize"), XmNitems, &items, XmNitemCount, &count, nullptr);
+    int previous = -1;
+    for (int i = 0; i < count; i++) {
+        char* text = nullptr;
+        XmStringGetLtoR(items[i], const_cast<char*>(XmFONTLIST_DEFAULT_TAG), &text);
+        int size = text ? std::atoi(text) : -1;
+        EXPECT_GE(size, previous) << text;
+        previous = size;
+        XtFree(text);
+    }
+
+    Widget cancel = dialog_child("Cancel");
+    ASSERT_NE(cancel, nullptr);
+    XtCallCallbacks(cancel, XmNactivateCallback, nullptr);
+    pump();
+    EXPECT_FALSE(XtIsManaged(font_dialog()));
+    EXPECT_STREQ(current_font_choice().name, "fixed");
+    XFontStruct* back = text_font(d);
+    text_hide_caret(d);
+    Pixmap fixedHi = expected_text(d, before, back, {{4, 30, "Hi"}});
+    EXPECT_EQ(compare_image(d, fixedHi), "") << "Cancel redraws the text in the font it had";
+    for (Pixmap p : {before, hi, fixedHi})
+        XFreePixmap(app().display, p);
+}
+
+// A name that is not XLFD ("cursor") is a family of "misc fonts" and
+// disables all styles; a family only in bold switches to Bold; a listed
+// font that will not load and an empty list give the message and "fixed".
+TEST(FontChooser, OddNamesFailedLoadsAndEmptyList)
+{
+    Drawing* d = make_drawing(40, 30);
+    ASSERT_NE(d, nullptr);
+    show_font_dialog(d);
+    pump();
+    dismiss_messages();
+
+    ASSERT_TRUE(select_item("*FontFoundry", MISC_FOUNDRY));
+    ASSERT_TRUE(select_item("*FontFamily", "cursor"));
+    for (const char* name : {"Medium", "Bold", "Roman", "Italic", "Oblique"})
+        EXPECT_FALSE(XtIsSensitive(toggle(name))) << name;
+    EXPECT_STREQ(current_font_choice().name, "cursor");
+    int sizes = -1;
+    XtVaGetValues(dialog_child("*FontSize"), XmNitemCount, &sizes, nullptr);
+    EXPECT_EQ(sizes, 0);
+
+    set_font_names({"-ghost-boldface-bold-r-normal--13-0-0-0-c-0-iso8859-1",
+                    "-ghost-phantom-medium-i-normal--14-0-0-0-c-0-iso8859-1"});
+    pump();
+    Widget message = message_dialog(0);
+    ASSERT_NE(message, nullptr);
+    EXPECT_TRUE(XtIsManaged(message)) << "a font that will not load is reported";
+    EXPECT_TRUE(XmToggleButtonGetState(toggle("Bold")));
+    EXPECT_FALSE(XtIsSensitive(toggle("Medium")));
+    EXPECT_STREQ(current_font_choice().name, "fixed");
+    ASSERT_NE(current_font_choice().font, nullptr);
+    dismiss_messages();
+
+    set_font_names({});
+    pump();
+    EXPECT_TRUE(XtIsManaged(message)) << "an empty list is reported";
+    int foundries = -1;
+    XtVaGetValues(dialog_child("*FontFoundry"), XmNitemCount, &foundries, nullptr);
+    EXPECT_EQ(foundries, 0);
+    dismiss_messages();
+    XtUnmanageChild(font_dialog());
+    pump();
+}
