@@ -339,6 +339,8 @@ void fill_font_form(Widget form)
         n = 0;
         XtSetArg(args[n], XmNselectionPolicy, XmBROWSE_SELECT); n++;
         XtSetArg(args[n], XmNscrollBarDisplayPolicy, XmSTATIC); n++;
+        // Columns keep their widths whatever the names they list.
+        XtSetArg(args[n], XmNlistSizePolicy, XmCONSTANT); n++;
         Widget list = XmCreateScrolledList(form, const_cast<char*>(listNames[i]), args, n);
         XtAddCallback(list, XmNbrowseSelectionCallback, list_cb, reinterpret_cast<XtPointer>(static_cast<intptr_t>(i)));
         XtVaSetValues(XtParent(list), XmNtopAttachment, XmATTACH_WIDGET, XmNtopWidget, label,

@@ -107,7 +107,8 @@ void show_caret(Drawing* d, TextRecord* t)
     XDrawLine(dpy, d->image, gc, cx, y - a, cx, y + ds);
     XDrawPoint(dpy, d->image, gc, cx - 1, y);
     XDrawPoint(dpy, d->image, gc, cx + 1, y);
-    refresh_corners(d, cx, y - a, cx + 2, y + ds);
+    // From the left dot on: the canvas must show all that went into the image.
+    refresh_corners(d, cx - 1, y - a, cx + 2, y + ds);
     t->caretAscent = a;
     t->caretDescent = ds;
     t->caretShown = true;

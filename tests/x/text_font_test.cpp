@@ -155,6 +155,7 @@ TEST(TextTool, TypingReturnBackspaceAndUndo)
     EXPECT_TRUE(undo_sensitive(d));
     int caretX = 5 + XTextWidth(font, "c", 1) + 2;
     EXPECT_EQ(image_pixel(d, caretX, 20 + lh), fg) << "the caret follows the second line";
+    EXPECT_EQ(check_display(d), "") << "the canvas shows the caret, both dots included";
     text_hide_caret(d);
     Pixmap two = expected_text(d, before, font, {{5, 20, "Ab"}, {5, 20 + lh, "c"}});
     EXPECT_EQ(compare_image(d, two), "");
