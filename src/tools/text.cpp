@@ -104,6 +104,10 @@ void show_caret(Drawing* d, TextRecord* t)
     XChangeGC(dpy, gc, GCLineWidth | GCFunction, &v);
     int cx = t->caretX + 2, y = t->caretY;
     int a = ascent(t), ds = descent(t);
+    // Past the 16-bit coordinate range the caret could only wrap round
+    // onto the picture; no image reaches that far, so there is none.
+    if (cx + 2 > SHRT_MAX || y + ds > SHRT_MAX || y - a < SHRT_MIN)
+        return;
     XDrawLine(dpy, d->image, gc, cx, y - a, cx, y + ds);
     XDrawPoint(dpy, d->image, gc, cx - 1, y);
     XDrawPoint(dpy, d->image, gc, cx + 1, y);
