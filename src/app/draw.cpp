@@ -6,10 +6,8 @@
 
 #include <Xm/Form.h>
 #include <Xm/MainW.h>
-#include <Xm/Protocols.h>
 #include <Xm/Separator.h>
 #include <Xm/Xm.h>
-#include <Xm/AtomMgr.h>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -19,6 +17,7 @@
 #include "app/menus.h"
 #include "app/message.h"
 #include "app/safe_format.h"
+#include "app/session.h"
 #include "app/slot_choice.h"
 #include "app/status.h"
 #include "canvas/image_store.h"
@@ -42,8 +41,9 @@ bool drawing_is_open(const Drawing* d)
 
 Drawing* first_open_drawing()
 {
+    // One closed by the session manager keeps its window but is done with.
     for (Drawing* d : registry().slots)
-        if (drawing_is_open(d))
+        if (drawing_is_open(d) && !d->sessionClosed)
             return d;
     return nullptr;
 }
@@ -96,28 +96,12 @@ void shell_popup_cb(Widget, XtPointer clientData, XtPointer)
     (void)frameH;
 }
 
-void wm_delete_cb(Widget, XtPointer clientData, XtPointer)
-{
-    Drawing* d = static_cast<Drawing*>(clientData);
-    if (XtIsRealized(d->shell))
-        XMapRaised(XtDisplay(d->shell), XtWindow(d->shell));
-    request_close(d);
-}
-
 void colours_changed(XtPointer data)
 {
     Drawing* d = static_cast<Drawing*>(data);
     d->modified = 1;
     if (d->bwDialog && XtIsManaged(d->bwDialog))
         bw_view_update(d, 0, 0, d->width, d->height);
-}
-
-void install_protocols(Drawing* d)
-{
-    Atom protocols = XmInternAtom(app().display, (char*)"WM_PROTOCOLS", False);
-    Atom del = XmInternAtom(app().display, (char*)"WM_DELETE_WINDOW", False);
-    XmAddProtocols(d->shell, protocols, &del, 1);
-    XmAddProtocolCallback(d->shell, protocols, del, wm_delete_cb, d);
 }
 
 // Lays the form's children out: palettes in a column on the left, the
@@ -269,6 +253,7 @@ Drawing* create_drawing(const char* name, int width, int height, int depth, Pixm
     d->hasFile = source != None;
     d->modified = 0;
     d->closing = 0;
+    d->sessionClosed = 0;
     d->zoom = res().zoomLevel;
 
     if (!d->xpmAttributes)
@@ -303,6 +288,7 @@ Drawing* create_drawing(const char* name, int width, int height, int depth, Pixm
     update_zoom_sensitivity(d);
     if (d->currentTool >= 0 && d->currentTool < toolCount)
         set_cursor(d, toolTable[d->currentTool].cursor);
+    update_restart_command(d);
     return d;
 }
 
@@ -379,15 +365,15 @@ void close_drawing(Drawing* d)
         for (Widget w : d->colourDialogs)
             if (w)
                 XtUnmanageChild(w);
-        if (d->smallViewDialog)
-            XtUnmanageChild(d->smallViewDialog);
-        if (d->bwDialog)
-            XtUnmanageChild(d->bwDialog);
+        hide_views(d);
         // The cells go back to the colormap for the drawings still to come.
         if (ColorList* list = color_list_of_dialog(d->colourList)) {
             free_all_colors(list);
             release_transparent_cell(list);
         }
+    } else {
+        // The window stays up while the session ends; this marks it done.
+        d->sessionClosed = 1;
     }
     r.openCount--;
 }

@@ -63,6 +63,7 @@ struct Drawing {
     unsigned char modified;
     unsigned char hasFile;
     int closing;              // set while the session manager ends the program
+    unsigned char sessionClosed;   // closed by the session manager, window left up
     DrawingXpmInfo* xpmAttributes;
     Pixel* colourTable;       // COLOUR_TABLE_SIZE entries
     std::string name;

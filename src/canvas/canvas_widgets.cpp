@@ -12,9 +12,11 @@
 #include "app/commands.h"
 #include "app/draw.h"
 #include "app/menus.h"
+#include "app/session.h"
 #include "canvas/image_store.h"
 #include "canvas/input.h"
 #include "canvas/magnified_paint.h"
+#include "canvas/views.h"
 
 namespace {
 
@@ -22,45 +24,6 @@ constexpr int MAX_ZOOM = 4;
 constexpr int MIN_VIEW = 64, MAX_VIEW_WIDTH = 640, MAX_VIEW_HEIGHT = 560;
 constexpr int VIEW_MARGIN = 8;   // the scrolled window's shadow and spacing
 
-void canvas_expose_cb(Widget w, XtPointer clientData, XtPointer callData) noexcept
-{
-    auto* d = static_cast<Drawing*>(clientData);
-    auto* cbs = static_cast<XmDrawingAreaCallbackStruct*>(callData);
-    if (!d || !cbs || !cbs->event || !d->image || !XtIsRealized(w))
-        return;
-    const XEvent* ev = cbs->event;
-    int x, y, width, height;
-    if (ev->type == Expose) {
-        x = ev->xexpose.x, y = ev->xexpose.y;
-        width = ev->xexpose.width, height = ev->xexpose.height;
-    } else if (ev->type == GraphicsExpose) {
-        x = ev->xgraphicsexpose.x, y = ev->xgraphicsexpose.y;
-        width = ev->xgraphicsexpose.width, height = ev->xgraphicsexpose.height;
-    } else {
-        return;
-    }
-    if (w == d->zoomedArea) {
-        if (d->zoom <= 0)
-            return;
-        // The +2 takes in the cells that the exposed rectangle only grazes.
-        magnified_paint(d, x >> d->zoom, y >> d->zoom, (width >> d->zoom) + 2,
-                        (height >> d->zoom) + 2, true);
-        return;
-    }
-    // Actual size (the canvas at zoom 0 and the small view).
-    if (x >= d->width || y >= d->height)
-        return;
-    if (width > d->width - x)
-        width = d->width - x;
-    if (height > d->height - y)
-        height = d->height - y;
-    Display* dpy = XtDisplay(w);
-    unsigned uw = static_cast<unsigned>(width), uh = static_cast<unsigned>(height);
-    if (d->depth == 1)
-        XCopyPlane(dpy, d->image, XtWindow(w), app().gcs[GC_PLANE], x, y, uw, uh, x, y, 1);
-    else
-        XCopyArea(dpy, d->image, XtWindow(w), app().gcs[GC_COPY], x, y, uw, uh, x, y);
-}
 
 Widget make_area(Widget parent, Drawing* d, Dimension width, Dimension height)
 {
@@ -131,6 +94,46 @@ GC own_gc(Drawing* d, unsigned long foreground, unsigned long background)
 }
 
 }  // namespace
+
+void canvas_expose_cb(Widget w, XtPointer clientData, XtPointer callData) noexcept
+{
+    auto* d = static_cast<Drawing*>(clientData);
+    auto* cbs = static_cast<XmDrawingAreaCallbackStruct*>(callData);
+    if (!d || !cbs || !cbs->event || !d->image || !XtIsRealized(w))
+        return;
+    const XEvent* ev = cbs->event;
+    int x, y, width, height;
+    if (ev->type == Expose) {
+        x = ev->xexpose.x, y = ev->xexpose.y;
+        width = ev->xexpose.width, height = ev->xexpose.height;
+    } else if (ev->type == GraphicsExpose) {
+        x = ev->xgraphicsexpose.x, y = ev->xgraphicsexpose.y;
+        width = ev->xgraphicsexpose.width, height = ev->xgraphicsexpose.height;
+    } else {
+        return;
+    }
+    if (w == d->zoomedArea) {
+        if (d->zoom <= 0)
+            return;
+        // The +2 takes in the cells that the exposed rectangle only grazes.
+        magnified_paint(d, x >> d->zoom, y >> d->zoom, (width >> d->zoom) + 2,
+                        (height >> d->zoom) + 2, true);
+        return;
+    }
+    // Actual size (the canvas at zoom 0 and the small view).
+    if (x >= d->width || y >= d->height)
+        return;
+    if (width > d->width - x)
+        width = d->width - x;
+    if (height > d->height - y)
+        height = d->height - y;
+    Display* dpy = XtDisplay(w);
+    unsigned uw = static_cast<unsigned>(width), uh = static_cast<unsigned>(height);
+    if (d->depth == 1)
+        XCopyPlane(dpy, d->image, XtWindow(w), app().gcs[GC_PLANE], x, y, uw, uh, x, y, 1);
+    else
+        XCopyArea(dpy, d->image, XtWindow(w), app().gcs[GC_COPY], x, y, uw, uh, x, y);
+}
 
 Widget create_canvas(Widget form, Drawing* d)
 {
@@ -250,6 +253,7 @@ void zoom_in(Drawing* d, XEvent* event)
     else
         d->zoom++;
     layout_canvas(d);
+    update_restart_command(d);
 }
 
 void zoom_out(Drawing* d, XEvent* event)
@@ -261,7 +265,9 @@ void zoom_out(Drawing* d, XEvent* event)
         d->zoom = 0;
     else
         d->zoom--;
-    if (d->zoom == 0 && d->smallViewDialog)
-        XtUnmanageChild(d->smallViewDialog);
+    // The canvas itself is actual size now: the small view has no use.
+    if (d->zoom == 0)
+        hide_small_view(d);
     layout_canvas(d);
+    update_restart_command(d);
 }

@@ -11,6 +11,10 @@ struct Drawing;
 // their expose, input, motion and key handlers. Stores them in the drawing.
 Widget create_canvas(Widget form, Drawing* d);
 
+// Expose callback of the canvas areas and the small view: actual-size
+// areas copy from `image`, the magnified one repaints its cells.
+void canvas_expose_cb(Widget w, XtPointer clientData, XtPointer callData) noexcept;
+
 // The per-drawing GCs (four shared ones of the drawing's depth, three own).
 void create_drawing_gcs(Drawing* d);
 

@@ -1,17 +1,29 @@
-// The auxiliary views of a drawing. For now only the black-and-white
-// rendering is real (Save As black-and-white needs it); the small view and
-// the black-and-white view dialogs come later and are inert here.
+// The auxiliary views of a drawing: an actual-size view to paint in while
+// the canvas is magnified, and a view of the image as black and white,
+// kept in a depth-1 pixmap that Save As black-and-white writes too. Both
+// are dialogs built once per slot and only managed and unmanaged after.
 #include "canvas/views.h"
 
 #include <X11/Xutil.h>
+#include <Xm/DrawingA.h>
+#include <Xm/Protocols.h>
+#include <Xm/ScrolledW.h>
+#include <Xm/ToggleB.h>
+#include <Xm/Xm.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <memory>
 
 #include "app/app.h"
+#include "app/commands.h"
 #include "app/draw.h"
+#include "app/menus.h"
+#include "canvas/image_store.h"
+#include "canvas/input.h"
 #include "colour/color_list.h"
+#include "colour/converters.h"
 
 namespace {
 
@@ -20,6 +32,10 @@ struct ImageDeleter {
     void operator()(XImage* im) const { XDestroyImage(im); }
 };
 using ImagePtr = std::unique_ptr<XImage, ImageDeleter>;
+
+// The template dialog's fill function gets only the form: the drawing
+// being built travels beside it.
+Drawing* building = nullptr;
 
 // 1 for a pixel that renders black, 0 for white and transparent.
 int bw_value(Pixel mapped, const ColorList* list)
@@ -42,45 +58,52 @@ int map_pixel(Pixel p, const ColorList* list)
     return p == app().blackPixel ? 1 : 0;
 }
 
-}  // namespace
-
-void create_small_view(Widget, Drawing*) {}
-void create_bw_view(Widget, Drawing*) {}
-void small_view_update(Drawing*, int, int, int, int) {}
-void bw_view_update(Drawing*, int, int, int, int) {}
-int cmd_show_small_view(Drawing*, XEvent*, Boolean) { return 0; }
-int cmd_show_bw_view(Drawing*, XEvent*, Boolean) { return 0; }
-
-Pixmap render_bw_pixmap(Drawing* d)
+bool shown(Widget dialog)
 {
-    if (!d || !d->image || d->width == 0 || d->height == 0)
-        return None;
-    Display* dpy = app().display;
-    unsigned w = d->width, h = d->height;
-    if (!d->bwPixmap)
-        d->bwPixmap = XCreatePixmap(dpy, app().root, w, h, 1);
-    GC bitCopy = app().gcs[GC_BIT_COPY];
-    if (d->depth == 1) {
-        XCopyArea(dpy, d->image, d->bwPixmap, bitCopy, 0, 0, w, h, 0, 0);
-        return d->bwPixmap;
-    }
-    ImagePtr colour(XGetImage(dpy, d->image, 0, 0, w, h, AllPlanes, ZPixmap));
-    if (!colour)
-        return d->bwPixmap;
-    ImagePtr bits(XCreateImage(dpy, app().visual, 1, XYBitmap, 0, nullptr, w, h, 8, 0));
-    if (!bits)
-        return d->bwPixmap;
-    bits->data = static_cast<char*>(calloc(static_cast<size_t>(bits->bytes_per_line) * h, 1));
-    if (!bits->data)
-        return d->bwPixmap;
+    return dialog && XtIsManaged(dialog);
+}
 
+bool realized(Widget w)
+{
+    return w && XtIsRealized(w);
+}
+
+void set_toggle(Drawing* d, int command, bool on)
+{
+    if (Widget t = menu_item(d, command))
+        XmToggleButtonSetState(t, on ? True : False, False);
+    d->menuState.toggles[command] = on ? True : False;
+}
+
+void set_title(Widget dialog, const std::string& name)
+{
+    XmString title = XmStringCreateLocalized(const_cast<char*>(name.c_str()));
+    XtVaSetValues(dialog, XmNdialogTitle, title, nullptr);
+    XmStringFree(title);
+}
+
+// Turns a rectangle of `image` into black and white in the drawing's
+// depth-1 pixmap. The rectangle has been cut to the image.
+void convert_rect(Drawing* d, int x, int y, int w, int h)
+{
+    Display* dpy = app().display;
+    unsigned uw = static_cast<unsigned>(w), uh = static_cast<unsigned>(h);
+    ImagePtr colour(XGetImage(dpy, d->image, x, y, uw, uh, AllPlanes, ZPixmap));
+    if (!colour)
+        return;
+    ImagePtr bits(XCreateImage(dpy, app().visual, 1, XYBitmap, 0, nullptr, uw, uh, 8, 0));
+    if (!bits)
+        return;
+    bits->data = static_cast<char*>(calloc(static_cast<size_t>(bits->bytes_per_line) * uh, 1));
+    if (!bits->data)
+        return;
     ColorList* list = color_list_of(d);
     // Pixels of a PseudoColor image are small: map each value once.
     std::array<signed char, 256> cache;
     cache.fill(-1);
-    for (unsigned y = 0; y < h; y++)
-        for (unsigned x = 0; x < w; x++) {
-            Pixel p = XGetPixel(colour.get(), static_cast<int>(x), static_cast<int>(y));
+    for (int row = 0; row < h; row++)
+        for (int col = 0; col < w; col++) {
+            Pixel p = XGetPixel(colour.get(), col, row);
             int v;
             if (p < cache.size()) {
                 if (cache[p] < 0)
@@ -90,8 +113,265 @@ Pixmap render_bw_pixmap(Drawing* d)
                 v = map_pixel(p, list);
             }
             if (v)
-                XPutPixel(bits.get(), static_cast<int>(x), static_cast<int>(y), 1);
+                XPutPixel(bits.get(), col, row, 1);
         }
-    XPutImage(dpy, d->bwPixmap, app().gcs[GC_BIT_PLANE], bits.get(), 0, 0, 0, 0, w, h);
+    XPutImage(dpy, d->bwPixmap, app().gcs[GC_BIT_PLANE], bits.get(), 0, 0, x, y, uw, uh);
+}
+
+// The pixmap goes with the image (a new image frees it): make and fill it
+// when missing.
+bool ensure_bw_pixmap(Drawing* d)
+{
+    if (d->bwPixmap)
+        return true;
+    return render_bw_pixmap(d) != None;
+}
+
+void copy_bw_to_window(Drawing* d, int x, int y, int w, int h)
+{
+    if (!realized(d->bwArea) || !d->bwPixmap || w <= 0 || h <= 0)
+        return;
+    // Set bits are black, clear ones white, on the screen-depth window.
+    XCopyPlane(app().display, d->bwPixmap, XtWindow(d->bwArea), app().gcs[GC_PLANE], x, y,
+               static_cast<unsigned>(w), static_cast<unsigned>(h), x, y, 1);
+}
+
+void bw_expose_cb(Widget, XtPointer client, XtPointer call) noexcept
+{
+    auto* d = static_cast<Drawing*>(client);
+    auto* cbs = static_cast<XmDrawingAreaCallbackStruct*>(call);
+    if (!d || !cbs || !cbs->event || cbs->event->type != Expose || !d->image || d->depth == 1)
+        return;
+    const XExposeEvent& e = cbs->event->xexpose;
+    if (!ensure_bw_pixmap(d))
+        return;
+    int w = std::min(e.width, d->width - e.x), h = std::min(e.height, d->height - e.y);
+    copy_bw_to_window(d, e.x, e.y, w, h);
+}
+
+Widget make_view_area(Widget form, Drawing* d)
+{
+    Arg args[8];
+    Cardinal n = 0;
+    XtSetArg(args[n], XmNscrollingPolicy, XmAUTOMATIC), n++;
+    XtSetArg(args[n], XmNtopAttachment, XmATTACH_FORM), n++;
+    XtSetArg(args[n], XmNbottomAttachment, XmATTACH_FORM), n++;
+    XtSetArg(args[n], XmNleftAttachment, XmATTACH_FORM), n++;
+    XtSetArg(args[n], XmNrightAttachment, XmATTACH_FORM), n++;
+    Widget scroll = XmCreateScrolledWindow(form, const_cast<char*>("scrollWin"), args, n);
+    n = 0;
+    XtSetArg(args[n], XmNwidth, std::max<Dimension>(d->width, 1)), n++;
+    XtSetArg(args[n], XmNheight, std::max<Dimension>(d->height, 1)), n++;
+    XtSetArg(args[n], XmNmarginWidth, 0), n++;
+    XtSetArg(args[n], XmNmarginHeight, 0), n++;
+    XtSetArg(args[n], XmNresizePolicy, XmRESIZE_NONE), n++;
+    Widget area = XmCreateDrawingArea(scroll, const_cast<char*>("smallDrawArea"), args, n);
+    XtManageChild(area);
+    XtVaSetValues(scroll, XmNworkWindow, area, nullptr);
+    XtManageChild(scroll);
+    return area;
+}
+
+void fill_small_view(Widget form)
+{
+    Drawing* d = building;
+    if (!d)
+        return;
+    // The same input as the actual-size canvas, so either scale paints.
+    Widget area = make_view_area(form, d);
+    XtAddCallback(area, XmNexposeCallback, canvas_expose_cb, d);
+    XtAddCallback(area, XmNinputCallback, canvas_input_cb, d);
+    XtAddEventHandler(area, Button1MotionMask | Button2MotionMask | Button3MotionMask, False,
+                      canvas_motion_eh, d);
+    XtAddEventHandler(area, KeyPressMask, False, canvas_key_eh, d);
+    d->smallArea = area;
+}
+
+void fill_bw_view(Widget form)
+{
+    Drawing* d = building;
+    if (!d)
+        return;
+    Widget area = make_view_area(form, d);
+    XtAddCallback(area, XmNexposeCallback, bw_expose_cb, d);
+    d->bwArea = area;
+}
+
+void close_small_cb(Widget, XtPointer client, XtPointer) noexcept
+{
+    if (auto* d = static_cast<Drawing*>(client))
+        hide_small_view(d);
+}
+
+void close_bw_cb(Widget, XtPointer client, XtPointer) noexcept
+{
+    auto* d = static_cast<Drawing*>(client);
+    if (!d)
+        return;
+    if (d->bwDialog)
+        XtUnmanageChild(d->bwDialog);
+    set_toggle(d, CMD_SHOW_BW_VIEW, false);
+}
+
+// The dialogs hide themselves through their Close button, the window
+// manager's close included, so the View toggles always tell the truth.
+Widget make_view_dialog(Widget parent, Drawing* d, const char* name, void (*fill)(Widget),
+                        XtCallbackProc close)
+{
+    const DialogButton buttons[] = {
+        {"Close", close, d},
+        {nullptr, nullptr, nullptr},
+    };
+    Arg args[4];
+    Cardinal n = 0;
+    XtSetArg(args[n], XmNautoUnmanage, False), n++;
+    XtSetArg(args[n], XmNwidth, static_cast<Dimension>(std::max(res().smallViewWidth, 1))), n++;
+    XtSetArg(args[n], XmNheight, static_cast<Dimension>(std::max(res().smallViewHeight, 1))), n++;
+    XtSetArg(args[n], XmNresizePolicy, XmRESIZE_NONE), n++;
+    building = d;
+    Widget dialog = template_dialog(parent, name, fill, args, n, buttons);
+    building = nullptr;
+    if (!dialog)
+        return nullptr;
+    set_title(dialog, d->name);
+    if (Widget main = XtNameToWidget(dialog, "main"))
+        XtVaSetValues(main, XmNtopAttachment, XmATTACH_FORM, nullptr);
+    Widget shell = XtParent(dialog);
+    XtVaSetValues(shell, XmNdeleteResponse, XmDO_NOTHING, nullptr);
+    Atom del = XmInternAtom(XtDisplay(shell), const_cast<char*>("WM_DELETE_WINDOW"), False);
+    XmAddWMProtocolCallback(shell, del, close, d);
+    return dialog;
+}
+
+}  // namespace
+
+void create_small_view(Widget parent, Drawing* d)
+{
+    if (!parent || !d || d->smallViewDialog)
+        return;
+    d->smallViewDialog = make_view_dialog(parent, d, "SmallView Dialog", fill_small_view, close_small_cb);
+}
+
+void create_bw_view(Widget parent, Drawing* d)
+{
+    if (!parent || !d || d->bwDialog)
+        return;
+    d->bwDialog = make_view_dialog(parent, d, "BWView Dialog", fill_bw_view, close_bw_cb);
+}
+
+void small_view_update(Drawing* d, int x, int y, int width, int height)
+{
+    if (!d || !d->image || !shown(d->smallViewDialog) || !realized(d->smallArea))
+        return;
+    x = std::max(x, 0);
+    y = std::max(y, 0);
+    width = std::min(width, d->width - x);
+    height = std::min(height, d->height - y);
+    if (width <= 0 || height <= 0)
+        return;
+    Display* dpy = app().display;
+    Window win = XtWindow(d->smallArea);
+    unsigned w = static_cast<unsigned>(width), h = static_cast<unsigned>(height);
+    if (d->depth == 1)
+        XCopyPlane(dpy, d->image, win, app().gcs[GC_PLANE], x, y, w, h, x, y, 1);
+    else
+        XCopyArea(dpy, d->image, win, app().gcs[GC_COPY], x, y, w, h, x, y);
+}
+
+void bw_view_update(Drawing* d, int x, int y, int width, int height)
+{
+    if (!d || !d->image || d->depth == 1 || d->width == 0 || d->height == 0)
+        return;
+    // A pixmap made now is converted whole: nothing more to convert.
+    bool fresh = !d->bwPixmap;
+    if (!ensure_bw_pixmap(d))
+        return;
+    // Left and top edges are clamped without shrinking the rectangle: it
+    // converts a little more, never less.
+    x = std::max(x, 0);
+    y = std::max(y, 0);
+    if (x >= d->width || y >= d->height)
+        return;
+    width = std::min(width, d->width - x);
+    height = std::min(height, d->height - y);
+    if (width <= 0 || height <= 0)
+        return;
+    if (!fresh)
+        convert_rect(d, x, y, width, height);
+    copy_bw_to_window(d, x, y, width, height);
+}
+
+int cmd_show_small_view(Drawing* d, XEvent*, Boolean set)
+{
+    if (!d || !d->smallViewDialog)
+        return 1;
+    // At actual size the canvas is the small view (the item is
+    // insensitive there); the toggle must not claim otherwise.
+    if (d->zoom == 0) {
+        set_toggle(d, CMD_SHOW_SMALL_VIEW, shown(d->smallViewDialog));
+        return 0;
+    }
+    if (!set) {
+        hide_small_view(d);
+        return 0;
+    }
+    // The name may have changed since the view was last shown (Save As).
+    set_title(d->smallViewDialog, d->name);
+    XtManageChild(d->smallViewDialog);
+    set_toggle(d, CMD_SHOW_SMALL_VIEW, true);
+    // An area that was already mapped gets no new expose: paint it now.
+    small_view_update(d, 0, 0, d->width, d->height);
+    return 0;
+}
+
+int cmd_show_bw_view(Drawing* d, XEvent*, Boolean set)
+{
+    if (!d || !d->bwDialog || d->depth == 1)
+        return 1;
+    if (!set) {
+        XtUnmanageChild(d->bwDialog);
+        set_toggle(d, CMD_SHOW_BW_VIEW, false);
+        return 0;
+    }
+    set_title(d->bwDialog, d->name);
+    XtManageChild(d->bwDialog);
+    set_toggle(d, CMD_SHOW_BW_VIEW, true);
+    // The rendering is not kept while the view is hidden: convert it all.
+    render_bw_pixmap(d);
+    copy_bw_to_window(d, 0, 0, d->width, d->height);
+    return 0;
+}
+
+void hide_small_view(Drawing* d)
+{
+    if (!d)
+        return;
+    if (d->smallViewDialog)
+        XtUnmanageChild(d->smallViewDialog);
+    set_toggle(d, CMD_SHOW_SMALL_VIEW, false);
+}
+
+void hide_views(Drawing* d)
+{
+    if (!d)
+        return;
+    hide_small_view(d);
+    if (d->bwDialog)
+        XtUnmanageChild(d->bwDialog);
+    set_toggle(d, CMD_SHOW_BW_VIEW, false);
+}
+
+Pixmap render_bw_pixmap(Drawing* d)
+{
+    if (!d || !d->image || d->width == 0 || d->height == 0)
+        return None;
+    Display* dpy = app().display;
+    unsigned w = d->width, h = d->height;
+    if (!d->bwPixmap)
+        d->bwPixmap = XCreatePixmap(dpy, app().root, w, h, 1);
+    if (d->depth == 1)
+        XCopyArea(dpy, d->image, d->bwPixmap, app().gcs[GC_BIT_COPY], 0, 0, w, h, 0, 0);
+    else
+        convert_rect(d, 0, 0, d->width, d->height);
     return d->bwPixmap;
 }

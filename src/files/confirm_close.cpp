@@ -7,6 +7,7 @@
 
 #include "app/app.h"
 #include "app/draw.h"
+#include "app/session.h"
 #include "colour/converters.h"
 #include "files/file_dialog.h"
 #include "files/new_close.h"
@@ -115,7 +116,7 @@ Widget confirm_dialog() { return confirmDialog; }
 
 void request_close(Drawing* d)
 {
-    if (!d || !drawing_is_open(d))
+    if (!d || !drawing_is_open(d) || d->sessionClosed)
         return;
     if (!d->modified) {
         finish_close(nullptr, d, nullptr);
@@ -126,11 +127,14 @@ void request_close(Drawing* d)
 
 void finish_close(Widget, Drawing* d, XtPointer)
 {
-    if (!d || !drawing_is_open(d))
+    if (!d || !drawing_is_open(d) || d->sessionClosed)
         return;
     settle_selection(d);
     close_drawing(d);
     after_close(d);   // exits when no drawing is left
+    // Saved under a new name while the session ends: restart with it.
+    if (d->closing == 1)
+        update_restart_command(d);
     if (quitting)
         quit_next();
 }

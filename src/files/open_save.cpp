@@ -18,6 +18,7 @@
 #include "app/app.h"
 #include "app/draw.h"
 #include "app/safe_format.h"
+#include "app/session.h"
 #include "canvas/views.h"
 #include "files/copy_file.h"
 #include "files/file_dialog.h"
@@ -136,6 +137,7 @@ void overwrite_confirmed()
     hide_file_dialog();
     d->hasFile = 1;
     d->modified = 0;
+    update_restart_command(d);
     if (request.then)
         request.then(file_dialog(), d, nullptr);
 }
@@ -168,6 +170,7 @@ void save_ok_cb(Widget w, XtPointer client, XtPointer call) noexcept
     if (!bwSave) {
         d->hasFile = 1;
         d->modified = 0;
+        update_restart_command(d);
     }
     if (request.then)
         request.then(fd, d, call);
