@@ -33,6 +33,8 @@ struct ImageDeleter {
 };
 using ImagePtr = std::unique_ptr<XImage, ImageDeleter>;
 
+constexpr int VIEW_MARGIN = 4;   // the scrolled window's shadow on both sides
+
 // The template dialog's fill function gets only the form: the drawing
 // being built travels beside it.
 Drawing* building = nullptr;
@@ -153,6 +155,9 @@ Widget make_view_area(Widget form, Drawing* d)
 {
     Arg args[8];
     Cardinal n = 0;
+    // The resources size the visible area; the dialog grows around it.
+    XtSetArg(args[n], XmNwidth, static_cast<Dimension>(std::max(res().smallViewWidth, 1) + VIEW_MARGIN)), n++;
+    XtSetArg(args[n], XmNheight, static_cast<Dimension>(std::max(res().smallViewHeight, 1) + VIEW_MARGIN)), n++;
     XtSetArg(args[n], XmNscrollingPolicy, XmAUTOMATIC), n++;
     XtSetArg(args[n], XmNtopAttachment, XmATTACH_FORM), n++;
     XtSetArg(args[n], XmNbottomAttachment, XmATTACH_FORM), n++;
@@ -222,12 +227,11 @@ Widget make_view_dialog(Widget parent, Drawing* d, const char* name, void (*fill
         {"Close", close, d},
         {nullptr, nullptr, nullptr},
     };
-    Arg args[4];
+    Arg args[2];
     Cardinal n = 0;
     XtSetArg(args[n], XmNautoUnmanage, False), n++;
-    XtSetArg(args[n], XmNwidth, static_cast<Dimension>(std::max(res().smallViewWidth, 1))), n++;
-    XtSetArg(args[n], XmNheight, static_cast<Dimension>(std::max(res().smallViewHeight, 1))), n++;
-    XtSetArg(args[n], XmNresizePolicy, XmRESIZE_NONE), n++;
+    // The view keeps its size when a drawing of another size takes the slot.
+    XtSetArg(args[n], XmNresizePolicy, XmRESIZE_GROW), n++;
     building = d;
     Widget dialog = template_dialog(parent, name, fill, args, n, buttons);
     building = nullptr;

@@ -1,0 +1,361 @@
+// The small (actual-size) view and the black-and-white view: what their
+// windows show pixel for pixel, how they follow painting, the toggles and
+// their sensitivity, zooming to actual size and closing the drawing.
+#include "canvas_support.h"   // first: gtest before Xlib's macros
+
+#include <X11/Xutil.h>
+#include <Xm/DrawingA.h>
+#include <Xm/ToggleB.h>
+#include <Xm/Xm.h>
+
+#include <memory>
+#include <sstream>
+
+#include "app/app.h"
+#include "app/commands.h"
+#include "app/draw.h"
+#include "app/menus.h"
+#include "canvas/image_store.h"
+#include "canvas/input.h"
+#include "canvas/views.h"
+#include "colour/color_list.h"
+#include "files_support.h"
+#include "tools/palettes.h"
+#include "tools/tool_table.h"
+
+namespace {
+
+struct ImageDeleter {
+    void operator()(XImage* im) const { XDestroyImage(im); }
+};
+using ImagePtr = std::unique_ptr<XImage, ImageDeleter>;
+
+bool toggle_on(Drawing* d, int command)
+{
+    Widget t = menu_item(d, command);
+    return t && XmToggleButtonGetState(t) && d->menuState.toggles[command];
+}
+
+bool sensitive(Drawing* d, int command)
+{
+    Widget w = menu_item(d, command);
+    return w && XtIsSensitive(w);
+}
+
+// Reads back the top-left w x h of a view's area, with its dialog raised
+// and the server grabbed so no other window covers it.
+ImagePtr read_area(Widget dialog, Widget area, int w, int h)
+{
+    ServerGrab grab;
+    XRaiseWindow(app().display, XtWindow(XtParent(dialog)));
+    pump();
+    return ImagePtr(XGetImage(app().display, XtWindow(area), 0, 0, static_cast<unsigned>(w),
+                              static_cast<unsigned>(h), AllPlanes, ZPixmap));
+}
+
+// Compares the visible part of the small view with the image ("" if equal).
+std::string check_small_view(Drawing* d, int w, int h)
+{
+    ImagePtr shown = read_area(d->smallViewDialog, d->smallArea, w, h);
+    ImagePtr image(XGetImage(app().display, d->image, 0, 0, static_cast<unsigned>(w),
+                             static_cast<unsigned>(h), d->depth == 1 ? 1 : AllPlanes, ZPixmap));
+    if (!shown || !image)
+        return "XGetImage failed";
+    for (int y = 0; y < h; y++)
+        for (int x = 0; x < w; x++) {
+            unsigned long want = XGetPixel(image.get(), x, y);
+            if (d->depth == 1)
+                want = want ? app().blackPixel : app().whitePixel;
+            unsigned long got = XGetPixel(shown.get(), x, y);
+            if (got != want) {
+                std::ostringstream out;
+                out << "(" << x << "," << y << "): got " << got << " want " << want;
+                return out.str();
+            }
+        }
+    return "";
+}
+
+// A press and release in the small view's area, window coordinates.
+void small_click(Drawing* d, int x, int y)
+{
+    for (int type : {ButtonPress, ButtonRelease}) {
+        XEvent ev{};
+        ev.xbutton.type = type;
+        ev.xbutton.display = app().display;
+        ev.xbutton.window = XtWindow(d->smallArea);
+        ev.xbutton.x = x;
+        ev.xbutton.y = y;
+        ev.xbutton.button = Button1;
+        ev.xbutton.state = type == ButtonRelease ? Button1Mask : 0;
+        ev.xbutton.same_screen = True;
+        XmDrawingAreaCallbackStruct cbs{};
+        cbs.reason = XmCR_INPUT;
+        cbs.event = &ev;
+        canvas_input_cb(d->smallArea, d, &cbs);
+    }
+    pump();
+}
+
+void fill(Drawing* d, unsigned long pixel, int x, int y, int w, int h)
+{
+    Display* dpy = app().display;
+    GC gc = XCreateGC(dpy, d->image, 0, nullptr);
+    XSetForeground(dpy, gc, pixel);
+    XFillRectangle(dpy, d->image, gc, x, y, static_cast<unsigned>(w), static_cast<unsigned>(h));
+    XFreeGC(dpy, gc);
+    refresh_rect(d, x, y, w, h);
+    pump();
+}
+
+unsigned long bw_bit(Drawing* d, int x, int y)
+{
+    ImagePtr im(XGetImage(app().display, d->bwPixmap, x, y, 1, 1, 1, ZPixmap));
+    return im ? XGetPixel(im.get(), 0, 0) : ~0UL;
+}
+
+std::string dialog_title(Widget dialog)
+{
+    XmString title = nullptr;
+    XtVaGetValues(dialog, XmNdialogTitle, &title, nullptr);
+    char* text = nullptr;
+    if (title)
+        text = static_cast<char*>(XmStringUnparse(title, nullptr, XmCHARSET_TEXT, XmCHARSET_TEXT,
+                                                  nullptr, 0, XmOUTPUT_ALL));
+    std::string s = text ? text : "";
+    XtFree(text);
+    XmStringFree(title);
+    return s;
+}
+
+}  // namespace
+
+// The small view shows the image pixel for pixel, follows painting on the
+// magnified canvas, and painting in it reaches the image and the canvas.
+TEST(SmallView, ShowsFollowsAndPaints)
+{
+    XErrorTrap trap;
+    Drawing* d = make_drawing(24, 20);
+    ASSERT_NE(d, nullptr);
+    set_zoom(d, 2);
+    ASSERT_NE(d->smallViewDialog, nullptr);
+    EXPECT_FALSE(XtIsManaged(d->smallViewDialog)) << "hidden until asked for";
+    EXPECT_STREQ(XtName(d->smallArea), "smallDrawArea");
+    EXPECT_STREQ(XtName(d->smallViewDialog), "SmallView Dialog");
+
+    run_command(d, CMD_SHOW_SMALL_VIEW, nullptr, True);
+    pump();
+    ASSERT_TRUE(XtIsManaged(d->smallViewDialog));
+    EXPECT_TRUE(toggle_on(d, CMD_SHOW_SMALL_VIEW));
+    EXPECT_EQ(dialog_title(d->smallViewDialog), d->name);
+    Dimension aw = 0, ah = 0;
+    XtVaGetValues(d->smallArea, XmNwidth, &aw, XmNheight, &ah, nullptr);
+    EXPECT_EQ(aw, 24);
+    EXPECT_EQ(ah, 20);
+
+    paint_test_picture(d);
+    EXPECT_EQ(check_small_view(d, 24, 20), "") << "after a whole-image refresh";
+
+    select_tool(d, TOOL_LINE);
+    stroke(d, Button1, {{3, 4}, {20, 15}});
+    EXPECT_EQ(image_pixel(d, 3, 4), foreground_pixel(d));
+    EXPECT_EQ(check_small_view(d, 24, 20), "") << "after a line drawn on the canvas";
+
+    // Exposure repaints from the image.
+    XClearArea(app().display, XtWindow(d->smallArea), 0, 0, 0, 0, True);
+    pump();
+    EXPECT_EQ(check_small_view(d, 24, 20), "") << "after an expose";
+
+    select_tool(d, TOOL_PENCIL);
+    small_click(d, 10, 7);
+    unsigned long fg = foreground_pixel(d);
+    EXPECT_EQ(image_pixel(d, 10, 7), fg) << "painting in the view is actual size";
+    {
+        ServerGrab grab;
+        XRaiseWindow(app().display, XtWindow(d->shell));
+        pump();
+        EXPECT_EQ(window_pixel(XtWindow(d->zoomedArea), cell_centre(d, 10), cell_centre(d, 7)), fg)
+            << "the magnified canvas shows the pixel painted in the view";
+    }
+    ImagePtr shown = read_area(d->smallViewDialog, d->smallArea, 24, 20);
+    ASSERT_TRUE(shown);
+    EXPECT_EQ(XGetPixel(shown.get(), 10, 7), fg);
+    EXPECT_EQ(trap.errors(), 0);
+}
+
+// Zooming to actual size hides the view and turns its toggle off and
+// insensitive; zooming in again leaves it hidden; at actual size the
+// command does nothing; Close and the toggle both hide it.
+TEST(SmallView, ToggleZoomAndClose)
+{
+    Drawing* d = make_drawing(16, 16);
+    ASSERT_NE(d, nullptr);
+    set_zoom(d, 0);
+    EXPECT_FALSE(sensitive(d, CMD_SHOW_SMALL_VIEW));
+    run_command(d, CMD_SHOW_SMALL_VIEW, nullptr, True);
+    EXPECT_FALSE(XtIsManaged(d->smallViewDialog)) << "no small view at actual size";
+    EXPECT_FALSE(toggle_on(d, CMD_SHOW_SMALL_VIEW));
+
+    zoom_in(d, nullptr);
+    EXPECT_TRUE(sensitive(d, CMD_SHOW_SMALL_VIEW));
+    run_command(d, CMD_SHOW_SMALL_VIEW, nullptr, True);
+    pump();
+    ASSERT_TRUE(XtIsManaged(d->smallViewDialog));
+    zoom_out(d, nullptr);   // 2 goes straight to 0
+    pump();
+    EXPECT_EQ(d->zoom, 0);
+    EXPECT_FALSE(XtIsManaged(d->smallViewDialog));
+    EXPECT_FALSE(toggle_on(d, CMD_SHOW_SMALL_VIEW));
+    EXPECT_FALSE(sensitive(d, CMD_SHOW_SMALL_VIEW));
+    zoom_in(d, nullptr);
+    pump();
+    EXPECT_FALSE(XtIsManaged(d->smallViewDialog)) << "zooming in does not bring it back";
+
+    // Through the toggle widget itself, as a user would.
+    XmToggleButtonSetState(menu_item(d, CMD_SHOW_SMALL_VIEW), True, True);
+    pump();
+    EXPECT_TRUE(XtIsManaged(d->smallViewDialog));
+    XmToggleButtonSetState(menu_item(d, CMD_SHOW_SMALL_VIEW), False, True);
+    pump();
+    EXPECT_FALSE(XtIsManaged(d->smallViewDialog));
+
+    run_command(d, CMD_SHOW_SMALL_VIEW, nullptr, True);
+    pump();
+    filetest::press(d->smallViewDialog, "Close");
+    pump();
+    EXPECT_FALSE(XtIsManaged(d->smallViewDialog));
+    EXPECT_FALSE(toggle_on(d, CMD_SHOW_SMALL_VIEW)) << "Close turns the toggle off";
+}
+
+// An image larger than the view scrolls inside it; a bitmap shows black
+// and white; the title follows a new name the next time it opens.
+TEST(SmallView, LargeImageScrollsBitmapAndRename)
+{
+    Drawing* d = new_untitled_drawing(nullptr, 300, 200);
+    ASSERT_NE(d, nullptr);
+    pump();
+    set_zoom(d, 1);
+    run_command(d, CMD_SHOW_SMALL_VIEW, nullptr, True);
+    pump();
+    Dimension dw = 0, dh = 0;
+    XtVaGetValues(d->smallViewDialog, XmNwidth, &dw, XmNheight, &dh, nullptr);
+    EXPECT_LT(dw, 300) << "the view keeps its own size";
+    Widget clip = XtParent(d->smallArea);
+    Dimension cw = 0;
+    XtVaGetValues(clip, XmNwidth, &cw, nullptr);
+    EXPECT_LT(cw, 300) << "only part of the image is in view";
+
+    run_command(d, CMD_SHOW_SMALL_VIEW, nullptr, False);
+    set_name(d, "/tmp/renamed.xpm");
+    run_command(d, CMD_SHOW_SMALL_VIEW, nullptr, True);
+    pump();
+    EXPECT_EQ(dialog_title(d->smallViewDialog), "/tmp/renamed.xpm");
+
+    Drawing* b = create_drawing("bits", 12, 10, 1, None, -1, -1, nullptr);
+    ASSERT_NE(b, nullptr);
+    pump();
+    set_zoom(b, 3);
+    run_command(b, CMD_SHOW_SMALL_VIEW, nullptr, True);
+    pump();
+    select_tool(b, TOOL_LINE);
+    stroke(b, Button1, {{2, 2}, {9, 7}});
+    EXPECT_EQ(image_pixel(b, 2, 2), 1UL);
+    EXPECT_EQ(check_small_view(b, 12, 10), "");
+    EXPECT_FALSE(XtIsManaged(menu_item(b, CMD_SHOW_BW_VIEW))) << "bitmaps have no BW view";
+    EXPECT_NE(run_command(b, CMD_SHOW_BW_VIEW, nullptr, True), 0);
+}
+
+// The black-and-white view shows black for black, white for white and
+// transparent; it follows painting while shown, catches up when shown
+// again, and repaints when a colour's mapping changes.
+TEST(BWView, ShowsMappingFollowsAndCatchesUp)
+{
+    XErrorTrap trap;
+    Drawing* d = make_drawing(20, 12);
+    ASSERT_NE(d, nullptr);
+    ASSERT_NE(d->bwDialog, nullptr);
+    EXPECT_STREQ(XtName(d->bwDialog), "BWView Dialog");
+    EXPECT_STREQ(XtName(d->bwArea), "smallDrawArea");
+    ColorList* list = color_list_of(d);
+    ASSERT_NE(list, nullptr);
+    // A new drawing's colours: transparent, white, black, each its own cell.
+    ColorEntry* whiteEntry = list->anchor->next->next;
+    ASSERT_NE(whiteEntry, nullptr);
+    ASSERT_NE(whiteEntry->next, nullptr);
+    unsigned long white = whiteEntry->pixel, black = whiteEntry->next->pixel;
+    ASSERT_EQ(whiteEntry->mapsTo, app().whitePixel);
+    ASSERT_EQ(whiteEntry->next->mapsTo, app().blackPixel);
+    fill(d, black, 0, 0, 5, 12);
+    fill(d, white, 5, 0, 5, 12);   // columns 10.. stay transparent
+
+    run_command(d, CMD_SHOW_BW_VIEW, nullptr, True);
+    pump();
+    ASSERT_TRUE(XtIsManaged(d->bwDialog));
+    EXPECT_TRUE(toggle_on(d, CMD_SHOW_BW_VIEW));
+    auto expect_view = [&](int blackUpTo, const char* when) {
+        ImagePtr im = read_area(d->bwDialog, d->bwArea, 20, 12);
+        ASSERT_TRUE(im);
+        for (int y = 0; y < 12; y++)
+            for (int x = 0; x < 20; x++)
+                ASSERT_EQ(XGetPixel(im.get(), x, y), x < blackUpTo ? app().blackPixel : app().whitePixel)
+                    << when << " at " << x << "," << y;
+    };
+    expect_view(5, "on show");
+
+    fill(d, black, 5, 0, 3, 12);
+    expect_view(8, "after painting while shown");
+
+    run_command(d, CMD_SHOW_BW_VIEW, nullptr, False);
+    pump();
+    EXPECT_FALSE(XtIsManaged(d->bwDialog));
+    fill(d, black, 8, 0, 2, 12);   // over white and transparent alike
+    fill(d, white, 10, 0, 2, 12);
+    EXPECT_EQ(bw_bit(d, 9, 3), 0UL) << "no conversion while hidden";
+    run_command(d, CMD_SHOW_BW_VIEW, nullptr, True);
+    pump();
+    EXPECT_EQ(bw_bit(d, 9, 3), 1UL) << "converted whole when shown";
+    expect_view(10, "after showing again");
+
+    // White now renders black: the open view follows at once.
+    d->modified = 0;
+    whiteEntry->mapsTo = app().blackPixel;
+    list->colorChanged(list->colorChangedData);
+    pump();
+    EXPECT_TRUE(d->modified);
+    expect_view(12, "after white was mapped to black");
+    EXPECT_EQ(trap.errors(), 0);
+}
+
+// Closing a drawing hides both views and turns their toggles off; the slot
+// reused by a new drawing of another size has views of the new size.
+TEST(BWView, CloseHidesViewsAndReuseResizes)
+{
+    Drawing* keep = make_drawing(8, 8);
+    Drawing* d = make_drawing(10, 10);
+    ASSERT_NE(keep, nullptr);
+    ASSERT_NE(d, nullptr);
+    set_zoom(d, 2);
+    run_command(d, CMD_SHOW_SMALL_VIEW, nullptr, True);
+    run_command(d, CMD_SHOW_BW_VIEW, nullptr, True);
+    pump();
+    close_drawing(d);
+    pump();
+    EXPECT_FALSE(XtIsManaged(d->smallViewDialog));
+    EXPECT_FALSE(XtIsManaged(d->bwDialog));
+    EXPECT_FALSE(toggle_on(d, CMD_SHOW_SMALL_VIEW));
+    EXPECT_FALSE(toggle_on(d, CMD_SHOW_BW_VIEW));
+
+    Drawing* again = make_drawing(30, 14);
+    ASSERT_EQ(again, d) << "the closed record is reused";
+    Dimension w = 0, h = 0;
+    XtVaGetValues(again->bwArea, XmNwidth, &w, XmNheight, &h, nullptr);
+    EXPECT_EQ(w, 30);
+    EXPECT_EQ(h, 14);
+    XtVaGetValues(again->smallArea, XmNwidth, &w, XmNheight, &h, nullptr);
+    EXPECT_EQ(w, 30);
+    EXPECT_EQ(h, 14);
+    fill(again, app().blackPixel, 25, 10, 5, 4);
+    run_command(again, CMD_SHOW_BW_VIEW, nullptr, True);
+    pump();
+    EXPECT_EQ(bw_bit(again, 29, 13), 1UL) << "the rendering has the new image's size";
+}
