@@ -1,0 +1,144 @@
+// The auxiliary views and the session protocols from the outside: the
+// real program opens its actual-size and black-and-white views from the
+// View menu's keys and shows the picture in them, writes its restart
+// command on its window, and leaves when a session manager ends it.
+#include <gtest/gtest.h>
+
+#include <X11/Xutil.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <memory>
+#include <sstream>
+#include <string>
+
+#include "e2e_support.h"
+
+namespace {
+
+constexpr int SIZE = 16;
+
+// Columns 0-5 black, 6-9 red (black in black and white), 10-15 white.
+std::string picture_xpm()
+{
+    std::ostringstream s;
+    s << "/* XPM */\nstatic char *pic[] = {\n\"16 16 3 1\",\n\"# c #000000 m black\",\n"
+         "\"r c #FF0000 m black\",\n\". c #FFFFFF m white\",\n";
+    for (int y = 0; y < SIZE; y++)
+        s << "\"######rrrr......\"" << (y < SIZE - 1 ? ",\n" : "};\n");
+    return s.str();
+}
+
+struct ImageDeleter {
+    void operator()(XImage* im) const { XDestroyImage(im); }
+};
+using ImagePtr = std::unique_ptr<XImage, ImageDeleter>;
+
+ImagePtr read_window(Display* dpy, Window top, Window w)
+{
+    XRaiseWindow(dpy, top);
+    XSync(dpy, False);
+    e2e_sleep_ms(200);   // the program repaints what the raise exposed
+    XGrabServer(dpy);
+    ImagePtr im(XGetImage(dpy, w, 0, 0, SIZE, SIZE, AllPlanes, ZPixmap));
+    XUngrabServer(dpy);
+    XSync(dpy, False);
+    return im;
+}
+
+// 0xRRGGBB of a pixel, 8 bits each.
+unsigned rgb(Display* dpy, unsigned long pixel)
+{
+    XColor c{};
+    c.pixel = pixel;
+    XQueryColor(dpy, DefaultColormap(dpy, DefaultScreen(dpy)), &c);
+    return ((c.red >> 8) << 16) | ((c.green >> 8) << 8) | (c.blue >> 8);
+}
+
+void send_protocol(Display* dpy, Window w, const char* protocol)
+{
+    XEvent ev{};
+    ev.xclient.type = ClientMessage;
+    ev.xclient.window = w;
+    ev.xclient.message_type = XInternAtom(dpy, "WM_PROTOCOLS", False);
+    ev.xclient.format = 32;
+    ev.xclient.data.l[0] = static_cast<long>(XInternAtom(dpy, protocol, False));
+    ev.xclient.data.l[1] = CurrentTime;
+    XSendEvent(dpy, w, False, NoEventMask, &ev);
+    XSync(dpy, False);
+}
+
+}  // namespace
+
+TEST(ViewsSessionE2e, ViewsShowThePictureAndTheSessionEndsIt)
+{
+    char pattern[] = "/tmp/pictrel-views-e2e-XXXXXX";
+    ASSERT_NE(mkdtemp(pattern), nullptr);
+    std::string dir = pattern, path = dir + "/pic.xpm";
+    std::ofstream(path) << picture_xpm();
+
+    E2eApp app;
+    ASSERT_TRUE(app.connected());
+    ASSERT_TRUE(app.start({path, "-zoomLevel", "2"}));
+    Window shell = app.wait_window("pic.xpm");
+    ASSERT_NE(shell, 0u);
+    Display* dpy = app.display();
+
+    // The restart command: program, file and zoom.
+    char** argv = nullptr;
+    int argc = 0;
+    ASSERT_TRUE(XGetCommand(dpy, shell, &argv, &argc));
+    std::vector<std::string> cmd(argv, argv + argc);
+    XFreeStringList(argv);
+    ASSERT_EQ(cmd.size(), 4u);
+    EXPECT_EQ(cmd[0][0], '/');
+    EXPECT_NE(cmd[0].find(app.app_name()), std::string::npos) << cmd[0];
+    EXPECT_EQ(cmd[1], path);
+    EXPECT_EQ(cmd[2], "-zoomLevel");
+    EXPECT_EQ(cmd[3], "2");
+
+    // View > Actual Size View, through the menu keys.
+    app.keys(shell, {"F10", "Right", "Right", "Down", "a"});
+    Window small = app.wait_window(path);
+    ASSERT_NE(small, 0u) << "the small view is titled with the drawing's name";
+    Window area = find_canvas(dpy, small, SIZE, SIZE);
+    ASSERT_NE(area, 0u);
+    ImagePtr shown = read_window(dpy, small, area);
+    ASSERT_TRUE(shown);
+    for (int x = 0; x < SIZE; x++) {
+        unsigned want = x < 6 ? 0x000000 : x < 10 ? 0xFF0000 : 0xFFFFFF;
+        EXPECT_EQ(rgb(dpy, XGetPixel(shown.get(), x, 5)), want) << "small view column " << x;
+    }
+
+    // View > Black and White View: red turns black.
+    app.keys(shell, {"F10", "Right", "Right", "Down", "b"});
+    Window bw = 0;
+    for (int i = 0; i < 50 && !bw; i++) {
+        for (const E2eWindow& w : app.windows())
+            if (w.title == path && w.id != small)
+                bw = w.id;
+        if (!bw)
+            e2e_sleep_ms(100);
+    }
+    ASSERT_NE(bw, 0u);
+    Window bwArea = find_canvas(dpy, bw, SIZE, SIZE);
+    ASSERT_NE(bwArea, 0u);
+    shown = read_window(dpy, bw, bwArea);
+    ASSERT_TRUE(shown);
+    for (int x = 0; x < SIZE; x++)
+        EXPECT_EQ(rgb(dpy, XGetPixel(shown.get(), x, 5)), x < 10 ? 0x000000u : 0xFFFFFFu)
+            << "black-and-white column " << x;
+    app.screenshot("views_session");
+
+    // The session ends: prepare-to-die closes the unmodified drawing and
+    // the program stays until closedown.
+    send_protocol(dpy, shell, "WM_PREPARE_TO_DIE");
+    e2e_sleep_ms(300);
+    EXPECT_TRUE(app.running()) << "prepare-to-die alone does not end the program";
+    send_protocol(dpy, shell, "WM_CLOSEDOWN");
+    int status = -1;
+    ASSERT_TRUE(app.wait_exit(&status));
+    EXPECT_EQ(status, 0);
+    std::system(("rm -rf '" + dir + "'").c_str());
+}
