@@ -18,12 +18,14 @@
 
 #include "app/app.h"
 #include "app/commands.h"
+#include "app/cursors.h"
 #include "app/draw.h"
 #include "app/menus.h"
 #include "canvas/image_store.h"
 #include "canvas/input.h"
 #include "colour/color_list.h"
 #include "colour/converters.h"
+#include "tools/tool_table.h"
 
 namespace {
 
@@ -323,6 +325,9 @@ int cmd_show_small_view(Drawing* d, XEvent*, Boolean set)
     set_title(d->smallViewDialog, d->name);
     XtManageChild(d->smallViewDialog);
     set_toggle(d, CMD_SHOW_SMALL_VIEW, true);
+    // Its area is realised only now: give it the current tool's cursor.
+    if (d->currentTool >= 0 && d->currentTool < toolCount)
+        set_cursor(d, toolTable[d->currentTool].cursor);
     // An area that was already mapped gets no new expose: paint it now.
     small_view_update(d, 0, 0, d->width, d->height);
     return 0;

@@ -96,8 +96,9 @@ TEST(Session, SaveYourselfWritesTheRestartCommand)
     std::vector<std::string> cmd = wm_command(d);
     ASSERT_EQ(cmd.size(), 4u) << "set when the drawing is created";
     EXPECT_EQ(cmd[0][0], '/') << cmd[0];
-    if (res().programName[0] == '/')
+    if (res().programName[0] == '/') {
         EXPECT_EQ(real(cmd[0]), real("/proc/self/exe")) << "the program itself";
+    }
     EXPECT_EQ(cmd[1], real(dir.path("a.xbm"))) << "the file, made absolute";
     EXPECT_EQ(cmd[2], "-zoomLevel");
     EXPECT_EQ(cmd[3], std::to_string(d->zoom));
