@@ -14,6 +14,7 @@
 
 #include "app/app.h"
 #include "app/cursors.h"
+#include "app/drop_open.h"
 #include "app/menus.h"
 #include "app/message.h"
 #include "app/safe_format.h"
@@ -268,6 +269,8 @@ Drawing* create_drawing(const char* name, int width, int height, int depth, Pixm
 
     reset_tool_state(d);
     XtPopup(d->shell, XtGrabNone);
+    // The top-level widget never maps: files are dropped on drawing windows.
+    register_drop_site(d->shell);
     size_canvas(d);
     show_bitmap_items(d);
 

@@ -12,6 +12,7 @@
 #include "app/app.h"
 #include "app/cursors.h"
 #include "app/draw.h"
+#include "app/drop_open.h"
 #include "app/message.h"
 #include "app/safe_format.h"
 #include "colour/converters.h"
@@ -181,6 +182,9 @@ int startup(int* argc, char** argv)
         show_message(a.topLevel, text, 0, wrong_visual_ok_cb, nullptr);
         return 1;
     }
+
+    // Files dropped from the desktop open as drawings.
+    register_drop_site(a.topLevel);
 
     XtGetApplicationResources(a.topLevel, &a.res, resources, XtNumber(resources), nullptr, 0);
     range_check(&a.res.drawAreaWidth, 512, "drawAreaWidth");
