@@ -305,13 +305,14 @@ void dropin_trap_errors(Display* dpy)
     previousHandler = XSetErrorHandler(dropin_error_handler);
 }
 
-void dropin_untrap_errors(Display* dpy)
+int dropin_untrap_errors(Display* dpy)
 {
     if (trapDepth == 0 || --trapDepth > 0)
-        return;
+        return 0;
     XSync(dpy, False);
     XSetErrorHandler(previousHandler);
     previousHandler = nullptr;
+    return lastErrorCode;
 }
 
 int dropin_register(Widget w, DragOutProvider provider, DropInCallback callback, XtPointer clientData)

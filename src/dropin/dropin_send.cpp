@@ -135,12 +135,13 @@ TransferAtom* take_transfer_atom(Display* dpy, Window source)
     return t;
 }
 
-void send_to(Display* dpy, Window source, Window site, const XButtonEvent& ev, const DragOutRequest& request)
+TransferAtom* send_to(Display* dpy, Window source, Window site, const XButtonEvent& ev,
+                      const DragOutRequest& request)
 {
     int x = 0, y = 0;
     Window child = None;
     if (!XTranslateCoordinates(dpy, ev.root, site, ev.x_root, ev.y_root, &x, &y, &child))
-        return;   // the site is on another screen, or gone
+        return nullptr;   // the site is on another screen, or gone
     int format = request.format == 16 || request.format == 32 ? request.format : 8;
     unsigned long nitems = request.data ? request.nitems : 0;
     if (nitems > maxSendItems)
@@ -162,6 +163,19 @@ void send_to(Display* dpy, Window source, Window site, const XButtonEvent& ev, c
     DropWords words{ev.time, x, y, ev.state, false, request.type, t->atom};
     pack_drop_words(words, message.xclient.data.l);
     XSendEvent(dpy, site, False, 0, &message);
+    return t;
+}
+
+// A site that vanished while we wrote to it will never delete the property
+// nor report its destruction to us: its transfer atom is free again.
+void forget_if_gone(Display* dpy, TransferAtom* t)
+{
+    XWindowAttributes attributes;
+    dropin_trap_errors(dpy);
+    bool gone = !XGetWindowAttributes(dpy, t->target, &attributes);
+    dropin_untrap_errors(dpy);
+    if (gone)
+        t->inUse = False;
 }
 
 void release_target(Display* dpy, Window target)
@@ -220,17 +234,20 @@ void send_drop_out(Site* site, XEvent* event, String* params, Cardinal nparams)
     Display* dpy = XtDisplay(site->widget);
     dropin_trap_errors(dpy);
     FoundSite found;
+    TransferAtom* sent = nullptr;
     // A site property naming one of our own windows is not a foreign site.
     if (find_site(dpy, event->xbutton, &found) && !own_window(dpy, found.window)) {
         DragOutRequest request{XA_STRING, 8, nullptr, 0, True};
         if (site->provider)
             site->provider(found.accepted, found.count, params, nparams, &request);
-        send_to(dpy, XtWindow(site->widget), found.window, event->xbutton, request);
+        sent = send_to(dpy, XtWindow(site->widget), found.window, event->xbutton, request);
         if (request.freeData && request.data)
             XFree(request.data);
     }
     free(found.accepted);
-    dropin_untrap_errors(dpy);
+    bool failed = dropin_untrap_errors(dpy) != 0;
+    if (sent && failed)
+        forget_if_gone(dpy, sent);
 }
 
 }  // namespace dropin

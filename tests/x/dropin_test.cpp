@@ -1,10 +1,9 @@
 // The drop-in protocol against a real server: a second connection plays the
-// desktop (dropping files on a drawing window) and a foreign drop site
+// desktop (dropping files on the program's windows) and a foreign drop site
 // (receiving what the program drags out). Every fixture is generated here.
 #include "x_env.h"
 
 #include <X11/Xatom.h>
-#include <Xm/Xm.h>
 #include <unistd.h>
 
 #include <string>
@@ -19,54 +18,49 @@ using namespace filetest;
 
 namespace {
 
-// The other client: its own connection, its own atoms.
+// The other client, on its own connection.
 struct Peer {
     Display* dpy = XOpenDisplay(DisplayString(app().display));
-    ~Peer()
-    {
-        if (dpy)
-            XCloseDisplay(dpy);
-    }
+    ~Peer() { XCloseDisplay(dpy); }
     Atom atom(const char* name) { return XInternAtom(dpy, name, False); }
 
     // Writes a transfer property on `site` and announces it; returns its atom.
-    Atom drop(Window site, Atom type, int format, const std::string& bytes, int messageFormat = 32,
-              const char* propertyName = "OXA_DROP_PROTOCOL_77_abc")
+    Atom drop(Window site, Atom type, int format, const std::string& bytes, int messageFormat = 32)
     {
-        Atom property = atom(propertyName);
-        int n = static_cast<int>(bytes.size()) / (format / 8);
+        Atom property = atom("OXA_DROP_PROTOCOL_77_abc");
         XChangeProperty(dpy, site, property, type, format, PropModeReplace,
-                        reinterpret_cast<const unsigned char*>(bytes.data()), n);
+                        reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size() / (format / 8));
         announce(site, property, type, messageFormat);
         return property;
     }
-
     void announce(Window site, Atom property, Atom type, int messageFormat = 32)
     {
         XEvent m{};
-        m.xclient.type = ClientMessage;
-        m.xclient.window = site;
-        m.xclient.message_type = atom("OXA_DROP_PROTOCOL");
-        m.xclient.format = messageFormat;
-        DropWords w{CurrentTime, 5, 6, 0, false, type, property};
-        pack_drop_words(w, m.xclient.data.l);
+        m.xclient = {ClientMessage, 0, False, dpy, site, atom("OXA_DROP_PROTOCOL"), messageFormat, {}};
+        pack_drop_words({CurrentTime, 5, 6, 0, false, type, property}, m.xclient.data.l);
         XSendEvent(dpy, site, False, 0, &m);
         XSync(dpy, False);
         pump();
     }
-
-    bool has_property(Window w, Atom property)
+    // The property's bytes; `*type` None when it is not there.
+    std::string property(Window w, Atom property, Atom* type)
     {
-        Atom type = None;
         int format = 0;
         unsigned long n = 0, after = 0;
         unsigned char* data = nullptr;
-        XGetWindowProperty(dpy, w, property, 0, 0, False, AnyPropertyType, &type, &format, &n, &after, &data);
+        XGetWindowProperty(dpy, w, property, 0, 1024, False, AnyPropertyType, type, &format, &n, &after, &data);
+        size_t size = format == 32 ? n * sizeof(long) : n * (format / 8);   // Xlib hands out longs
+        std::string s = data ? std::string(reinterpret_cast<char*>(data), size) : "";
         if (data)
             XFree(data);
+        return s;
+    }
+    bool has(Window w, Atom p)
+    {
+        Atom type = None;
+        property(w, p, &type);
         return type != None;
     }
-
     // A mapped, unmanaged window that advertises itself as a drop site.
     Window make_site(int x, int y)
     {
@@ -79,36 +73,28 @@ struct Peer {
                         reinterpret_cast<unsigned char*>(&self), 1);
         XMapRaised(dpy, w);
         XSync(dpy, False);
+        pump();
         return w;
     }
-
-    // The next drop message that reached `w`, waiting a little for it.
-    bool next_message(Window w, XEvent* out)
+    // The words of the next drop message that reached `w`, waiting a little.
+    bool next_message(Window w, DropWords* words)
     {
-        for (int i = 0; i < 50; i++) {
+        XEvent e;
+        for (int i = 0; i < 30; i++, usleep(10000)) {
             pump(1);
             XSync(dpy, False);
-            if (XCheckTypedWindowEvent(dpy, w, ClientMessage, out))
+            if (XCheckTypedWindowEvent(dpy, w, ClientMessage, &e)) {
+                EXPECT_EQ(e.xclient.message_type, atom("OXA_DROP_PROTOCOL"));
+                EXPECT_EQ(e.xclient.format, 32);
+                *words = unpack_drop_words(e.xclient.data.l);
                 return true;
-            usleep(10000);
+            }
         }
         return false;
     }
-
-    std::string string_property(Window w, Atom property, Atom* type)
-    {
-        int format = 0;
-        unsigned long n = 0, after = 0;
-        unsigned char* data = nullptr;
-        XGetWindowProperty(dpy, w, property, 0, 1024, False, AnyPropertyType, type, &format, &n, &after, &data);
-        std::string s = data ? std::string(reinterpret_cast<char*>(data), n) : "";
-        if (data)
-            XFree(data);
-        return s;
-    }
 };
 
-std::string host_and_files(const std::vector<const char*>& files)
+std::string host_and_files(std::vector<const char*> files)
 {
     size_t length = 0;
     char* joined = join_host_files("somehost", files.data(), static_cast<int>(files.size()), &length);
@@ -118,26 +104,13 @@ std::string host_and_files(const std::vector<const char*>& files)
 }
 
 bool error_shown() { return message_dialog(0) && XtIsManaged(message_dialog(0)); }
-void dismiss_error()
-{
-    if (error_shown())
-        XtUnmanageChild(message_dialog(0));
-    pump();
-}
 
-// A drag out ending with a button release at root position (x, y).
+// A drag out of `w` ending with a button 2 release at root position (x, y).
 void drag_out(Widget w, int x, int y)
 {
     XEvent release{};
-    release.xbutton.type = ButtonRelease;
-    release.xbutton.display = app().display;
-    release.xbutton.window = XtWindow(w);
-    release.xbutton.root = app().root;
-    release.xbutton.x_root = x;
-    release.xbutton.y_root = y;
-    release.xbutton.button = 2;
-    release.xbutton.state = Button2Mask | ShiftMask;
-    release.xbutton.time = 4242;
+    release.xbutton = {ButtonRelease, 0, False, app().display, XtWindow(w), app().root, None, 4242,
+                       0, 0, x, y, Button2Mask | ShiftMask, 2, True};
     XtCallActionProc(w, "StartDropOut", &release, nullptr, 0);
     XtCallActionProc(w, "CompleteDropOut", &release, nullptr, 0);
     pump();
@@ -145,58 +118,38 @@ void drag_out(Widget w, int x, int y)
 
 }  // namespace
 
-// The program's top-level widget and every drawing shell advertise
-// themselves, item 0 naming their own window.
-TEST(DropIn, SitesAdvertised)
-{
-    Drawing* d = make_drawing(8, 8);
-    ASSERT_NE(d, nullptr);
-    Peer peer;
-    ASSERT_NE(peer.dpy, nullptr);
-    for (Widget w : {app().topLevel, d->shell}) {
-        Atom type = None;
-        int format = 0;
-        unsigned long n = 0, after = 0;
-        unsigned char* data = nullptr;
-        XGetWindowProperty(peer.dpy, XtWindow(w), peer.atom("OXA_DROP_PROTOCOL"), 0, 16, False, AnyPropertyType,
-                           &type, &format, &n, &after, &data);
-        ASSERT_NE(data, nullptr) << XtName(w);
-        EXPECT_EQ(type, XA_WINDOW);
-        EXPECT_EQ(format, 32);
-        EXPECT_EQ(n, 1u) << "no list of further accepted items";
-        EXPECT_EQ(static_cast<Window>(reinterpret_cast<long*>(data)[0]), XtWindow(w));
-        XFree(data);
-    }
-}
-
-// A file list opens its first file and only that; dropped text naming a
-// file opens it too; the site takes the property off its window.
+// The top-level widget and every drawing shell advertise themselves; a file
+// list dropped on a shell opens its first file only, dropped text naming a
+// file opens it, and the site takes the transfer property off its window.
 TEST(DropIn, DroppedFilesOpen)
 {
     Drawing* d = make_drawing(8, 8);
     ASSERT_NE(d, nullptr);
+    Peer peer;
+    for (Widget w : {app().topLevel, d->shell}) {
+        Atom type = None;
+        std::string site = peer.property(XtWindow(w), peer.atom("OXA_DROP_PROTOCOL"), &type);
+        EXPECT_EQ(type, XA_WINDOW);
+        ASSERT_EQ(site.size(), sizeof(long)) << "item 0 and no further accepted items";
+        EXPECT_EQ(*reinterpret_cast<const Window*>(site.data()), XtWindow(w));
+    }
+
     ScratchDir dir;
     std::string first = dir.file("first.xpm", xpm_text(pattern_xpm(5, 4, 3, 1)));
     std::string second = dir.file("second.xbm", xbm_text(pattern_xbm(9, 7)));
-    Peer peer;
-    ASSERT_NE(peer.dpy, nullptr);
-    Window site = XtWindow(d->shell);
     int before = open_count();
-
-    Atom property = peer.drop(site, peer.atom("HOST_AND_FILE_NAME"), 8, host_and_files({first.c_str(), second.c_str()}));
+    Atom p = peer.drop(XtWindow(d->shell), peer.atom("HOST_AND_FILE_NAME"), 8,
+                       host_and_files({first.c_str(), second.c_str()}));
     Drawing* opened = drawing_named(first);
     ASSERT_NE(opened, nullptr) << "the first dropped file opens";
     EXPECT_EQ(opened->width, 5);
-    EXPECT_EQ(opened->height, 4);
     EXPECT_EQ(drawing_named(second), nullptr) << "only one file of a drop opens";
-    EXPECT_FALSE(peer.has_property(site, property)) << "the site deletes the transfer property";
     EXPECT_EQ(open_count(), before + 1);
+    EXPECT_FALSE(peer.has(XtWindow(d->shell), p)) << "the site deletes the transfer property";
 
-    peer.drop(app().topLevel ? XtWindow(app().topLevel) : site, XA_STRING, 8, second + "\n");
-    Drawing* text = drawing_named(second);
-    ASSERT_NE(text, nullptr) << "a STRING drop is a file name";
-    EXPECT_EQ(text->depth, 1);
-    EXPECT_EQ(text->width, 9);
+    peer.drop(XtWindow(app().topLevel), XA_STRING, 8, second + "\n");
+    ASSERT_NE(drawing_named(second), nullptr) << "a STRING drop is a file name";
+    EXPECT_EQ(drawing_named(second)->depth, 1);
     EXPECT_FALSE(error_shown());
 }
 
@@ -211,137 +164,107 @@ TEST(DropIn, HostileDropsDoNothing)
     std::string image = dir.file("good.xbm", xbm_text(pattern_xbm(4, 4)));
     std::string junk = dir.file("junk.xpm", "this is not an image\n");
     Peer peer;
-    ASSERT_NE(peer.dpy, nullptr);
     Window site = XtWindow(d->shell);
     Atom hf = peer.atom("HOST_AND_FILE_NAME");
-    int before = open_count();
     std::string good = host_and_files({image.c_str()});
+    int before = open_count();
 
-    // Message of the wrong format: the property is not even read.
     Atom p = peer.drop(site, hf, 8, good, 8);
-    EXPECT_TRUE(peer.has_property(site, p));
+    EXPECT_TRUE(peer.has(site, p)) << "a message of the wrong format is ignored";
     XDeleteProperty(peer.dpy, site, p);
-
-    // A message naming another property of the window, a missing atom, None.
-    Atom wmName = peer.atom("WM_NAME");
-    ASSERT_TRUE(peer.has_property(site, wmName));
-    peer.announce(site, wmName, XA_STRING);
-    EXPECT_TRUE(peer.has_property(site, wmName)) << "only transfer properties are taken";
+    peer.announce(site, peer.atom("WM_NAME"), XA_STRING);
+    EXPECT_TRUE(peer.has(site, peer.atom("WM_NAME"))) << "only transfer properties are taken";
     peer.announce(site, peer.atom("OXA_DROP_PROTOCOL"), XA_WINDOW);
-    EXPECT_TRUE(peer.has_property(site, peer.atom("OXA_DROP_PROTOCOL"))) << "the site property stays";
+    EXPECT_TRUE(peer.has(site, peer.atom("OXA_DROP_PROTOCOL"))) << "the site property stays";
     peer.announce(site, 0x1fffffff, XA_STRING);
     peer.announce(site, None, XA_STRING);
     peer.announce(site, peer.atom("OXA_DROP_PROTOCOL_1_1"), XA_STRING);   // named right, never written
 
-    // Right name, wrong data: another type, format 32, only a host, nothing.
-    p = peer.drop(site, XA_INTEGER, 8, image);
-    EXPECT_FALSE(peer.has_property(site, p)) << "read and deleted even when unusable";
+    EXPECT_FALSE(peer.has(site, peer.drop(site, XA_INTEGER, 8, image))) << "taken even when unusable";
     peer.drop(site, hf, 32, good + std::string(4 - good.size() % 4, '\0'));
     peer.drop(site, hf, 8, host_and_files({}));
     peer.drop(site, hf, 8, "");
     peer.drop(site, XA_STRING, 8, std::string(100000, 'x'));
-    peer.drop(site, XA_STRING, 8, dir.dir);                 // a directory
+    peer.drop(site, XA_STRING, 8, dir.dir);                  // a directory
     peer.drop(site, XA_STRING, 8, dir.path("missing.xpm"));  // text naming no file: silence
     EXPECT_EQ(open_count(), before);
     EXPECT_FALSE(error_shown());
 
-    // A file list naming a missing file or a file that is not an image.
     for (const std::string& bad : {dir.path("missing.xpm"), junk}) {
         peer.drop(site, hf, 8, host_and_files({bad.c_str()}));
         ASSERT_TRUE(error_shown()) << bad;
         EXPECT_EQ(dialog_message(message_dialog(0)), "Can't open the file " + bad + ".");
-        dismiss_error();
+        XtUnmanageChild(message_dialog(0));
     }
     EXPECT_EQ(open_count(), before) << "nothing half made";
-
-    // After all that, a good drop still works.
     peer.drop(site, hf, 8, good);
-    EXPECT_NE(drawing_named(image), nullptr);
+    EXPECT_NE(drawing_named(image), nullptr) << "and a good drop still works";
 }
 
-// A drag out ending over a foreign site writes "unimplemented" into a
-// transfer property of the site's window and announces it; a second drag
-// before the first is read takes a second atom, and a deleted or destroyed
-// target gives its atom back.
+// A drag out over a foreign site writes "unimplemented" into a transfer
+// property of the site's window and announces it; a second drag before the
+// first is read takes a second atom; a deleted property or a destroyed
+// site gives its atom back.
 TEST(DropIn, DragOutToForeignSite)
 {
     Drawing* d = make_drawing(8, 8);
     ASSERT_NE(d, nullptr);
     Peer peer;
-    ASSERT_NE(peer.dpy, nullptr);
     Window site = peer.make_site(1100, 900);
-    pump();
-
-    XEvent m{};
+    DropWords w{};
     drag_out(d->shell, 1110, 920);
-    ASSERT_TRUE(peer.next_message(site, &m)) << "the site hears of the drop";
-    EXPECT_EQ(m.xclient.message_type, peer.atom("OXA_DROP_PROTOCOL"));
-    EXPECT_EQ(m.xclient.format, 32);
-    DropWords w = unpack_drop_words(m.xclient.data.l);
+    ASSERT_TRUE(peer.next_message(site, &w)) << "the site hears of the drop";
     EXPECT_EQ(w.time, 4242u);
     EXPECT_EQ(w.x, 10);
     EXPECT_EQ(w.y, 20);
     EXPECT_EQ(w.state, static_cast<unsigned>(Button2Mask | ShiftMask));
-    EXPECT_FALSE(w.flag);
     EXPECT_EQ(w.type, XA_STRING);
     char* name = XGetAtomName(peer.dpy, w.property);
     ASSERT_NE(name, nullptr);
     EXPECT_TRUE(is_transfer_property_name("OXA_DROP_PROTOCOL", name)) << name;
-    EXPECT_NE(std::string(name).find("_" + std::to_string(XtWindow(app().topLevel)) + "_"), std::string::npos)
-        << "the source window is named in decimal: " << name;
+    EXPECT_NE(std::string(name).find("_" + std::to_string(XtWindow(app().topLevel)) + "_"), std::string::npos);
     XFree(name);
     Atom type = None;
-    EXPECT_EQ(peer.string_property(site, w.property, &type), "unimplemented");
+    EXPECT_EQ(peer.property(site, w.property, &type), "unimplemented");
     EXPECT_EQ(type, XA_STRING);
     Atom first = w.property;
 
     drag_out(d->shell, 1120, 930);
-    ASSERT_TRUE(peer.next_message(site, &m));
-    Atom second = unpack_drop_words(m.xclient.data.l).property;
+    ASSERT_TRUE(peer.next_message(site, &w));
+    Atom second = w.property;
     EXPECT_NE(second, first) << "the first transfer is still unread";
-
     XDeleteProperty(peer.dpy, site, first);
     XSync(peer.dpy, False);
     pump();
     drag_out(d->shell, 1120, 930);
-    ASSERT_TRUE(peer.next_message(site, &m));
-    EXPECT_EQ(unpack_drop_words(m.xclient.data.l).property, first) << "a read transfer's atom is reused";
+    ASSERT_TRUE(peer.next_message(site, &w));
+    EXPECT_EQ(w.property, first) << "a read transfer's atom is reused";
 
-    // The site goes away without reading: both atoms come back.
     XDestroyWindow(peer.dpy, site);
     XSync(peer.dpy, False);
     pump();
     Window other = peer.make_site(1000, 900);
-    pump();
     drag_out(d->shell, 1010, 910);
-    ASSERT_TRUE(peer.next_message(other, &m));
-    Atom reused = unpack_drop_words(m.xclient.data.l).property;
-    EXPECT_TRUE(reused == first || reused == second);
+    ASSERT_TRUE(peer.next_message(other, &w));
+    EXPECT_TRUE(w.property == first || w.property == second) << "the destroyed site's atoms are free";
 }
 
-// Nothing is sent without a drag under way, over no site, or over one of
-// the program's own windows; the local action hands the provider's data
-// straight to the drop-in callback.
+// Nothing is sent without a drag under way, over the bare root or over one
+// of the program's own windows; the local action hands the provider's text
+// straight to the drop-in callback, where it is a file name like any other.
 TEST(DropIn, NoSiteAndLocalDrops)
 {
     Drawing* d = make_drawing(8, 8);
     ASSERT_NE(d, nullptr);
     Peer peer;
-    ASSERT_NE(peer.dpy, nullptr);
     Window site = peer.make_site(1100, 800);
-    pump();
-    XEvent m{};
-
-    XtCallActionProc(d->shell, "AbortDropOut", nullptr, nullptr, 0);
-    EXPECT_FALSE(dropin_dragging());
     XEvent release{};
-    release.xbutton.type = ButtonRelease;
-    release.xbutton.root = app().root;
-    release.xbutton.x_root = 1110;
-    release.xbutton.y_root = 810;
+    release.xbutton = {ButtonRelease, 0, False, app().display, XtWindow(d->shell), app().root, None, 1,
+                       0, 0, 1110, 810, 0, 2, True};
+    XtCallActionProc(d->shell, "AbortDropOut", nullptr, nullptr, 0);
     XtCallActionProc(d->shell, "CompleteDropOut", &release, nullptr, 0);
-    EXPECT_FALSE(peer.next_message(site, &m)) << "no drag under way";
-
+    DropWords w{};
+    EXPECT_FALSE(peer.next_message(site, &w)) << "no drag under way";
     XtCallActionProc(d->shell, "StartDropOut", &release, nullptr, 0);
     EXPECT_TRUE(dropin_dragging());
     XtCallActionProc(d->shell, "AbortDropOut", &release, nullptr, 0);
@@ -351,11 +274,9 @@ TEST(DropIn, NoSiteAndLocalDrops)
     int sx = 0, sy = 0;
     XTranslateCoordinates(app().display, XtWindow(d->shell), app().root, 2, 2, &sx, &sy, &child);
     drag_out(d->shell, sx, sy);
-    drag_out(d->shell, 1279, 5);   // the bare root
-    EXPECT_FALSE(peer.next_message(site, &m)) << "own window or no site: nothing sent";
+    drag_out(d->shell, 1279, 5);
+    EXPECT_FALSE(peer.next_message(site, &w)) << "own window or no site: nothing sent";
 
-    // The provider's text is a file name like any dropped text: with a
-    // file of that name in the working directory, the local drop opens it.
     ScratchDir dir;
     dir.file("unimplemented", xbm_text(pattern_xbm(3, 3)));
     char* old = getcwd(nullptr, 0);
@@ -365,39 +286,31 @@ TEST(DropIn, NoSiteAndLocalDrops)
     EXPECT_EQ(chdir(old), 0);
     free(old);
     EXPECT_NE(drawing_named("unimplemented"), nullptr);
-    EXPECT_FALSE(peer.next_message(site, &m)) << "a local drop never goes through the server";
 }
 
 // The application defaults bind the drag to button 2 on a drawing's status
-// line: real pointer input there drags "unimplemented" out to a site.
+// line, and button 3 cancels it: real pointer input through XTest.
 TEST(DropIn, StatusLineDragsOut)
 {
     Drawing* d = make_drawing(8, 8);
     ASSERT_NE(d, nullptr);
-    ASSERT_NE(d->statusLabel, nullptr);
     Peer peer;
-    ASSERT_NE(peer.dpy, nullptr);
     Window site = peer.make_site(1150, 950);
-    pump();
-
-    xtest_move(XtWindow(d->statusLabel), 3, 3);
-    xtest_button(2, true);
-    EXPECT_TRUE(dropin_dragging());
-    xtest_move(site, 10, 10);
-    xtest_button(2, false);
-    EXPECT_FALSE(dropin_dragging());
-    XEvent m{};
-    ASSERT_TRUE(peer.next_message(site, &m));
+    DropWords w{};
+    for (bool cancel : {false, true}) {
+        xtest_move(XtWindow(d->statusLabel), 3, 3);
+        xtest_button(2, true);
+        EXPECT_TRUE(dropin_dragging());
+        if (cancel) {
+            xtest_button(3, true);
+            xtest_button(3, false);
+            EXPECT_FALSE(dropin_dragging());
+        }
+        xtest_move(site, 10, 10);
+        xtest_button(2, false);
+        EXPECT_FALSE(dropin_dragging());
+        EXPECT_EQ(peer.next_message(site, &w), !cancel);
+    }
     Atom type = None;
-    EXPECT_EQ(peer.string_property(site, unpack_drop_words(m.xclient.data.l).property, &type), "unimplemented");
-
-    // Button 3 cancels: the release then sends nothing.
-    xtest_move(XtWindow(d->statusLabel), 3, 3);
-    xtest_button(2, true);
-    xtest_button(3, true);
-    xtest_button(3, false);
-    EXPECT_FALSE(dropin_dragging());
-    xtest_move(site, 10, 10);
-    xtest_button(2, false);
-    EXPECT_FALSE(peer.next_message(site, &m));
+    EXPECT_EQ(peer.property(site, w.property, &type), "unimplemented");
 }
