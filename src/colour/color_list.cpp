@@ -213,6 +213,8 @@ void free_all_colors(ColorList* list)
 {
     if (!list || !list->anchor)
         return;
+    // The editor must not write into cells that are about to be given back.
+    forget_color_editor_list(list);
     Display* dpy = app().display;
     Colormap cmap = DefaultColormap(dpy, DefaultScreen(dpy));
     {

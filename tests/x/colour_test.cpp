@@ -187,7 +187,7 @@ TEST(Colour, DialogTreeAndShowing)
     EXPECT_EQ(window_pixel(w, width / 3, height / 2), white->pixel);
     EXPECT_EQ(window_pixel(w, width - 6, height / 2), white->mapsTo);
 
-    press(dialog, "EditColor");   // the editor is not there yet: harmless
+    press(dialog, "EditColor");
     EXPECT_TRUE(XtIsManaged(dialog)) << "buttons leave the dialog up";
     EXPECT_EQ(cmd_show_colors(nullptr, nullptr, False), 1);
 }
