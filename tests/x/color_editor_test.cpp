@@ -8,6 +8,12 @@
 #include <Xm/Scale.h>
 #include <Xm/Xm.h>
 
+#include <X11/extensions/XTest.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <thread>
 #include <vector>
 
 #include "colour/color_editor.h"
@@ -201,10 +207,16 @@ TEST(ColorEditor, EditsTheCellLiveAndUndoes)
     EXPECT_EQ(s->saturation, 255);
     EXPECT_EQ(s->markerX, 150) << "the marker waits for the release";
     EXPECT_EQ(image_pixel(d, 1, 1), black->pixel) << "the image keeps its cell; the cell changes";
+    send_motion(XtWindow(s->hueSat), 10, 80, Button1Mask);
+    EXPECT_EQ(s->hue, 180) << "dragging follows the pointer";
+    EXPECT_TRUE(has_rgb(black->pixel, 0, 65535, 65535));
+    EXPECT_EQ(s->markerX, 150) << "dragging leaves the marker";
+    send_motion(XtWindow(s->hueSat), 80, 80, 0);
+    EXPECT_EQ(s->hue, 180) << "moving without the button changes nothing";
 
     set_value(128, XmCR_DRAG);
     EXPECT_EQ(s->value, 128);
-    EXPECT_TRUE(has_rgb(black->pixel, 64 * 257, 128 * 257, 0)) << "hue 90 at half value";
+    EXPECT_TRUE(has_rgb(black->pixel, 0, 128 * 257, 128 * 257)) << "cyan at half value";
 
     press(child("Undo"));
     EXPECT_TRUE(has_rgb(black->pixel, 0, 0, 0));
@@ -327,5 +339,82 @@ TEST(ColorEditor, DrawingClosedUnderTheEditor)
     EXPECT_EQ(ed->list, keptList);
     set_value(255);
     EXPECT_TRUE(has_rgb(keptList->foregroundEntry->pixel, 65535, 65535, 65535));
+    press(child("Close"));
+}
+
+// Grab From Screen takes the colour of the pixel clicked anywhere on the
+// screen into the edited cell, exactly, and the controls follow it.
+TEST(ColorEditor, GrabSetsTheEditedColour)
+{
+    Drawing* d = make_drawing(8, 8);
+    ASSERT_NE(d, nullptr);
+    ColorList* list = color_list_of(d);
+    activate(list->foregroundButton, 2);
+    ASSERT_NE(color_editor(), nullptr);
+    Pixel edited = list->foregroundEntry->pixel;
+
+    Display* dpy = app().display;
+    Pixel cell;
+    unsigned long planes[1];
+    ASSERT_TRUE(XAllocColorCells(dpy, cmap(), False, planes, 0, &cell, 1));
+    XColor c{};
+    c.pixel = cell;
+    c.red = 0x2000;
+    c.green = 0xc000;
+    c.blue = 0x4000;
+    c.flags = DoRed | DoGreen | DoBlue;
+    XStoreColor(dpy, cmap(), &c);
+    XColor want = query(cell);
+    // A window of that colour under the pointer where it already is.
+    Window rootReturn, childReturn;
+    int px = 0, py = 0, wx, wy;
+    unsigned mask;
+    XQueryPointer(dpy, app().root, &rootReturn, &childReturn, &px, &py, &wx, &wy, &mask);
+    XSetWindowAttributes attrs{};
+    attrs.background_pixel = cell;
+    attrs.override_redirect = True;
+    Window w = XCreateWindow(dpy, app().root, std::clamp(px - 30, 0, DisplayWidth(dpy, app().screen) - 60),
+                             std::clamp(py - 30, 0, DisplayHeight(dpy, app().screen) - 60), 60, 60, 0,
+                             CopyFromParent, InputOutput, CopyFromParent,
+                             CWBackPixel | CWOverrideRedirect, &attrs);
+    XMapRaised(dpy, w);
+    pump();
+
+    // A second client clicks once the grab is seen to be active.
+    Display* input = XOpenDisplay(DisplayString(dpy));
+    ASSERT_NE(input, nullptr);
+    std::atomic<bool> clicked{false};
+    std::thread user([&] {
+        Window root = DefaultRootWindow(input);
+        for (int i = 0; i < 1000 && !clicked; i++) {
+            int status = XGrabPointer(input, root, False, ButtonPressMask, GrabModeAsync,
+                                      GrabModeAsync, None, None, CurrentTime);
+            if (status == AlreadyGrabbed) {
+                XTestFakeButtonEvent(input, 1, True, 0);
+                XTestFakeButtonEvent(input, 1, False, 0);
+                clicked = true;
+            } else if (status == GrabSuccess) {
+                XUngrabPointer(input, CurrentTime);
+            }
+            XSync(input, False);
+            usleep(10000);
+        }
+    });
+    alarm(30);   // a lost release would hang the grab
+    press(child("main.grabButton"));
+    alarm(0);
+    user.join();
+    XCloseDisplay(input);
+    EXPECT_TRUE(clicked);
+    EXPECT_TRUE(has_rgb(edited, want.red, want.green, want.blue));
+    int value = -1;
+    XmScaleGetValue(child("*Value"), &value);
+    EXPECT_EQ(value, want.green / 257) << "the scale shows the grabbed value";
+    EXPECT_TRUE(d->modified);
+
+    press(child("Undo"));
+    EXPECT_TRUE(has_rgb(edited, 0, 0, 0));
+    XDestroyWindow(dpy, w);
+    XFreeColors(dpy, cmap(), &cell, 1, 0);
     press(child("Close"));
 }
