@@ -12,6 +12,7 @@
 #include <Xm/Separator.h>
 #include <Xm/Xm.h>
 
+#include <algorithm>
 #include <initializer_list>
 
 #include "app/app.h"
@@ -36,7 +37,7 @@ const char* const fallbackResources[] = {
     "*ColorPickerDialog*whiteSample.labelString: White",
     "*ColorPickerDialog*transparentSample.labelString: Transparent",
     "*ColorPickerDialog*XmDrawnButton.recomputeSize: False",
-    "*ColorPickerDialog*XmDrawnButton.width: 80",
+    "*ColorPickerDialog*XmDrawnButton.width: 88",
     "*ColorPickerDialog*XmDrawnButton.height: 36",
 };
 
@@ -253,11 +254,48 @@ Widget make_dialog()
         {"Close", close_cb, nullptr},
         {nullptr, nullptr, nullptr},
     };
-    Arg args[2];
+    Arg args[3];
     Cardinal n = 0;
     XtSetArg(args[n], XmNuserData, editor); n++;
     XtSetArg(args[n], XmNautoUnmanage, False); n++;
+    // Placed beside the drawing's colours (place_beside), not over them.
+    XtSetArg(args[n], XmNdefaultPosition, False); n++;
     return template_dialog(app().topLevel, "ColorPickerDialog", fill_work_area, args, n, buttons);
+}
+
+Widget shell_of(Widget w)
+{
+    while (w && !XtIsShell(w))
+        w = XtParent(w);
+    return w;
+}
+
+// Puts the editor where it covers neither the drawing nor its colour list,
+// so the user sees the colour change in the image while dragging: right of
+// the colour list, else left of the drawing window, kept on the screen.
+void place_beside(Widget editorShell, ColorList* list)
+{
+    Widget listShell = shell_of(list->foregroundButton);
+    Widget drawingShell = listShell ? shell_of(XtParent(listShell)) : nullptr;
+    if (!listShell || !XtIsRealized(listShell) || !drawingShell || !XtIsRealized(drawingShell))
+        return;
+    Dimension listWidth = 0, width = 0, height = 0;
+    XtVaGetValues(listShell, XmNwidth, &listWidth, nullptr);
+    XtVaGetValues(dialog, XmNwidth, &width, XmNheight, &height, nullptr);
+    Position lx = 0, ly = 0, dx = 0, dy = 0;
+    XtTranslateCoords(listShell, 0, 0, &lx, &ly);
+    XtTranslateCoords(drawingShell, 0, 0, &dx, &dy);
+    int screenWidth = WidthOfScreen(XtScreen(editorShell));
+    int screenHeight = HeightOfScreen(XtScreen(editorShell));
+    int x = lx + int(listWidth) + 12;
+    int y = ly;
+    if (x + int(width) > screenWidth) {
+        x = dx - int(width) - 12;
+        y = dy;
+    }
+    x = std::clamp(x, 0, std::max(0, screenWidth - int(width)));
+    y = std::clamp(y, 0, std::max(0, screenHeight - int(height)));
+    XtVaSetValues(dialog, XmNx, Position(x), XmNy, Position(y), nullptr);
 }
 
 }  // namespace
@@ -343,8 +381,10 @@ void open_color_editor(ColorList* list, ColorEntry* entry)
     if (!dialog)
         return;
     load_color_editor(list, entry);
-    XtManageChild(dialog);
     Widget shell = XtParent(dialog);
+    if (!XtIsManaged(dialog))
+        place_beside(shell, list);
+    XtManageChild(dialog);
     XtPopup(shell, XtGrabNone);
     if (XtIsRealized(shell))
         XRaiseWindow(XtDisplay(shell), XtWindow(shell));
