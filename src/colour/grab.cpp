@@ -5,6 +5,7 @@
 
 #include <X11/Intrinsic.h>
 #include <X11/Xutil.h>
+#include <unistd.h>
 
 namespace {
 
@@ -21,6 +22,8 @@ const unsigned char grabMaskBits[32] = {
 };
 constexpr unsigned GRAB_SIZE = 16;
 constexpr unsigned GRAB_HOT = 7;
+constexpr int GRAB_ATTEMPTS = 50;
+constexpr useconds_t GRAB_RETRY_US = 20000;
 
 // Made on the first grab and kept for the program's life.
 Cursor grabCursor = None;
@@ -55,10 +58,17 @@ Cursor grab_pixel_cursor(Display* display)
 unsigned long grab_pixel(Display* display)
 {
     Window root = RootWindow(display, DefaultScreen(display));
-    // A failed grab is not fatal: the loop below still ends at the next
-    // release the program sees.
-    XGrabPointer(display, root, False, ButtonPressMask | ButtonReleaseMask, GrabModeAsync,
-                 GrabModeAsync, None, grab_cursor(display), CurrentTime);
+    // Another client may hold the pointer for a moment (a window manager,
+    // a tool probing the pointer): try again for a short while before going
+    // on without the grab. A failed grab is not fatal: the loop below still
+    // ends at the next release the program sees.
+    for (int attempt = 0; attempt < GRAB_ATTEMPTS; attempt++) {
+        int status = XGrabPointer(display, root, False, ButtonPressMask | ButtonReleaseMask,
+                                  GrabModeAsync, GrabModeAsync, None, grab_cursor(display), CurrentTime);
+        if (status != AlreadyGrabbed && status != GrabFrozen)
+            break;
+        usleep(GRAB_RETRY_US);
+    }
 
     // Other events are dispatched so the program's windows keep redrawing
     // while the user looks for the colour.
