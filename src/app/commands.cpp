@@ -13,6 +13,8 @@
 #include "files/new_close.h"
 #include "files/open_save.h"
 #include "fonts/font_dialog.h"
+#include "imageops/selection_transforms.h"
+#include "tools/selection.h"
 #include "tools/shapes.h"
 
 namespace {
@@ -52,8 +54,8 @@ const CommandRow commandTable[] = {
     {CMD_CUT,                cmd_not_built_yet},
     {CMD_COPY,               cmd_not_built_yet},
     {CMD_PASTE,              cmd_not_built_yet},
-    {CMD_CLEAR,              cmd_not_built_yet},
-    {CMD_SELECT_ALL,         cmd_not_built_yet},
+    {CMD_CLEAR,              cmd_clear},
+    {CMD_SELECT_ALL,         cmd_select_all},
     {CMD_ZOOM_IN,            cmd_zoom_in},
     {CMD_ZOOM_OUT,           cmd_zoom_out},
     {CMD_SHOW_SMALL_VIEW,    cmd_show_small_view},
@@ -61,14 +63,14 @@ const CommandRow commandTable[] = {
     {CMD_SET_ROOT_WINDOW,    cmd_not_built_yet},
     {CMD_DRAW_FILLED,        cmd_draw_filled},
     {CMD_FONTS,              cmd_fonts},
-    {CMD_INVERT,             cmd_not_built_yet},
-    {CMD_ROTATE,             cmd_not_built_yet},
-    {CMD_FLIP_HORIZONTAL,    cmd_not_built_yet},
-    {CMD_FLIP_VERTICAL,      cmd_not_built_yet},
-    {CMD_NUDGE_UP,           cmd_not_built_yet},
-    {CMD_NUDGE_RIGHT,        cmd_not_built_yet},
-    {CMD_NUDGE_DOWN,         cmd_not_built_yet},
-    {CMD_NUDGE_LEFT,         cmd_not_built_yet},
+    {CMD_INVERT,             cmd_invert},
+    {CMD_ROTATE,             cmd_rotate},
+    {CMD_FLIP_HORIZONTAL,    cmd_flip_horizontal},
+    {CMD_FLIP_VERTICAL,      cmd_flip_vertical},
+    {CMD_NUDGE_UP,           cmd_nudge_up},
+    {CMD_NUDGE_RIGHT,        cmd_nudge_right},
+    {CMD_NUDGE_DOWN,         cmd_nudge_down},
+    {CMD_NUDGE_LEFT,         cmd_nudge_left},
     {CMD_UPDATE_SENSITIVITY, cmd_update_sensitivity},
     {CMD_PICK_WINDOW,        cmd_not_built_yet},
     {CMD_SHOW_COLORS,        cmd_show_colors},

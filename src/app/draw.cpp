@@ -27,6 +27,7 @@
 #include "files/image_io.h"
 #include "files/new_close.h"
 #include "tools/palettes.h"
+#include "tools/selection.h"
 #include "tools/tool_table.h"
 
 Registry& registry()
@@ -362,6 +363,8 @@ void close_drawing(Drawing* d)
     for (int i = 0; i < MAX_DRAWINGS; i++)
         if (r.slots[i] == d)
             r.nextSlot = i;
+    // The record may be reused: its selection goes with the picture.
+    drop_selection(d);
     if (!d->closing) {
         XtUnmanageChild(d->menuBar);
         XtPopdown(d->shell);

@@ -17,6 +17,7 @@
 #include "app/commands.h"
 #include "app/draw.h"
 #include "help/help_menu.h"
+#include "tools/selection.h"
 
 namespace {
 
@@ -94,7 +95,7 @@ int data_number(XtPointer p)
 
 bool has_selection(Drawing* d)
 {
-    return d->selection != nullptr;
+    return selection_exists(d);
 }
 
 bool clipboard_has_image(Drawing*)

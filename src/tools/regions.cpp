@@ -1,5 +1,5 @@
 // Region set operations used by the shape tools, the refresh of a region
-// and (later) the selection.
+// and the selection.
 #include "tools/regions.h"
 
 #include <algorithm>
@@ -68,6 +68,49 @@ void copy_region(Display* dpy, Drawable source, Drawable destination, GC gc, Reg
     XClipBox(region, &box);
     XSetRegion(dpy, gc, region);
     XCopyArea(dpy, source, destination, gc, box.x, box.y, box.width, box.height, box.x, box.y);
+    XSetClipMask(dpy, gc, None);
+}
+
+void box_difference(Box a, Box b, Region out)
+{
+    if (!out)
+        return;
+    Region rb = XCreateRegion();
+    set_region_to_box(out, a);
+    set_region_to_box(rb, b);
+    XSubtractRegion(out, rb, out);
+    XDestroyRegion(rb);
+}
+
+void box_intersection(Box a, Box b, Region out)
+{
+    if (!out)
+        return;
+    Region rb = XCreateRegion();
+    set_region_to_box(out, a);
+    set_region_to_box(rb, b);
+    XIntersectRegion(out, rb, out);
+    XDestroyRegion(rb);
+}
+
+void subtract_box(Region region, Box b, Region out)
+{
+    if (!region || !out)
+        return;
+    Region rb = XCreateRegion();
+    set_region_to_box(rb, b);
+    XSubtractRegion(region, rb, out);
+    XDestroyRegion(rb);
+}
+
+void fill_region(Display* dpy, Drawable drawable, GC gc, Region region)
+{
+    if (!region || XEmptyRegion(region))
+        return;
+    XRectangle box;
+    XClipBox(region, &box);
+    XSetRegion(dpy, gc, region);
+    XFillRectangle(dpy, drawable, gc, box.x, box.y, box.width, box.height);
     XSetClipMask(dpy, gc, None);
 }
 

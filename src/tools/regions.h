@@ -18,5 +18,14 @@ void frame_difference(Box a, Box b, int growX, int growY, Region out);
 // clipped to the region; nothing for an empty region. The GC's clip mask is
 // None again afterwards.
 void copy_region(Display* dpy, Drawable source, Drawable destination, GC gc, Region region);
+// out = a minus b.
+void box_difference(Box a, Box b, Region out);
+// out = a intersected with b.
+void box_intersection(Box a, Box b, Region out);
+// out = region minus b (out may be the region itself).
+void subtract_box(Region region, Box b, Region out);
+// Fills the region's clip box through `gc` clipped to the region; nothing
+// for an empty region, and the clip mask is None again afterwards.
+void fill_region(Display* dpy, Drawable drawable, GC gc, Region region);
 // One of three scratch regions (index 0..2), created on first use and kept.
 Region scratch_region(int index);

@@ -1,0 +1,172 @@
+// The X side of the selection transforms: read the selection's pixmap into
+// a buffer, run the pure transform, write a new pixmap of the result.
+#include "imageops/selection_transforms.h"
+
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
+
+#include <cstdlib>
+#include <memory>
+
+#include "app/app.h"
+#include "app/draw.h"
+#include "imageops/pixel_ops.h"
+#include "tools/selection.h"
+
+namespace {
+
+struct ImageDeleter {
+    void operator()(XImage* image) const { XDestroyImage(image); }
+};
+using ImagePtr = std::unique_ptr<XImage, ImageDeleter>;
+
+// Bitmaps are read as their one plane, colour drawings as whole pixels.
+bool read_pixels(Drawing* d, Pixmap p, int w, int h, PixelBuffer* out)
+{
+    if (!p || w <= 0 || h <= 0)
+        return false;
+    bool bitmap = d->depth == 1;
+    ImagePtr img(XGetImage(app().display, p, 0, 0, static_cast<unsigned>(w), static_cast<unsigned>(h),
+                           bitmap ? 1UL : AllPlanes, bitmap ? XYPixmap : ZPixmap));
+    if (!img)
+        return false;
+    *out = PixelBuffer(w, h);
+    for (int y = 0; y < h; y++)
+        for (int x = 0; x < w; x++)
+            out->set(x, y, XGetPixel(img.get(), x, y));
+    return true;
+}
+
+// A new pixmap of the buffer's size and the drawing's depth holding it.
+Pixmap write_pixels(Drawing* d, const PixelBuffer& buf)
+{
+    Display* dpy = app().display;
+    if (buf.width <= 0 || buf.height <= 0)
+        return None;
+    unsigned w = static_cast<unsigned>(buf.width), h = static_cast<unsigned>(buf.height);
+    unsigned depth = static_cast<unsigned>(d->depth);
+    XImage* raw = XCreateImage(dpy, app().visual, depth, depth == 1 ? XYPixmap : ZPixmap, 0,
+                               nullptr, w, h, 32, 0);
+    if (!raw)
+        return None;
+    ImagePtr img(raw);
+    // One plane for a bitmap, so one bytes_per_line * h block either way.
+    img->data = static_cast<char*>(calloc(static_cast<size_t>(img->bytes_per_line) * h, 1));
+    if (!img->data)
+        return None;
+    for (int y = 0; y < buf.height; y++)
+        for (int x = 0; x < buf.width; x++)
+            XPutPixel(img.get(), x, y, buf.at(x, y));
+    Pixmap p = XCreatePixmap(dpy, app().root, w, h, depth);
+    if (p)
+        XPutImage(dpy, p, d->copyGC, img.get(), 0, 0, 0, 0, w, h);
+    return p;
+}
+
+// Replaces the selection's pixels with those of `buf`; the top-left stays.
+int replace_pixels(Drawing* d, Selection* s, const PixelBuffer& buf)
+{
+    Pixmap p = write_pixels(d, buf);
+    if (!p)
+        return 1;
+    XFreePixmap(app().display, s->pixels);
+    s->pixels = p;
+    set_rect(s->current, s->current.x, s->current.y, buf.width, buf.height);
+    return 0;
+}
+
+using BufferTransform = PixelBuffer (*)(const PixelBuffer&);
+
+int transform(Drawing* d, Selection* s, BufferTransform t)
+{
+    PixelBuffer src;
+    if (!s || !read_pixels(d, s->pixels, s->current.width, s->current.height, &src))
+        return 1;
+    return replace_pixels(d, s, t(src));
+}
+
+int nudge(Drawing* d, int dx, int dy)
+{
+    nudge_selection(d, dx, dy);
+    return 0;
+}
+
+}  // namespace
+
+int rotate_selection(Drawing* d, Selection* s)
+{
+    return transform(d, s, rotate_quarter);
+}
+
+int flip_selection_horizontal(Drawing* d, Selection* s)
+{
+    return transform(d, s, flip_horizontal);
+}
+
+int flip_selection_vertical(Drawing* d, Selection* s)
+{
+    return transform(d, s, flip_vertical);
+}
+
+int invert_selection(Drawing* d, Selection* s)
+{
+    // Only a bitmap has black and white to swap; inverting the lowest
+    // plane of colour pixels would give arbitrary colours.
+    if (d->depth != 1)
+        return 1;
+    PixelBuffer buf;
+    if (!s || !read_pixels(d, s->pixels, s->current.width, s->current.height, &buf))
+        return 1;
+    invert_bits(buf);
+    return replace_pixels(d, s, buf);
+}
+
+int trim_selection(Drawing* d, Selection* s)
+{
+    PixelBuffer buf;
+    if (!s || !read_pixels(d, s->pixels, s->current.width, s->current.height, &buf))
+        return 1;
+    XGCValues v;
+    XGetGCValues(app().display, d->backgroundGC, GCForeground, &v);
+    Box b = trim_box(buf, d->depth == 1 ? (v.foreground & 1) : v.foreground);
+    if (b.width < 1 || b.height < 1)
+        return 0;
+    Display* dpy = app().display;
+    Pixmap p = XCreatePixmap(dpy, app().root, static_cast<unsigned>(b.width),
+                             static_cast<unsigned>(b.height), static_cast<unsigned>(d->depth));
+    if (!p)
+        return 1;
+    XCopyArea(dpy, s->pixels, p, d->copyGC, b.x, b.y, static_cast<unsigned>(b.width),
+              static_cast<unsigned>(b.height), 0, 0);
+    XFreePixmap(dpy, s->pixels);
+    s->pixels = p;
+    set_rect(s->current, long{s->current.x} + b.x, long{s->current.y} + b.y, b.width, b.height);
+    return 0;
+}
+
+int cmd_rotate(Drawing* d, XEvent*, Boolean)
+{
+    return selection_exists(d) ? apply_to_selection(d, rotate_selection) : 0;
+}
+
+int cmd_flip_horizontal(Drawing* d, XEvent*, Boolean)
+{
+    return selection_exists(d) ? apply_to_selection(d, flip_selection_horizontal) : 0;
+}
+
+int cmd_flip_vertical(Drawing* d, XEvent*, Boolean)
+{
+    return selection_exists(d) ? apply_to_selection(d, flip_selection_vertical) : 0;
+}
+
+int cmd_invert(Drawing* d, XEvent*, Boolean)
+{
+    if (!d || d->depth != 1)
+        return 0;
+    return selection_exists(d) ? apply_to_selection(d, invert_selection) : 0;
+}
+
+int cmd_nudge_up(Drawing* d, XEvent*, Boolean) { return nudge(d, 0, -1); }
+int cmd_nudge_right(Drawing* d, XEvent*, Boolean) { return nudge(d, 1, 0); }
+int cmd_nudge_down(Drawing* d, XEvent*, Boolean) { return nudge(d, 0, 1); }
+int cmd_nudge_left(Drawing* d, XEvent*, Boolean) { return nudge(d, -1, 0); }
