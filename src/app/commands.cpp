@@ -13,6 +13,7 @@
 #include "files/new_close.h"
 #include "files/open_save.h"
 #include "fonts/font_dialog.h"
+#include "imageops/clipboard.h"
 #include "imageops/selection_transforms.h"
 #include "tools/selection.h"
 #include "tools/shapes.h"
@@ -51,9 +52,9 @@ const CommandRow commandTable[] = {
     {CMD_SAVE_AS_BW,         cmd_save_as_bw},
     {CMD_QUIT,               cmd_quit},
     {CMD_UNDO,               cmd_undo},
-    {CMD_CUT,                cmd_not_built_yet},
-    {CMD_COPY,               cmd_not_built_yet},
-    {CMD_PASTE,              cmd_not_built_yet},
+    {CMD_CUT,                cmd_cut},
+    {CMD_COPY,               cmd_copy},
+    {CMD_PASTE,              cmd_paste},
     {CMD_CLEAR,              cmd_clear},
     {CMD_SELECT_ALL,         cmd_select_all},
     {CMD_ZOOM_IN,            cmd_zoom_in},

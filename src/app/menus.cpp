@@ -17,6 +17,7 @@
 #include "app/commands.h"
 #include "app/draw.h"
 #include "help/help_menu.h"
+#include "imageops/clipboard.h"
 #include "tools/selection.h"
 
 namespace {
@@ -98,9 +99,9 @@ bool has_selection(Drawing* d)
     return selection_exists(d);
 }
 
-bool clipboard_has_image(Drawing*)
+bool clipboard_has_image(Drawing* d)
 {
-    return false;
+    return clipboard_can_paste(d);
 }
 
 void set_sensitive(Drawing* d, int command, bool on)

@@ -1,0 +1,111 @@
+// Copy, cut and paste of selections between drawings through the Motif
+// clipboard, and what Paste does with a pixmap that is gone or of another
+// depth.
+#include "canvas_support.h"   // first: gtest before Xlib's macros
+
+#include <Xm/CutPaste.h>
+#include <Xm/Xm.h>
+
+#include <cstdint>
+
+#include "app/app.h"
+#include "app/commands.h"
+#include "app/draw.h"
+#include "canvas/image_store.h"
+#include "imageops/clipboard.h"
+#include "tools/palettes.h"
+#include "tools/selection.h"
+#include "tools/tool_table.h"
+
+namespace {
+
+void put_pixel(Drawing* d, int x, int y, unsigned long v)
+{
+    Display* dpy = app().display;
+    GC gc = XCreateGC(dpy, d->image, 0, nullptr);
+    XSetForeground(dpy, gc, v);
+    XDrawPoint(dpy, d->image, gc, x, y);
+    XFreeGC(dpy, gc);
+}
+
+// Puts an arbitrary identifier on the clipboard as another copy of the
+// program would.
+void offer_identifier(Drawing* d, uint32_t id)
+{
+    Display* dpy = app().display;
+    Window w = XtWindow(d->shell);
+    XmString label = XmStringCreateLocalized(const_cast<char*>("orvbit"));
+    long item = 0, data = 0;
+    ASSERT_EQ(XmClipboardStartCopy(dpy, w, label, CurrentTime, nullptr, nullptr, &item),
+              ClipboardSuccess);
+    XmClipboardCopy(dpy, w, item, const_cast<char*>("PICTREL_PIXMAP"), &id, sizeof id, 0, &data);
+    XmClipboardEndCopy(dpy, w, item);
+    XmStringFree(label);
+}
+
+}  // namespace
+
+// A copied selection pastes into another drawing at the top-left of its
+// visible canvas as a floating copy; Cut leaves background behind.
+TEST(Clipboard, CopyAndCutBetweenDrawings)
+{
+    Drawing* a = make_drawing(24, 16);
+    Drawing* b = make_drawing(24, 16);
+    ASSERT_NE(a, nullptr);
+    ASSERT_NE(b, nullptr);
+    select_tool(a, TOOL_SELECT);
+    pump();
+    put_pixel(a, 5, 6, 31);
+    put_pixel(a, 6, 7, 32);
+    stroke(a, Button1, {{5, 6}, {6, 7}});
+    ASSERT_EQ(run_command(a, CMD_COPY, nullptr, False), 0);
+    pump();
+    EXPECT_TRUE(clipboard_can_paste(b));
+    ASSERT_EQ(run_command(b, CMD_PASTE, nullptr, False), 0);
+    pump();
+    EXPECT_EQ(b->currentTool, TOOL_SELECT);
+    ASSERT_TRUE(selection_exists(b));
+    EXPECT_EQ(b->selection->current.x, 0);
+    EXPECT_EQ(b->selection->current.width, 2);
+    EXPECT_EQ(b->selection->mode, 2);
+    select_tool(b, TOOL_PENCIL);   // lay it down
+    pump();
+    EXPECT_EQ(image_pixel(b, 0, 0), 31u);
+    EXPECT_EQ(image_pixel(b, 1, 1), 32u);
+
+    // Cut clears the source.
+    ASSERT_EQ(run_command(a, CMD_CUT, nullptr, False), 0);
+    pump();
+    EXPECT_FALSE(selection_exists(a));
+    EXPECT_EQ(image_pixel(a, 5, 6), background_pixel(a));
+    EXPECT_EQ(image_pixel(a, 6, 7), background_pixel(a));
+}
+
+// A bitmap's selection cannot go into a colour drawing; an identifier
+// that names no pixmap is refused without an X error reaching the program.
+TEST(Clipboard, WrongDepthAndVanishedPixmaps)
+{
+    Drawing* colour = make_drawing(16, 16);
+    Drawing* bits = create_drawing("bits", 16, 16, 1, None, -1, -1, nullptr);
+    ASSERT_NE(colour, nullptr);
+    ASSERT_NE(bits, nullptr);
+    pump();
+    run_command(bits, CMD_SELECT_ALL, nullptr, False);
+    ASSERT_EQ(run_command(bits, CMD_COPY, nullptr, False), 0);
+    pump();
+    EXPECT_TRUE(clipboard_can_paste(bits));
+    EXPECT_FALSE(clipboard_can_paste(colour));
+    EXPECT_NE(run_command(colour, CMD_PASTE, nullptr, False), 0);
+    EXPECT_FALSE(selection_exists(colour));
+
+    Pixmap gone = XCreatePixmap(app().display, app().root, 4, 4, static_cast<unsigned>(colour->depth));
+    XFreePixmap(app().display, gone);
+    XErrorTrap trap;
+    offer_identifier(colour, static_cast<uint32_t>(gone));
+    pump();
+    EXPECT_FALSE(clipboard_can_paste(colour));
+    EXPECT_NE(run_command(colour, CMD_PASTE, nullptr, False), 0);
+    pump();
+    EXPECT_FALSE(selection_exists(colour));
+    EXPECT_EQ(trap.errors(), 0);
+}
