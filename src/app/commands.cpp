@@ -14,6 +14,7 @@
 #include "files/open_save.h"
 #include "fonts/font_dialog.h"
 #include "imageops/clipboard.h"
+#include "imageops/root_background.h"
 #include "imageops/selection_transforms.h"
 #include "tools/selection.h"
 #include "tools/shapes.h"
@@ -61,7 +62,7 @@ const CommandRow commandTable[] = {
     {CMD_ZOOM_OUT,           cmd_zoom_out},
     {CMD_SHOW_SMALL_VIEW,    cmd_show_small_view},
     {CMD_SHOW_BW_VIEW,       cmd_show_bw_view},
-    {CMD_SET_ROOT_WINDOW,    cmd_not_built_yet},
+    {CMD_SET_ROOT_WINDOW,    cmd_set_root_window},
     {CMD_DRAW_FILLED,        cmd_draw_filled},
     {CMD_FONTS,              cmd_fonts},
     {CMD_INVERT,             cmd_invert},
@@ -73,7 +74,7 @@ const CommandRow commandTable[] = {
     {CMD_NUDGE_DOWN,         cmd_nudge_down},
     {CMD_NUDGE_LEFT,         cmd_nudge_left},
     {CMD_UPDATE_SENSITIVITY, cmd_update_sensitivity},
-    {CMD_PICK_WINDOW,        cmd_not_built_yet},
+    {CMD_PICK_WINDOW,        cmd_pick_window},
     {CMD_SHOW_COLORS,        cmd_show_colors},
     {CMD_CLOSE,              cmd_close},
 };
