@@ -13,6 +13,7 @@
 #include "app/menus.h"
 #include "canvas/image_store.h"
 #include "canvas/undo.h"
+#include "colour/paste_colours.h"
 #include "tools/palettes.h"
 #include "tools/regions.h"
 #include "tools/tool_table.h"
@@ -348,6 +349,7 @@ int paste_pixmap(Drawing* d, Pixmap source)
     XSetErrorHandler(old);
     s->pixels = p;
     s->mode = 2;
+    remap_pasted_colours(d, p, w, h);
     Point at = visible_origin(d);
     set_rect(s->current, at.x, at.y, w, h);
     set_rect(s->origin, at.x, at.y, 0, 0);

@@ -12,6 +12,7 @@
 #include "app/commands.h"
 #include "app/draw.h"
 #include "canvas/image_store.h"
+#include "colour/color_list.h"
 #include "imageops/clipboard.h"
 #include "tools/palettes.h"
 #include "tools/selection.h"
@@ -43,6 +44,23 @@ void offer_identifier(Drawing* d, uint32_t id)
     XmStringFree(label);
 }
 
+bool in_list(Drawing* d, unsigned long pixel)
+{
+    ColorList* list = color_list_of(d);
+    for (ColorEntry* e = list ? list->anchor->next : nullptr; e; e = e->next)
+        if (e->pixel == pixel)
+            return true;
+    return false;
+}
+
+XColor rgb(unsigned long pixel)
+{
+    XColor c{};
+    c.pixel = pixel;
+    XQueryColor(app().display, app().colormap, &c);
+    return c;
+}
+
 }  // namespace
 
 // A copied selection pastes into another drawing at the top-left of its
@@ -55,8 +73,17 @@ TEST(Clipboard, CopyAndCutBetweenDrawings)
     ASSERT_NE(b, nullptr);
     select_tool(a, TOOL_SELECT);
     pump();
-    put_pixel(a, 5, 6, 31);
-    put_pixel(a, 6, 7, 32);
+    // A's own black, and a colour only A has.
+    ColorEntry* black = add_color(color_list_of(a), app().blackPixel, app().blackPixel, 1);
+    ColorEntry* odd = add_color(color_list_of(a), app().blackPixel, app().blackPixel, 1);
+    ASSERT_TRUE(black && odd);
+    XColor unique{};
+    unique.pixel = odd->pixel;
+    unique.red = 0x1200, unique.green = 0x3400, unique.blue = 0x5600;
+    unique.flags = DoRed | DoGreen | DoBlue;
+    XStoreColor(app().display, app().colormap, &unique);
+    put_pixel(a, 5, 6, black->pixel);
+    put_pixel(a, 6, 7, odd->pixel);
     stroke(a, Button1, {{5, 6}, {6, 7}});
     ASSERT_EQ(run_command(a, CMD_COPY, nullptr, False), 0);
     pump();
@@ -70,8 +97,16 @@ TEST(Clipboard, CopyAndCutBetweenDrawings)
     EXPECT_EQ(b->selection->mode, 2);
     select_tool(b, TOOL_PENCIL);   // lay it down
     pump();
-    EXPECT_EQ(image_pixel(b, 0, 0), 31u);
-    EXPECT_EQ(image_pixel(b, 1, 1), 32u);
+    // The pasted colours are B's own cells: black is B's black, the
+    // unknown colour a new entry of B with the same RGB.
+    unsigned long p0 = image_pixel(b, 0, 0), p1 = image_pixel(b, 1, 1);
+    EXPECT_TRUE(in_list(b, p0));
+    EXPECT_TRUE(in_list(b, p1));
+    EXPECT_NE(p0, black->pixel);
+    EXPECT_NE(p1, odd->pixel);
+    EXPECT_EQ(rgb(p0).red, rgb(app().blackPixel).red);
+    EXPECT_EQ(rgb(p1).red, rgb(odd->pixel).red);
+    EXPECT_EQ(rgb(p1).blue, rgb(odd->pixel).blue);
 
     // Cut clears the source.
     ASSERT_EQ(run_command(a, CMD_CUT, nullptr, False), 0);
