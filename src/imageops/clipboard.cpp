@@ -9,6 +9,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <string>
 
 #include "app/app.h"
 #include "app/draw.h"
@@ -23,6 +24,7 @@ struct ClipboardState {
     Window window = None;   // the first one used serves every later call
     Pixmap owned = None;
     long dataId = 0;
+    bool usable = false;
 };
 ClipboardState clip;
 
@@ -55,15 +57,41 @@ void debug_status(int status, Step step)
     std::fflush(stdout);
 }
 
+// The length the server has on record for our format, -1 when unknown.
+long registered_length(Display* dpy)
+{
+    std::string name = std::string("_MOTIF_CLIP_FORMAT_") + formatName;
+    Atom property = XInternAtom(dpy, name.c_str(), True);
+    if (property == None)
+        return -1;
+    Atom type;
+    int format = 0;
+    unsigned long count = 0, after = 0;
+    unsigned char* data = nullptr;
+    long length = -1;
+    if (XGetWindowProperty(dpy, DefaultRootWindow(dpy), property, 0, 1, False, AnyPropertyType,
+                           &type, &format, &count, &after, &data) == Success &&
+        data && format == 32 && count == 1)
+        length = reinterpret_cast<long*>(data)[0];
+    if (data)
+        XFree(data);
+    return length;
+}
+
 Window clipboard_window(Drawing* d)
 {
     if (!clip.window && d && d->shell && XtIsRealized(d->shell)) {
-        clip.window = XtWindow(d->shell);
+        Display* dpy = app().display;
         // Bytes, not 32-bit items: the identifier travels as four bytes
         // whatever the size of a long, which 32-bit formats would widen.
-        XmClipboardRegisterFormat(app().display, formatName, 8);
+        XmClipboardRegisterFormat(dpy, formatName, 8);
+        // Another client may have registered the name with another length;
+        // the toolkit would then store our item unreadably and end the
+        // program on the next retrieve. Leave the clipboard alone instead.
+        clip.usable = registered_length(dpy) == 8;
+        clip.window = XtWindow(d->shell);
     }
-    return clip.window;
+    return clip.usable ? clip.window : None;
 }
 
 Time event_time(const XEvent* event)

@@ -3,6 +3,7 @@
 // depth.
 #include "canvas_support.h"   // first: gtest before Xlib's macros
 
+#include <X11/Xatom.h>
 #include <Xm/CutPaste.h>
 #include <Xm/Xm.h>
 
@@ -143,4 +144,26 @@ TEST(Clipboard, WrongDepthAndVanishedPixmaps)
     pump();
     EXPECT_FALSE(selection_exists(colour));
     EXPECT_EQ(trap.errors(), 0);
+}
+
+// Another client that registered the format name with another length
+// would make the toolkit store unreadable items and end the program on the
+// next retrieve: the clipboard is then left alone.
+TEST(Clipboard, ForeignFormatLengthIsLeftAlone)
+{
+    Display* dpy = app().display;
+    Atom property = XInternAtom(dpy, "_MOTIF_CLIP_FORMAT_PICTREL_PIXMAP", False);
+    auto set_length = [&](long length) {
+        XChangeProperty(dpy, app().root, property, XA_INTEGER, 32, PropModeReplace,
+                        reinterpret_cast<unsigned char*>(&length), 1);
+        XSync(dpy, False);
+    };
+    set_length(32);
+    Drawing* d = make_drawing(8, 8);
+    ASSERT_NE(d, nullptr);
+    run_command(d, CMD_SELECT_ALL, nullptr, False);
+    EXPECT_NE(run_command(d, CMD_COPY, nullptr, False), 0);
+    EXPECT_FALSE(clipboard_can_paste(d));
+    EXPECT_NE(run_command(d, CMD_PASTE, nullptr, False), 0);
+    set_length(8);
 }
