@@ -41,21 +41,7 @@ const char* const fallbackResources[] = {
     "*ColorPickerDialog*XmDrawnButton.height: 36",
 };
 
-void merge_fallback_resources(Display* dpy)
-{
-    static bool merged = false;
-    if (merged)
-        return;
-    merged = true;
-    XrmDatabase fallback = nullptr;
-    for (const char* line : fallbackResources)
-        XrmPutLineResource(&fallback, line);
-    XrmDatabase db = XtDatabase(dpy);
-    if (db)
-        XrmCombineDatabase(fallback, &db, False);
-    else
-        XrmDestroyDatabase(fallback);
-}
+bool fallbackMerged = false;
 
 void no_create_pixel(Pixel) {}
 Widget no_create(Widget) { return nullptr; }
@@ -246,7 +232,8 @@ void fill_work_area(Widget form)
 
 Widget make_dialog()
 {
-    merge_fallback_resources(XtDisplay(app().topLevel));
+    merge_fallback_resources(XtDisplay(app().topLevel), fallbackResources, XtNumber(fallbackResources),
+                             &fallbackMerged);
     editor = reinterpret_cast<ColorEditor*>(XtMalloc(sizeof(ColorEditor)));
     *editor = ColorEditor{};
     const DialogButton buttons[] = {

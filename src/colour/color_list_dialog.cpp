@@ -38,21 +38,7 @@ const char* const fallbackResources[] = {
     "*ColorListEntry.height: 22",
 };
 
-void merge_fallback_resources(Display* dpy)
-{
-    static bool merged = false;
-    if (merged)
-        return;
-    merged = true;
-    XrmDatabase fallback = nullptr;
-    for (const char* line : fallbackResources)
-        XrmPutLineResource(&fallback, line);
-    XrmDatabase db = XtDatabase(dpy);
-    if (db)
-        XrmCombineDatabase(fallback, &db, False);
-    else
-        XrmDestroyDatabase(fallback);
-}
+bool fallbackMerged = false;
 
 // The list being built: the work-area fill function gets only the form.
 ColorList* buildingList = nullptr;
@@ -160,7 +146,8 @@ Widget create_color_list_dialog(Widget parent, GC foregroundGC, GC backgroundGC,
 {
     if (!parent)
         return nullptr;
-    merge_fallback_resources(XtDisplay(parent));
+    merge_fallback_resources(XtDisplay(parent), fallbackResources, XtNumber(fallbackResources),
+                             &fallbackMerged);
 
     auto* first = reinterpret_cast<ColorEntry*>(XtMalloc(sizeof(ColorEntry)));
     *first = ColorEntry{0, 0, nullptr, nullptr};

@@ -391,3 +391,18 @@ void free_icon(Icon* icon)
     XtFree(reinterpret_cast<char*>(icon->pixels));
     XtFree(reinterpret_cast<char*>(icon));
 }
+
+void merge_fallback_resources(Display* dpy, const char* const* lines, size_t count, bool* merged)
+{
+    if (*merged || !dpy)
+        return;
+    *merged = true;
+    XrmDatabase fallback = nullptr;
+    for (size_t i = 0; i < count; i++)
+        XrmPutLineResource(&fallback, lines[i]);
+    XrmDatabase db = XtDatabase(dpy);
+    if (db)
+        XrmCombineDatabase(fallback, &db, False);
+    else
+        XrmDestroyDatabase(fallback);
+}

@@ -37,4 +37,10 @@ Widget template_dialog(Widget parent, const char* name, void (*fill)(Widget form
 Widget message_box(Widget parent, const char* name, void (*fill)(Widget form),
                    ArgList args, Cardinal argCount, const DialogButton* buttons);
 void set_dialog_message(Widget dialog, const char* text);
+
+// Puts a dialog's built-in resource lines under the resource database, so
+// that it still looks right without the application defaults file while
+// that file (and the user's settings) win wherever they say something.
+// Done once per `merged` flag.
+void merge_fallback_resources(Display* dpy, const char* const* lines, size_t count, bool* merged);
 void set_default_button(Widget dialog, const char* childName);

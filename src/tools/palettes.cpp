@@ -55,21 +55,8 @@ void make_pattern_table()
     v.line_width = 0;
     paletteGC = XCreateGC(dpy, app().root, GCForeground | GCLineWidth, &v);
     for (int p = 0; p < PATTERN_COUNT; p++) {
-        PatternEntry& e = patterns[p];
-        e.stipple = XCreateBitmapFromData(dpy, app().root,
-                                          reinterpret_cast<const char*>(patternBits[p]), 8, 8);
-        v.function = GXcopy;
-        v.fill_style = FillOpaqueStippled;
-        v.stipple = e.stipple;
-        v.graphics_exposures = False;
-        unsigned long mask = GCFunction | GCFillStyle | GCStipple | GCForeground | GCBackground |
-                             GCGraphicsExposures;
-        v.foreground = app().blackPixel;
-        v.background = app().whitePixel;
-        e.colourGC = XCreateGC(dpy, app().root, mask, &v);
-        v.foreground = 1;
-        v.background = 0;
-        e.bitmapGC = XCreateGC(dpy, e.stipple, mask, &v);
+        StippleGCs gcs = make_stipple_gcs(patternBits[p]);
+        patterns[p] = PatternEntry{gcs.stipple, gcs.bitmap, gcs.colour};
     }
 }
 
@@ -147,6 +134,27 @@ Widget create_palette_box(Widget form, const char* name)
 }
 
 }  // namespace
+
+StippleGCs make_stipple_gcs(const unsigned char bits[8])
+{
+    Display* dpy = app().display;
+    StippleGCs out{};
+    out.stipple = XCreateBitmapFromData(dpy, app().root, reinterpret_cast<const char*>(bits), 8, 8);
+    XGCValues v;
+    v.function = GXcopy;
+    v.fill_style = FillOpaqueStippled;
+    v.stipple = out.stipple;
+    v.graphics_exposures = False;
+    unsigned long mask = GCFunction | GCFillStyle | GCStipple | GCForeground | GCBackground |
+                         GCGraphicsExposures;
+    v.foreground = app().blackPixel;
+    v.background = app().whitePixel;
+    out.colour = XCreateGC(dpy, app().root, mask, &v);
+    v.foreground = 1;
+    v.background = 0;
+    out.bitmap = XCreateGC(dpy, out.stipple, mask, &v);
+    return out;
+}
 
 Widget create_tools_box(Widget form, Drawing* d)
 {

@@ -16,6 +16,16 @@ Widget create_line_width_box(Widget form, Drawing* d);
 // The pattern's GC for a drawing of the given depth (1: bitmap variant).
 GC pattern_gc(int pattern, int depth);
 
+// An 8 x 8 stipple and the two opaque-stippled GCs that paint it, black on
+// white for colour drawings and 1 on 0 for bitmaps. Kept for the program's
+// life.
+struct StippleGCs {
+    Pixmap stipple;
+    GC colour;
+    GC bitmap;
+};
+StippleGCs make_stipple_gcs(const unsigned char bits[8]);
+
 // who: a tool index, or 100 plus a pattern index.
 void toggle_changed(Drawing* d, int who, bool set);
 

@@ -100,24 +100,9 @@ void make_march_gcs()
 {
     if (marchGCs[0].stipple)
         return;
-    Display* dpy = app().display;
     for (int p = 0; p < 8; p++) {
-        MarchGCs& m = marchGCs[p];
-        m.stipple = XCreateBitmapFromData(dpy, app().root,
-                                          reinterpret_cast<const char*>(marchBits[p]), 8, 8);
-        XGCValues v;
-        v.function = GXcopy;
-        v.fill_style = FillOpaqueStippled;
-        v.stipple = m.stipple;
-        v.graphics_exposures = False;
-        unsigned long mask = GCFunction | GCFillStyle | GCStipple | GCForeground | GCBackground |
-                             GCGraphicsExposures;
-        v.foreground = app().blackPixel;
-        v.background = app().whitePixel;
-        m.colour = XCreateGC(dpy, app().root, mask, &v);
-        v.foreground = 1;
-        v.background = 0;
-        m.bitmap = XCreateGC(dpy, m.stipple, mask, &v);
+        StippleGCs gcs = make_stipple_gcs(marchBits[p]);
+        marchGCs[p] = MarchGCs{gcs.stipple, gcs.colour, gcs.bitmap};
     }
 }
 
