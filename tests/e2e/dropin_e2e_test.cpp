@@ -4,8 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <X11/Xatom.h>
-#include <unistd.h>
-
 #include <cstdlib>
 #include <fstream>
 #include <string>
@@ -40,9 +38,8 @@ void drop_files(Display* dpy, Window site, const char* file, const char* propert
 
 TEST(DropInE2e, DroppedFileOpensInANewWindow)
 {
-    char pattern[] = "/tmp/pictrel-drop-e2e-XXXXXX";
-    ASSERT_NE(mkdtemp(pattern), nullptr);
-    std::string dir = pattern;
+    E2eScratch scratch;
+    const std::string& dir = scratch.dir;
     std::string file = dir + "/dropped.xbm";
     std::ofstream(file) << "#define d_width 6\n#define d_height 5\nstatic char d_bits[] = {\n"
                            "0x01, 0x02, 0x04, 0x08, 0x10};\n";
@@ -63,5 +60,4 @@ TEST(DropInE2e, DroppedFileOpensInANewWindow)
     EXPECT_TRUE(app.running());
 
     app.kill_now();
-    std::system(("rm -rf '" + dir + "'").c_str());
 }

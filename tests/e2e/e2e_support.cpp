@@ -1,4 +1,3 @@
-// Spawning and driving the real binary for end-to-end tests; see the header.
 #include "e2e_support.h"
 
 #include <X11/Xatom.h>
@@ -22,10 +21,7 @@ namespace {
 
 // Windows come and go while we look at them; an error about one that has
 // just gone must not end the test process.
-int ignore_x_errors(Display*, XErrorEvent*)
-{
-    return 0;
-}
+int ignore_x_errors(Display*, XErrorEvent*) { return 0; }
 
 std::string read_file(const std::string& path)
 {
@@ -35,22 +31,12 @@ std::string read_file(const std::string& path)
     return s.str();
 }
 
-void make_dir(const std::string& path)
-{
-    mkdir(path.c_str(), 0755);
-}
+void make_dir(const std::string& path) { mkdir(path.c_str(), 0755); }
 
 using Clock = std::chrono::steady_clock;
 
-bool before(Clock::time_point deadline)
-{
-    return Clock::now() < deadline;
-}
-
-Clock::time_point deadline_in(int ms)
-{
-    return Clock::now() + std::chrono::milliseconds(ms);
-}
+bool before(Clock::time_point deadline) { return Clock::now() < deadline; }
+Clock::time_point deadline_in(int ms) { return Clock::now() + std::chrono::milliseconds(ms); }
 
 std::vector<std::string> split_combo(const std::string& combo)
 {
@@ -101,11 +87,6 @@ E2eApp::~E2eApp()
         XCloseDisplay(dpy_);
 }
 
-bool E2eApp::start(std::initializer_list<std::string> args, const char* argv0)
-{
-    return start(std::vector<std::string>(args), argv0);
-}
-
 bool E2eApp::start(const std::vector<std::string>& args, const char* argv0)
 {
     static int runCount = 0;
@@ -148,31 +129,21 @@ bool E2eApp::start(const std::vector<std::string>& args, const char* argv0)
     return true;
 }
 
+// Dialog shells belong to the run whose shell they are transient for.
 bool E2eApp::is_ours(Window w)
 {
-    XClassHint hint{};
-    bool ours = false;
-    if (XGetClassHint(dpy_, w, &hint)) {
-        ours = hint.res_name && argv0_ == hint.res_name;
-        if (hint.res_name)
-            XFree(hint.res_name);
-        if (hint.res_class)
-            XFree(hint.res_class);
-    }
-    // Dialog shells are named after the dialog; they belong to the run
-    // whose shell they are transient for.
     Window owner = None;
-    if (!ours && XGetTransientForHint(dpy_, w, &owner) && owner && owner != w) {
-        XClassHint ownerHint{};
-        if (XGetClassHint(dpy_, owner, &ownerHint)) {
-            ours = ownerHint.res_name && argv0_ == ownerHint.res_name;
-            if (ownerHint.res_name)
-                XFree(ownerHint.res_name);
-            if (ownerHint.res_class)
-                XFree(ownerHint.res_class);
-        }
+    for (Window probe : {w, XGetTransientForHint(dpy_, w, &owner) ? owner : None}) {
+        XClassHint hint{};
+        if (!probe || !XGetClassHint(dpy_, probe, &hint))
+            continue;
+        bool ours = hint.res_name && argv0_ == hint.res_name;
+        XFree(hint.res_name);
+        XFree(hint.res_class);
+        if (ours)
+            return true;
     }
-    return ours;
+    return false;
 }
 
 std::vector<E2eWindow> E2eApp::windows()
@@ -215,20 +186,6 @@ Window E2eApp::wait_window(const std::string& title, int timeoutMs)
         e2e_sleep_ms(50);
     } while (before(deadline));
     return 0;
-}
-
-bool E2eApp::wait_window_gone(const std::string& title, int timeoutMs)
-{
-    auto deadline = deadline_in(timeoutMs);
-    do {
-        bool present = false;
-        for (const E2eWindow& w : windows())
-            present = present || w.title == title;
-        if (!present)
-            return true;
-        e2e_sleep_ms(50);
-    } while (before(deadline));
-    return false;
 }
 
 void E2eApp::sync()
@@ -295,7 +252,7 @@ void E2eApp::click(Window w, int x, int y, unsigned button)
     sync();
 }
 
-void E2eApp::send_delete_window(Window w)
+void E2eApp::send_protocol(Window w, const char* protocol)
 {
     if (!dpy_ || !w)
         return;
@@ -304,7 +261,7 @@ void E2eApp::send_delete_window(Window w)
     ev.xclient.window = w;
     ev.xclient.message_type = XInternAtom(dpy_, "WM_PROTOCOLS", False);
     ev.xclient.format = 32;
-    ev.xclient.data.l[0] = static_cast<long>(XInternAtom(dpy_, "WM_DELETE_WINDOW", False));
+    ev.xclient.data.l[0] = static_cast<long>(XInternAtom(dpy_, protocol, False));
     ev.xclient.data.l[1] = CurrentTime;
     XSendEvent(dpy_, w, False, NoEventMask, &ev);
     sync();
@@ -367,17 +324,6 @@ bool E2eApp::wait_stdout(const std::string& text, int timeoutMs) const
     auto deadline = deadline_in(timeoutMs);
     do {
         if (stdout_text().find(text) != std::string::npos)
-            return true;
-        e2e_sleep_ms(50);
-    } while (before(deadline));
-    return false;
-}
-
-bool E2eApp::wait_stderr(const std::string& text, int timeoutMs) const
-{
-    auto deadline = deadline_in(timeoutMs);
-    do {
-        if (stderr_text().find(text) != std::string::npos)
             return true;
         e2e_sleep_ms(50);
     } while (before(deadline));
@@ -462,7 +408,7 @@ bool E2eApp::shows_text(Window w, const char* xlfd, const std::string& text, uns
     return found;
 }
 
-std::vector<Geometry> child_windows(Display* dpy, Window w)
+static std::vector<Geometry> child_windows(Display* dpy, Window w)
 {
     Window root, parent, *kids = nullptr;
     unsigned n = 0;
@@ -510,4 +456,43 @@ std::vector<Window> palette(Display* dpy, Window top, size_t count, int w, int h
 Window find_canvas(Display* dpy, Window shell, int width, int height)
 {
     return find_window(dpy, shell, [&](Display*, const Geometry& g) { return g.width == width && g.height == height; });
+}
+
+E2eScratch::E2eScratch()
+{
+    char pattern[] = "/tmp/pictrel-e2e-XXXXXX";
+    dir = mkdtemp(pattern) ? pattern : "/tmp";
+}
+
+E2eScratch::~E2eScratch()
+{
+    if (dir != "/tmp")
+        std::system(("rm -rf '" + dir + "'").c_str());
+}
+
+ImagePtr read_window(Display* dpy, Window top, Window w, int width, int height)
+{
+    XRaiseWindow(dpy, top);
+    XSync(dpy, False);
+    e2e_sleep_ms(200);   // the program repaints what the raise exposed
+    XGrabServer(dpy);
+    ImagePtr im(XGetImage(dpy, w, 0, 0, static_cast<unsigned>(width), static_cast<unsigned>(height), AllPlanes,
+                          ZPixmap));
+    XUngrabServer(dpy);
+    XSync(dpy, False);
+    return im;
+}
+
+unsigned rgb_of(Display* dpy, unsigned long pixel)
+{
+    XColor c{};
+    c.pixel = pixel;
+    XQueryColor(dpy, DefaultColormap(dpy, DefaultScreen(dpy)), &c);
+    return ((c.red >> 8) << 16) | ((c.green >> 8) << 8) | (c.blue >> 8);
+}
+
+bool dark(Display* dpy, unsigned long pixel)
+{
+    unsigned rgb = rgb_of(dpy, pixel);
+    return (rgb >> 16) < 0x40 && ((rgb >> 8) & 0xFF) < 0x40 && (rgb & 0xFF) < 0x40;
 }

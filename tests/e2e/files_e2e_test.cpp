@@ -4,8 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <X11/xpm.h>
-#include <unistd.h>
-
 #include <strings.h>
 
 #include <cctype>
@@ -17,21 +15,6 @@
 #include "e2e_support.h"
 
 namespace {
-
-class Scratch {
-public:
-    Scratch()
-    {
-        char pattern[] = "/tmp/pictrel-files-e2e-XXXXXX";
-        dir = mkdtemp(pattern) ? pattern : "/tmp";
-    }
-    ~Scratch()
-    {
-        if (dir != "/tmp")
-            std::system(("rm -rf '" + dir + "'").c_str());
-    }
-    std::string dir;
-};
 
 // A 16 x 16 white XPM with a black border column on the right. Black comes
 // first in the colour table, so it is the foreground the drawing opens with.
@@ -66,19 +49,10 @@ int black_pixels(const std::string& path, unsigned* width = nullptr)
 void type_text(E2eApp& app, const std::string& text)
 {
     for (char ch : text) {
-        std::string name;
-        switch (ch) {
-        case '/': name = "slash"; break;
-        case '.': name = "period"; break;
-        case '-': name = "minus"; break;
-        case '_': name = "shift+underscore"; break;
-        default:
-            // mkdtemp's letters come in both cases.
-            name = std::isupper(static_cast<unsigned char>(ch))
-                       ? "shift+" + std::string(1, static_cast<char>(std::tolower(static_cast<unsigned char>(ch))))
-                       : std::string(1, ch);
-        }
-        app.key(0, name);
+        const char* named = ch == '/' ? "slash" : ch == '.' ? "period" : ch == '-' ? "minus" : nullptr;
+        auto lower = static_cast<char>(std::tolower(static_cast<unsigned char>(ch)));
+        // mkdtemp's letters come in both cases.
+        app.key(0, named ? named : (lower != ch ? "shift+" : "") + std::string(1, lower));
     }
 }
 
@@ -98,7 +72,7 @@ void paint_cell(E2eApp& app, Window shell, int x, int y)
 // stroke is in the file and Quit no longer asks.
 TEST(FilesE2e, SaveInPlaceThenQuitWithoutAsking)
 {
-    Scratch s;
+    E2eScratch s;
     std::string path = s.dir + "/pic.xpm";
     std::ofstream(path) << white_xpm();
     ASSERT_EQ(black_pixels(path), 16);
@@ -130,7 +104,7 @@ TEST(FilesE2e, SaveInPlaceThenQuitWithoutAsking)
 // gets ".px", the typed name gets it too, and the window takes the name.
 TEST(FilesE2e, SaveAsThroughTheFileDialog)
 {
-    Scratch s;
+    E2eScratch s;
     E2eApp app;
     ASSERT_TRUE(app.start({"-width", "16", "-height", "16"}));
     Window w = app.wait_window("Untitled");
@@ -150,14 +124,9 @@ TEST(FilesE2e, SaveAsThroughTheFileDialog)
     unsigned width = 0;
     EXPECT_GT(black_pixels(target, &width), 0);
     EXPECT_EQ(width, 16u);
-    std::string text;
-    {
-        std::ifstream in(target);
-        std::stringstream all;
-        all << in.rdbuf();
-        text = all.str();
-    }
-    EXPECT_NE(text.find("drawn[]"), std::string::npos) << "identifiers from the base name";
+    std::stringstream text;
+    text << std::ifstream(target).rdbuf();
+    EXPECT_NE(text.str().find("drawn[]"), std::string::npos) << "identifiers from the base name";
 }
 
 // Quit with unsaved changes asks first; Discard then ends the program
@@ -176,14 +145,9 @@ TEST(FilesE2e, QuitAsksThenDiscardExits)
     EXPECT_TRUE(app.running());
     e2e_sleep_ms(300);
     app.screenshot("files-confirm-close");
-    int width = 0, height = 0;
-    for (const E2eWindow& win : app.windows())
-        if (win.id == ask) {
-            width = win.width;
-            height = win.height;
-        }
-    ASSERT_GT(width, 0);
-    app.click(ask, width / 2, height * 7 / 10);   // Discard, the middle button
+    XWindowAttributes a{};
+    ASSERT_TRUE(XGetWindowAttributes(app.display(), ask, &a));
+    app.click(ask, a.width / 2, a.height * 7 / 10);   // Discard, the middle button
     int status = -1;
     ASSERT_TRUE(app.wait_exit(&status));
     EXPECT_EQ(status, 0);

@@ -3,44 +3,25 @@
 // while the caret stays for more typing.
 #include <gtest/gtest.h>
 
-#include <X11/Xlib.h>
-#include <X11/Xutil.h>
-
-#include <memory>
 #include <vector>
 
 #include "e2e_support.h"
 
 namespace {
 
-constexpr int IMAGE_SIZE = 32;
 constexpr int ZOOM = 3;   // the default zoomLevel
-constexpr int CANVAS = IMAGE_SIZE << ZOOM;
-
-struct ImageDeleter {
-    void operator()(XImage* im) const { XDestroyImage(im); }
-};
+constexpr int CANVAS = 32 << ZOOM;
 
 // Dark cells of the canvas in image columns [x0, x1] and rows [y0, y1].
 int dark_cells(Display* dpy, Window shell, Window canvas, int x0, int x1, int y0, int y1)
 {
-    XRaiseWindow(dpy, shell);
-    XSync(dpy, False);
-    e2e_sleep_ms(200);
-    XGrabServer(dpy);
-    std::unique_ptr<XImage, ImageDeleter> im(XGetImage(dpy, canvas, 0, 0, CANVAS, CANVAS, AllPlanes, ZPixmap));
-    XUngrabServer(dpy);
-    XSync(dpy, False);
+    ImagePtr im = read_window(dpy, shell, canvas, CANVAS, CANVAS);
     if (!im)
         return -1;
     int n = 0;
     for (int y = y0; y <= y1; y++)
-        for (int x = x0; x <= x1; x++) {
-            XColor c{};
-            c.pixel = XGetPixel(im.get(), (x << ZOOM) + 3, (y << ZOOM) + 3);
-            XQueryColor(dpy, DefaultColormap(dpy, DefaultScreen(dpy)), &c);
-            n += c.red < 0x4000 && c.green < 0x4000 && c.blue < 0x4000;
-        }
+        for (int x = x0; x <= x1; x++)
+            n += dark(dpy, XGetPixel(im.get(), (x << ZOOM) + 3, (y << ZOOM) + 3));
     return n;
 }
 
@@ -55,9 +36,7 @@ TEST(TextE2e, TypeIntoCanvasThenUndo)
     ASSERT_NE(shell, 0u);
     e2e_sleep_ms(300);
     Display* dpy = app.display();
-    Window canvas = find_window(dpy, shell, [](Display*, const Geometry& g) {
-        return g.width == CANVAS && g.height == CANVAS;
-    });
+    Window canvas = find_canvas(dpy, shell, CANVAS, CANVAS);
     ASSERT_NE(canvas, 0u);
     std::vector<Window> tools = palette(dpy, shell, 9, 24, 24);
     ASSERT_EQ(tools.size(), 9u);

@@ -4,12 +4,7 @@
 // a session manager ends it.
 #include <gtest/gtest.h>
 
-#include <X11/Xutil.h>
-#include <unistd.h>
-
-#include <cstdlib>
 #include <fstream>
-#include <memory>
 #include <sstream>
 #include <string>
 
@@ -30,52 +25,12 @@ std::string picture_xpm()
     return s.str();
 }
 
-struct ImageDeleter {
-    void operator()(XImage* im) const { XDestroyImage(im); }
-};
-using ImagePtr = std::unique_ptr<XImage, ImageDeleter>;
-
-ImagePtr read_window(Display* dpy, Window top, Window w)
-{
-    XRaiseWindow(dpy, top);
-    XSync(dpy, False);
-    e2e_sleep_ms(200);   // the program repaints what the raise exposed
-    XGrabServer(dpy);
-    ImagePtr im(XGetImage(dpy, w, 0, 0, SIZE, SIZE, AllPlanes, ZPixmap));
-    XUngrabServer(dpy);
-    XSync(dpy, False);
-    return im;
-}
-
-// 0xRRGGBB of a pixel, 8 bits each.
-unsigned rgb(Display* dpy, unsigned long pixel)
-{
-    XColor c{};
-    c.pixel = pixel;
-    XQueryColor(dpy, DefaultColormap(dpy, DefaultScreen(dpy)), &c);
-    return ((c.red >> 8) << 16) | ((c.green >> 8) << 8) | (c.blue >> 8);
-}
-
-void send_protocol(Display* dpy, Window w, const char* protocol)
-{
-    XEvent ev{};
-    ev.xclient.type = ClientMessage;
-    ev.xclient.window = w;
-    ev.xclient.message_type = XInternAtom(dpy, "WM_PROTOCOLS", False);
-    ev.xclient.format = 32;
-    ev.xclient.data.l[0] = static_cast<long>(XInternAtom(dpy, protocol, False));
-    ev.xclient.data.l[1] = CurrentTime;
-    XSendEvent(dpy, w, False, NoEventMask, &ev);
-    XSync(dpy, False);
-}
-
 }  // namespace
 
 TEST(ViewsSessionE2e, ViewsShowThePictureAndTheSessionEndsIt)
 {
-    char pattern[] = "/tmp/pictrel-views-e2e-XXXXXX";
-    ASSERT_NE(mkdtemp(pattern), nullptr);
-    std::string dir = pattern, path = dir + "/pic.xpm";
+    E2eScratch scratch;
+    std::string path = scratch.dir + "/pic.xpm";
     std::ofstream(path) << picture_xpm();
 
     E2eApp app;
@@ -104,23 +59,22 @@ TEST(ViewsSessionE2e, ViewsShowThePictureAndTheSessionEndsIt)
     ASSERT_NE(small, 0u) << "the small view is titled with the drawing's name";
     Window area = find_canvas(dpy, small, SIZE, SIZE);
     ASSERT_NE(area, 0u);
-    ImagePtr shown = read_window(dpy, small, area);
+    ImagePtr shown = read_window(dpy, small, area, SIZE, SIZE);
     ASSERT_TRUE(shown);
     for (int x = 0; x < SIZE; x++) {
         unsigned want = x < 6 ? 0x000000 : x < 10 ? 0xFF0000 : 0xFFFFFF;
-        EXPECT_EQ(rgb(dpy, XGetPixel(shown.get(), x, 5)), want) << "small view column " << x;
+        EXPECT_EQ(rgb_of(dpy, XGetPixel(shown.get(), x, 5)), want) << "small view column " << x;
     }
 
     app.screenshot("views_session");
 
     // The session ends: prepare-to-die closes the unmodified drawing and
     // the program stays until closedown.
-    send_protocol(dpy, shell, "WM_PREPARE_TO_DIE");
+    app.send_protocol(shell, "WM_PREPARE_TO_DIE");
     e2e_sleep_ms(300);
     EXPECT_TRUE(app.running()) << "prepare-to-die alone does not end the program";
-    send_protocol(dpy, shell, "WM_CLOSEDOWN");
+    app.send_protocol(shell, "WM_CLOSEDOWN");
     int status = -1;
     ASSERT_TRUE(app.wait_exit(&status));
     EXPECT_EQ(status, 0);
-    std::system(("rm -rf '" + dir + "'").c_str());
 }

@@ -41,34 +41,14 @@ struct ImageDeleter {
 
 void area_button(Drawing* d, int type, unsigned button, int wx, int wy, unsigned state)
 {
-    XEvent ev{};
-    ev.xbutton.type = type;
-    ev.xbutton.display = app().display;
-    ev.xbutton.window = XtWindow(d->activeArea);
-    ev.xbutton.root = app().root;
-    ev.xbutton.x = wx;
-    ev.xbutton.y = wy;
-    ev.xbutton.button = button;
-    ev.xbutton.state = state;
-    ev.xbutton.same_screen = True;
-    XmDrawingAreaCallbackStruct cbs{};
-    cbs.reason = XmCR_INPUT;
-    cbs.event = &ev;
-    cbs.window = ev.xbutton.window;
+    XEvent ev = pointer_event(XtWindow(d->activeArea), type, button, wx, wy, state);
+    XmDrawingAreaCallbackStruct cbs{XmCR_INPUT, &ev, ev.xbutton.window};
     canvas_input_cb(d->activeArea, d, &cbs);
 }
 
 void area_motion(Drawing* d, int wx, int wy, unsigned state)
 {
-    XEvent ev{};
-    ev.xmotion.type = MotionNotify;
-    ev.xmotion.display = app().display;
-    ev.xmotion.window = XtWindow(d->activeArea);
-    ev.xmotion.root = app().root;
-    ev.xmotion.x = wx;
-    ev.xmotion.y = wy;
-    ev.xmotion.state = state;
-    ev.xmotion.same_screen = True;
+    XEvent ev = pointer_event(XtWindow(d->activeArea), MotionNotify, 0, wx, wy, state);
     Boolean cont = True;
     canvas_motion_eh(d->activeArea, d, &ev, &cont);
 }
@@ -90,6 +70,14 @@ void stroke(Drawing* d, unsigned button, std::initializer_list<ImagePoint> point
     const ImagePoint& last = *(points.end() - 1);
     area_button(d, ButtonRelease, button, cell_centre(d, last.x), cell_centre(d, last.y), held);
     pump();
+}
+
+std::string pixels_are(Drawing* d, unsigned long want, const std::vector<ImagePoint>& points)
+{
+    for (const ImagePoint& p : points)
+        if (unsigned long got = image_pixel(d, p.x, p.y); got != want)
+            return "(" + std::to_string(p.x) + "," + std::to_string(p.y) + ") is " + std::to_string(got);
+    return "";
 }
 
 void set_zoom(Drawing* d, int zoom)

@@ -7,6 +7,7 @@
 
 #include <initializer_list>
 #include <string>
+#include <vector>
 
 struct Drawing;
 
@@ -24,6 +25,9 @@ int cell_centre(Drawing* d, int v);
 // in image pixels, delivered in window coordinates of the active area.
 void stroke(Drawing* d, unsigned button, std::initializer_list<ImagePoint> points,
             unsigned state = 0);
+
+// "" when every listed image pixel is `want`, else the first that is not.
+std::string pixels_are(Drawing* d, unsigned long want, const std::vector<ImagePoint>& points);
 
 // Sets the zoom and lays the canvas out again, then pumps.
 void set_zoom(Drawing* d, int zoom);

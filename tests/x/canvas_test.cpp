@@ -26,12 +26,9 @@ bool sensitive(Drawing* d, int command)
     return w && XtIsSensitive(w);
 }
 
-XEvent shift_event()
+void queue_motion(Drawing* d, int x, int y, unsigned state = Button1Mask | ShiftMask)
 {
-    XEvent ev{};
-    ev.xbutton.type = ButtonRelease;
-    ev.xbutton.state = ShiftMask;
-    return ev;
+    post_pointer(XtWindow(d->activeArea), MotionNotify, 0, x, y, state);
 }
 
 }  // namespace
@@ -43,48 +40,34 @@ TEST(Canvas, ZoomStepsAndMenuSensitivity)
     Drawing* d = make_drawing(16, 12);
     ASSERT_NE(d, nullptr);
     set_zoom(d, 0);
-    EXPECT_EQ(d->activeArea, d->actualArea);
-    EXPECT_FALSE(sensitive(d, CMD_ZOOM_OUT));
-    EXPECT_FALSE(sensitive(d, CMD_SHOW_SMALL_VIEW));
-    EXPECT_TRUE(sensitive(d, CMD_ZOOM_IN));
-    zoom_out(d, nullptr);
-    EXPECT_EQ(d->zoom, 0) << "nothing below actual size";
-
-    zoom_in(d, nullptr);
-    pump();
-    EXPECT_EQ(d->zoom, 2) << "the first step from actual size skips 1";
-    EXPECT_EQ(d->activeArea, d->zoomedArea);
-    EXPECT_EQ(d->activeWindow, XtWindow(d->zoomedArea));
-    EXPECT_TRUE(XtIsManaged(d->zoomedArea));
-    EXPECT_FALSE(XtIsManaged(d->actualArea));
+    XEvent shift{};
+    shift.xbutton.type = ButtonRelease;
+    shift.xbutton.state = ShiftMask;
+    const struct {
+        int command;   // 0: zoom out, 1: zoom in, 2: the menu's ZoomIn
+        bool shift;
+        int zoom;
+    } steps[] = {{0, false, 0}, {1, false, 2}, {1, true, 4}, {1, false, 4}, {0, false, 3}, {0, false, 2},
+                 {0, false, 0}, {1, false, 2}, {1, false, 3}, {0, true, 0}, {2, false, 2}};
+    for (const auto& s : steps) {
+        XEvent* ev = s.shift ? &shift : nullptr;
+        if (s.command == 2)
+            run_command(d, CMD_ZOOM_IN, nullptr, False);
+        else
+            (s.command ? zoom_in : zoom_out)(d, ev);
+        pump();
+        ASSERT_EQ(d->zoom, s.zoom);
+        EXPECT_EQ(sensitive(d, CMD_ZOOM_IN), s.zoom < 4) << s.zoom;
+        EXPECT_EQ(sensitive(d, CMD_ZOOM_OUT), s.zoom > 0) << s.zoom;
+        EXPECT_EQ(sensitive(d, CMD_SHOW_SMALL_VIEW), s.zoom > 0) << s.zoom;
+        EXPECT_EQ(d->activeArea, s.zoom ? d->zoomedArea : d->actualArea);
+        EXPECT_EQ(d->activeWindow, XtWindow(d->activeArea));
+        EXPECT_FALSE(XtIsManaged(s.zoom ? d->actualArea : d->zoomedArea));
+    }
     Dimension w = 0, h = 0;
     XtVaGetValues(d->zoomedArea, XmNwidth, &w, XmNheight, &h, nullptr);
     EXPECT_EQ(w, 16 << 2);
     EXPECT_EQ(h, 12 << 2);
-    EXPECT_TRUE(sensitive(d, CMD_ZOOM_OUT));
-    EXPECT_TRUE(sensitive(d, CMD_SHOW_SMALL_VIEW));
-
-    XEvent shift = shift_event();
-    zoom_in(d, &shift);
-    EXPECT_EQ(d->zoom, 4);
-    EXPECT_FALSE(sensitive(d, CMD_ZOOM_IN));
-    zoom_in(d, nullptr);
-    EXPECT_EQ(d->zoom, 4) << "nothing above 4";
-    zoom_out(d, nullptr);
-    EXPECT_EQ(d->zoom, 3);
-    zoom_out(d, nullptr);
-    EXPECT_EQ(d->zoom, 2);
-    zoom_out(d, nullptr);
-    EXPECT_EQ(d->zoom, 0) << "from 2 straight to actual size";
-    EXPECT_EQ(d->activeArea, d->actualArea);
-    zoom_in(d, nullptr);
-    zoom_in(d, nullptr);
-    zoom_out(d, &shift);
-    EXPECT_EQ(d->zoom, 0) << "Shift zooms out to actual size";
-
-    // The menu commands reach the same code.
-    run_command(d, CMD_ZOOM_IN, nullptr, False);
-    EXPECT_EQ(d->zoom, 2);
 }
 
 // After a picture of many colours and after every zoom change, each cell of
@@ -99,8 +82,7 @@ TEST(Canvas, MagnifiedDisplayIsExactAtEveryZoom)
     EXPECT_EQ(check_display(d), "");
     EXPECT_EQ(check_image_copy(d), "");
 
-    const int zooms[] = {4, 2, 1, 0, 3};
-    for (int z : zooms) {
+    for (int z : {4, 2, 1, 0, 3}) {
         set_zoom(d, z);
         EXPECT_EQ(check_display(d), "") << "after changing to zoom " << z;
     }
@@ -250,23 +232,9 @@ TEST(Canvas, MotionBurstIsCompressedToTheLatest)
     ASSERT_NE(d, nullptr);
     set_zoom(d, 0);
     unsigned long blank = image_pixel(d, 20, 0);
-    Window win = XtWindow(d->activeArea);
     area_button(d, ButtonPress, Button1, 0, 0);
-    Display* dpy = app().display;
-    const int path[][2] = {{20, 0}, {20, 20}, {0, 20}, {0, 10}};
-    for (const auto& p : path) {
-        XEvent ev{};
-        ev.xmotion.type = MotionNotify;
-        ev.xmotion.display = dpy;
-        ev.xmotion.window = win;
-        ev.xmotion.root = app().root;
-        ev.xmotion.x = p[0];
-        ev.xmotion.y = p[1];
-        ev.xmotion.state = Button1Mask;
-        ev.xmotion.same_screen = True;
-        XSendEvent(dpy, win, True, ButtonMotionMask, &ev);
-    }
-    XSync(dpy, False);
+    for (auto [x, y] : {std::pair{20, 0}, {20, 20}, {0, 20}, {0, 10}})
+        queue_motion(d, x, y, Button1Mask);
     pump();
     area_button(d, ButtonRelease, Button1, 0, 10, Button1Mask);
     pump();
@@ -277,9 +245,9 @@ TEST(Canvas, MotionBurstIsCompressedToTheLatest)
     EXPECT_EQ(image_pixel(d, 10, 20), blank);
 }
 
-// Motions that stay on one image pixel call the tool once: the second one
-// issues no X request at all.
-TEST(Canvas, SamePixelMotionIsIgnored)
+// Motions that stay on one image pixel call the tool once (the second one
+// issues no X request); tools without a motion handler (fill) ignore motion.
+TEST(Canvas, SamePixelMotionAndMotionWithoutHandlerAreIgnored)
 {
     Drawing* d = make_drawing(16, 16);
     ASSERT_NE(d, nullptr);
@@ -293,107 +261,61 @@ TEST(Canvas, SamePixelMotionIsIgnored)
     EXPECT_GT(request_count(), before);
     area_button(d, ButtonRelease, Button1, 25, 9, Button1Mask);
     pump();
-}
 
-// Tools without a motion handler ignore motion: with the fill tool a drag
-// changes nothing.
-TEST(Canvas, MotionIgnoredWithoutMotionHandler)
-{
-    Drawing* d = make_drawing(16, 16);
-    ASSERT_NE(d, nullptr);
-    set_zoom(d, 0);
     select_tool(d, TOOL_FILL);
     ASSERT_EQ(d->currentTool, TOOL_FILL);
-    unsigned long before = request_count();
+    before = request_count();
     area_motion(d, 5, 5, Button1Mask);
-    area_motion(d, 9, 9, Button1Mask);
+    area_motion(d, 90, 90, Button1Mask);
     EXPECT_EQ(request_count(), before);
 }
 
 // A Shift-press decides the constraint from the motions queued after it:
 // more than 5 pixels down is vertical even if x moved more, 6 right and 2
-// down is horizontal, and a release before that leaves it free.
+// down is horizontal, and a release before that leaves it free. The pencil
+// held vertical keeps the press column.
 TEST(Canvas, ShiftPressDetectsDragConstraint)
 {
     Drawing* d = make_drawing(64, 64);
     ASSERT_NE(d, nullptr);
     set_zoom(d, 0);
-    Display* dpy = app().display;
     Window win = XtWindow(d->activeArea);
-    auto queue_motion = [&](int x, int y) {
-        XEvent ev{};
-        ev.xmotion.type = MotionNotify;
-        ev.xmotion.display = dpy;
-        ev.xmotion.window = win;
-        ev.xmotion.x = x;
-        ev.xmotion.y = y;
-        ev.xmotion.state = Button1Mask | ShiftMask;
-        XSendEvent(dpy, win, True, ButtonMotionMask, &ev);
-    };
-    auto queue_release = [&]() {
-        XEvent ev{};
-        ev.xbutton.type = ButtonRelease;
-        ev.xbutton.display = dpy;
-        ev.xbutton.window = win;
-        ev.xbutton.button = Button1;
-        ev.xbutton.state = Button1Mask | ShiftMask;
-        XSendEvent(dpy, win, True, ButtonReleaseMask, &ev);
-    };
-
-    queue_motion(22, 21);
-    queue_motion(26, 22);
-    XSync(dpy, False);
-    area_button(d, ButtonPress, Button1, 20, 20, ShiftMask);
-    EXPECT_EQ(d->constraint, 1) << "6 right, 2 down";
-    pump();
-    area_button(d, ButtonRelease, Button1, 26, 22, Button1Mask);
-
-    queue_motion(40, 26);
-    XSync(dpy, False);
-    area_button(d, ButtonPress, Button1, 20, 20, ShiftMask);
-    EXPECT_EQ(d->constraint, 2) << "6 down wins over 20 right";
-    pump();
-    area_button(d, ButtonRelease, Button1, 40, 26, Button1Mask);
-
-    queue_motion(23, 23);
-    queue_release();
-    XSync(dpy, False);
-    area_button(d, ButtonPress, Button1, 20, 20, ShiftMask);
-    EXPECT_EQ(d->constraint, 0) << "released within 5 pixels";
-    pump();
-
+    const struct {
+        int x0, y0, x, y;   // the queued motions (x0 < 0: one only), then maybe a release
+        bool released;
+        int constraint;
+    } cases[] = {{22, 21, 26, 22, false, 1}, {-1, 0, 40, 26, false, 2}, {-1, 0, 23, 23, true, 0}};
+    for (const auto& c : cases) {
+        if (c.x0 >= 0)
+            queue_motion(d, c.x0, c.y0);
+        queue_motion(d, c.x, c.y);
+        if (c.released)
+            post_pointer(win, ButtonRelease, Button1, c.x, c.y, Button1Mask | ShiftMask);
+        XSync(app().display, False);
+        area_button(d, ButtonPress, Button1, 20, 20, ShiftMask);
+        EXPECT_EQ(d->constraint, c.constraint) << c.x << "," << c.y;
+        pump();
+        if (!c.released)
+            area_button(d, ButtonRelease, Button1, c.x, c.y, Button1Mask);
+    }
     area_button(d, ButtonPress, Button1, 20, 20, 0);
     EXPECT_EQ(d->constraint, 0) << "no Shift, no constraint";
     area_button(d, ButtonRelease, Button1, 20, 20, Button1Mask);
     pump();
-}
 
-// The pencil held vertical by a Shift-drag keeps the press column.
-TEST(Canvas, ConstrainedPencilKeepsTheAnchorColumn)
-{
-    Drawing* d = make_drawing(64, 64);
-    ASSERT_NE(d, nullptr);
-    set_zoom(d, 0);
-    Display* dpy = app().display;
-    Window win = XtWindow(d->activeArea);
-    XEvent ev{};
-    ev.xmotion.type = MotionNotify;
-    ev.xmotion.display = dpy;
-    ev.xmotion.window = win;
-    ev.xmotion.x = 14;
-    ev.xmotion.y = 30;
-    ev.xmotion.state = Button1Mask | ShiftMask;
-    XSendEvent(dpy, win, True, ButtonMotionMask, &ev);
-    XSync(dpy, False);
-    unsigned long blank = image_pixel(d, 14, 30);
-    area_button(d, ButtonPress, Button1, 10, 10, ShiftMask);
-    ASSERT_EQ(d->constraint, 2);
+    Drawing* e = make_drawing(64, 64);
+    set_zoom(e, 0);
+    queue_motion(e, 14, 30);
+    XSync(app().display, False);
+    unsigned long blank = image_pixel(e, 14, 30);
+    area_button(e, ButtonPress, Button1, 10, 10, ShiftMask);
+    ASSERT_EQ(e->constraint, 2);
     pump();   // the deciding motion was put back for the tool
-    area_button(d, ButtonRelease, Button1, 14, 30, Button1Mask);
+    area_button(e, ButtonRelease, Button1, 14, 30, Button1Mask);
     pump();
-    EXPECT_EQ(image_pixel(d, 10, 30), foreground_pixel(d));
-    EXPECT_EQ(image_pixel(d, 10, 20), foreground_pixel(d));
-    EXPECT_EQ(image_pixel(d, 14, 30), blank);
+    EXPECT_EQ(image_pixel(e, 10, 30), foreground_pixel(e));
+    EXPECT_EQ(image_pixel(e, 10, 20), foreground_pixel(e));
+    EXPECT_EQ(image_pixel(e, 14, 30), blank);
 }
 
 // The black-and-white rendering: black pixels set, white and the
@@ -421,10 +343,9 @@ TEST(Canvas, BlackAndWhiteRendering)
     EXPECT_EQ(render_bw_pixmap(d), bw) << "the pixmap is kept";
 }
 
-// Events can carry any 16-bit position (sent by another client, say): a
-// pencil press at the far edge of that range leaves the image alone, and
-// rubber bands reaching to either end of it neither break the repaint nor
-// make the server refuse a clip (which would end the program).
+// Events can carry any 16-bit position: a pencil press at the far edge
+// leaves the image alone, and rubber bands reaching either end of the range
+// neither break the repaint nor make the server refuse a clip.
 TEST(Canvas, FarEventCoordinatesStayHarmless)
 {
     XErrorTrap trap;

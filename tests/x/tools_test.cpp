@@ -57,6 +57,20 @@ Pixmap label_pixmap(Widget w)
     return p;
 }
 
+// The pencil, pattern 0, width 1 and outline shapes, in the state and on the
+// palettes.
+void expect_fresh_palettes(Drawing* d)
+{
+    EXPECT_EQ(d->currentTool, TOOL_PENCIL);
+    EXPECT_TRUE(XmToggleButtonGetState(children(d->toolsBox)[TOOL_PENCIL]));
+    EXPECT_EQ(d->currentPattern, 0);
+    EXPECT_TRUE(XmToggleButtonGetState(children(d->patternsBox)[0]));
+    EXPECT_EQ(d->lineWidth, 1u);
+    EXPECT_TRUE(XmToggleButtonGetState(children(d->lineWidthBox)[0]));
+    EXPECT_EQ(d->rectFilled, 0);
+    EXPECT_EQ(d->ovalFilled, 0);
+}
+
 }  // namespace
 
 // The Shift line snaps towards (13, 30) vertical, (20, 14) horizontal and
@@ -69,26 +83,19 @@ TEST(Tools, ShiftLineSnaps)
     select_tool(d, TOOL_LINE);
     unsigned long fg = foreground_pixel(d), blank = image_pixel(d, 0, 0);
 
-    stroke(d, Button1, {{10, 10}, {13, 30}}, ShiftMask);
-    EXPECT_EQ(image_pixel(d, 10, 29), fg);
-    EXPECT_EQ(image_pixel(d, 10, 20), fg);
-    EXPECT_EQ(image_pixel(d, 12, 29), blank);
-    EXPECT_EQ(image_pixel(d, 11, 20), blank);
-    cmd_undo(d, nullptr, False);
-    EXPECT_EQ(image_pixel(d, 10, 20), blank) << "undo takes the line back";
-
-    stroke(d, Button1, {{10, 10}, {20, 14}}, ShiftMask);
-    EXPECT_EQ(image_pixel(d, 19, 10), fg);
-    EXPECT_EQ(image_pixel(d, 19, 13), blank);
-    EXPECT_EQ(image_pixel(d, 15, 12), blank);
-    cmd_undo(d, nullptr, False);
-
-    stroke(d, Button1, {{10, 10}, {20, 16}}, ShiftMask);
-    EXPECT_EQ(image_pixel(d, 15, 15), fg);
-    EXPECT_EQ(image_pixel(d, 13, 13), fg);
-    EXPECT_EQ(image_pixel(d, 19, 16), blank);
-    EXPECT_EQ(image_pixel(d, 15, 13), blank);
-    cmd_undo(d, nullptr, False);
+    const struct {
+        ImagePoint end;
+        std::vector<ImagePoint> painted, clear;
+    } cases[] = {{{13, 30}, {{10, 29}, {10, 20}}, {{12, 29}, {11, 20}}},
+                 {{20, 14}, {{19, 10}}, {{19, 13}, {15, 12}}},
+                 {{20, 16}, {{15, 15}, {13, 13}}, {{19, 16}, {15, 13}}}};
+    for (const auto& c : cases) {
+        stroke(d, Button1, {{10, 10}, c.end}, ShiftMask);
+        EXPECT_EQ(pixels_are(d, fg, c.painted), "") << "towards " << c.end.x << "," << c.end.y;
+        EXPECT_EQ(pixels_are(d, blank, c.clear), "") << "towards " << c.end.x << "," << c.end.y;
+        cmd_undo(d, nullptr, False);
+        EXPECT_EQ(pixels_are(d, blank, c.painted), "") << "undo takes the line back";
+    }
 }
 
 // A wide rubber band leaves no trail: after moving away, the first segment's
@@ -104,9 +111,7 @@ TEST(Tools, WideRubberBandLeavesNoTrail)
     ASSERT_EQ(d->lineWidth, 9u);
     unsigned long fg = foreground_pixel(d), blank = image_pixel(d, 0, 0);
     stroke(d, Button1, {{10, 30}, {50, 30}, {30, 50}, {12, 58}});
-    EXPECT_EQ(image_pixel(d, 40, 26), blank) << "first segment's upper edge erased";
-    EXPECT_EQ(image_pixel(d, 50, 30), blank);
-    EXPECT_EQ(image_pixel(d, 30, 50), blank) << "middle segment erased";
+    EXPECT_EQ(pixels_are(d, blank, {{40, 26}, {50, 30}, {30, 50}}), "") << "earlier segments erased";
     EXPECT_EQ(image_pixel(d, 11, 44), fg) << "the final segment stays";
 }
 
@@ -119,10 +124,8 @@ TEST(Tools, PencilClickSetsTwoPixelsShowsOne)
     set_zoom(d, 3);
     unsigned long fg = foreground_pixel(d), blank = image_pixel(d, 5, 5);
     area_button(d, ButtonPress, Button1, cell_centre(d, 4), cell_centre(d, 6));
-    EXPECT_EQ(image_pixel(d, 4, 6), fg);
-    EXPECT_EQ(image_pixel(d, 5, 7), fg);
-    EXPECT_EQ(image_pixel(d, 5, 6), blank);
-    EXPECT_EQ(image_pixel(d, 4, 7), blank);
+    EXPECT_EQ(pixels_are(d, fg, {{4, 6}, {5, 7}}), "");
+    EXPECT_EQ(pixels_are(d, blank, {{5, 6}, {4, 7}}), "");
     EXPECT_EQ(XGetPixel(d->imageCopy, 4, 6), fg) << "the press point is shown";
     EXPECT_EQ(XGetPixel(d->imageCopy, 5, 7), blank) << "its diagonal neighbour waits";
     area_button(d, ButtonRelease, Button1, cell_centre(d, 4), cell_centre(d, 6), Button1Mask);
@@ -141,17 +144,9 @@ TEST(Tools, RectangleOutlineAndPatternFill)
     unsigned long fg = foreground_pixel(d), blank = image_pixel(d, 0, 0);
 
     stroke(d, Button1, {{5, 5}, {12, 20}, {20, 15}});
-    EXPECT_EQ(image_pixel(d, 5, 5), fg);
-    EXPECT_EQ(image_pixel(d, 20, 15), fg);
-    EXPECT_EQ(image_pixel(d, 12, 5), fg);
-    EXPECT_EQ(image_pixel(d, 5, 10), fg);
-    EXPECT_EQ(image_pixel(d, 20, 10), fg);
-    EXPECT_EQ(image_pixel(d, 12, 15), fg);
-    EXPECT_EQ(image_pixel(d, 12, 10), blank) << "outline only";
-    EXPECT_EQ(image_pixel(d, 4, 10), blank);
-    EXPECT_EQ(image_pixel(d, 21, 10), blank);
-    EXPECT_EQ(image_pixel(d, 12, 16), blank);
-    EXPECT_EQ(image_pixel(d, 12, 20), blank) << "the first drag's box was erased";
+    EXPECT_EQ(pixels_are(d, fg, {{5, 5}, {20, 15}, {12, 5}, {5, 10}, {20, 10}, {12, 15}}), "");
+    // Outline only, and the first drag's box (down to row 20) was erased.
+    EXPECT_EQ(pixels_are(d, blank, {{12, 10}, {4, 10}, {21, 10}, {12, 16}, {12, 20}}), "");
     cmd_undo(d, nullptr, False);
     EXPECT_EQ(image_pixel(d, 5, 5), blank);
 
@@ -162,13 +157,8 @@ TEST(Tools, RectangleOutlineAndPatternFill)
     cmd_draw_filled(d, nullptr, True);
     stroke(d, Button1, {{5, 5}, {20, 15}});
     // Width 4 centred on the edges: x 3..6 on the left, 18..21 on the right.
-    for (int y : {3, 6, 13, 16})
-        EXPECT_EQ(image_pixel(d, 12, y), fg) << "horizontal edge row " << y;
-    for (int x : {3, 6, 18, 21})
-        EXPECT_EQ(image_pixel(d, x, 10), fg) << "vertical edge column " << x;
-    EXPECT_EQ(image_pixel(d, 12, 2), blank);
-    EXPECT_EQ(image_pixel(d, 2, 10), blank);
-    EXPECT_EQ(image_pixel(d, 22, 10), blank);
+    EXPECT_EQ(pixels_are(d, fg, {{12, 3}, {12, 6}, {12, 13}, {12, 16}, {3, 10}, {6, 10}, {18, 10}, {21, 10}}), "");
+    EXPECT_EQ(pixels_are(d, blank, {{12, 2}, {2, 10}, {22, 10}}), "");
     for (int y = 7; y <= 12; y++)
         for (int x = 7; x <= 17; x++)
             ASSERT_EQ(image_pixel(d, x, y), pattern_pixel(d, 3, x, y)) << x << "," << y;
@@ -184,23 +174,17 @@ TEST(Tools, OvalOutlineAndPatternFill)
     unsigned long fg = foreground_pixel(d), blank = image_pixel(d, 0, 0);
 
     stroke(d, Button1, {{5, 5}, {28, 22}, {25, 19}});
-    for (auto [x, y] : {std::pair{15, 5}, {15, 19}, {5, 12}, {25, 12}})
-        EXPECT_EQ(image_pixel(d, x, y), fg) << x << "," << y;
-    EXPECT_EQ(image_pixel(d, 5, 5), blank) << "corner";
-    EXPECT_EQ(image_pixel(d, 15, 12), blank) << "centre of an outline";
-    EXPECT_EQ(image_pixel(d, 28, 22), blank) << "the first drag's oval was erased";
+    EXPECT_EQ(pixels_are(d, fg, {{15, 5}, {15, 19}, {5, 12}, {25, 12}}), "");
+    // A corner, the centre, and where the first drag's oval was.
+    EXPECT_EQ(pixels_are(d, blank, {{5, 5}, {15, 12}, {28, 22}}), "");
     cmd_undo(d, nullptr, False);
 
     click(children(d->patternsBox)[3]);
     click(children(d->lineWidthBox)[2]);
     cmd_draw_filled(d, nullptr, True);
     stroke(d, Button1, {{5, 5}, {25, 19}});
-    EXPECT_EQ(image_pixel(d, 15, 4), fg);
-    EXPECT_EQ(image_pixel(d, 15, 6), fg);
-    EXPECT_EQ(image_pixel(d, 3, 12), fg);
-    EXPECT_EQ(image_pixel(d, 15, 2), blank);
-    EXPECT_EQ(image_pixel(d, 2, 12), blank);
-    EXPECT_EQ(image_pixel(d, 5, 5), blank);
+    EXPECT_EQ(pixels_are(d, fg, {{15, 4}, {15, 6}, {3, 12}}), "");
+    EXPECT_EQ(pixels_are(d, blank, {{15, 2}, {2, 12}, {5, 5}}), "");
     for (int y = 10; y <= 14; y++)
         for (int x = 11; x <= 19; x++)
             ASSERT_EQ(image_pixel(d, x, y), pattern_pixel(d, 3, x, y)) << x << "," << y;
@@ -220,10 +204,8 @@ TEST(Tools, UndoRestoresOnlyTheLastRectangle)
     ASSERT_EQ(image_pixel(d, 30, 28), fg);
     run_command(d, CMD_UNDO, nullptr, False);
     pump();
-    EXPECT_EQ(image_pixel(d, 30, 28), blank);
-    EXPECT_EQ(image_pixel(d, 20, 24), blank);
-    EXPECT_EQ(image_pixel(d, 2, 2), fg) << "the first rectangle stays";
-    EXPECT_EQ(image_pixel(d, 10, 6), fg);
+    EXPECT_EQ(pixels_are(d, blank, {{30, 28}, {20, 24}}), "");
+    EXPECT_EQ(pixels_are(d, fg, {{2, 2}, {10, 6}}), "") << "the first rectangle stays";
     EXPECT_TRUE(d->modified);
     EXPECT_FALSE(undo_sensitive(d));
 }
@@ -243,9 +225,7 @@ TEST(Tools, RectangleUndoStaysInsideGrownBox)
     XFillRectangle(app().display, d->image, d->foregroundGC, 9, 9, 13, 7);
     cmd_undo(d, nullptr, False);
     EXPECT_EQ(image_pixel(d, 9, 9), blank) << "grown corner restored";
-    EXPECT_EQ(image_pixel(d, 15, 12), fg) << "the pencil line under it comes back";
-    EXPECT_EQ(image_pixel(d, 8, 12), fg);
-    EXPECT_EQ(image_pixel(d, 25, 12), fg);
+    EXPECT_EQ(pixels_are(d, fg, {{15, 12}, {8, 12}, {25, 12}}), "") << "the pencil line under it comes back";
 }
 
 // Undo is offered from a stroke's release until the user undoes or picks
@@ -279,17 +259,18 @@ TEST(Tools, PatternsPaintTheCurrentColours)
     XSetForeground(dpy, d->backgroundGC, 43);
     std::vector<Widget> patterns = children(d->patternsBox);
     ASSERT_EQ(patterns.size(), 8u);
-    click(patterns[7]);
-    stroke(d, Button2, {{3, 3}, {3, 10}});
-    EXPECT_EQ(image_pixel(d, 3, 7), 42u);
-    click(patterns[0]);
-    stroke(d, Button2, {{6, 3}, {6, 10}});
-    EXPECT_EQ(image_pixel(d, 6, 7), 43u);
-    click(patterns[7]);
-    stroke(d, Button3, {{9, 3}, {9, 10}});
-    EXPECT_EQ(image_pixel(d, 9, 7), 43u);
-    stroke(d, Button1, {{12, 3}, {12, 10}});
-    EXPECT_EQ(image_pixel(d, 12, 7), 42u);
+    const struct {
+        int pattern;
+        unsigned button;
+        unsigned long pixel;
+    } cases[] = {{7, Button2, 42}, {0, Button2, 43}, {7, Button3, 43}, {7, Button1, 42}};
+    int x = 3;
+    for (const auto& c : cases) {
+        click(patterns[c.pattern]);
+        stroke(d, c.button, {{x, 3}, {x, 10}});
+        EXPECT_EQ(image_pixel(d, x, 7), c.pixel) << "pattern " << c.pattern << " button " << c.button;
+        x += 3;
+    }
 }
 
 // The palettes: nine tool toggles in table order with the pencil set, eight
@@ -305,21 +286,12 @@ TEST(Tools, PalettesStartWithPencilPatternZeroWidthOne)
         EXPECT_EQ(std::string(XtName(tools[t])), toolTable[t].name);
         EXPECT_NE(label_pixmap(tools[t]), None) << toolTable[t].name << " has a picture";
     }
-    EXPECT_EQ(XtName(d->toolsBox), std::string("tools"));
-    EXPECT_EQ(d->currentTool, TOOL_PENCIL);
-    EXPECT_TRUE(XmToggleButtonGetState(tools[TOOL_PENCIL]));
-
     std::vector<Widget> patterns = children(d->patternsBox);
     ASSERT_EQ(patterns.size(), 8u);
     EXPECT_EQ(std::string(XtName(patterns[5])), "pattern 5");
-    EXPECT_EQ(d->currentPattern, 0);
-    EXPECT_TRUE(XmToggleButtonGetState(patterns[0]));
-
-    EXPECT_EQ(XtName(d->lineWidthBox), std::string("lineWidthRC"));
     std::vector<Widget> widths = children(d->lineWidthBox);
     ASSERT_EQ(widths.size(), 5u);
-    EXPECT_TRUE(XmToggleButtonGetState(widths[0]));
-    EXPECT_EQ(d->lineWidth, 1u);
+    expect_fresh_palettes(d);
     const unsigned heights[] = {6, 6, 6, 6, 9};
     for (int i = 0; i < 5; i++) {
         Window root;
@@ -368,17 +340,9 @@ TEST(Tools, ReusedWindowStartsAfresh)
     ASSERT_EQ(d->currentTool, TOOL_OVAL);
     close_drawing(d);
     pump();
-    Drawing* again = make_drawing(16, 16);
-    ASSERT_EQ(again, d);
-    EXPECT_EQ(d->currentTool, TOOL_PENCIL);
-    EXPECT_TRUE(XmToggleButtonGetState(children(d->toolsBox)[TOOL_PENCIL]));
+    ASSERT_EQ(make_drawing(16, 16), d);
+    expect_fresh_palettes(d);
     EXPECT_FALSE(XmToggleButtonGetState(children(d->toolsBox)[TOOL_OVAL]));
-    EXPECT_EQ(d->currentPattern, 0);
-    EXPECT_TRUE(XmToggleButtonGetState(children(d->patternsBox)[0]));
-    EXPECT_EQ(d->lineWidth, 1u);
-    EXPECT_TRUE(XmToggleButtonGetState(children(d->lineWidthBox)[0]));
-    EXPECT_EQ(d->rectFilled, 0);
-    EXPECT_EQ(d->ovalFilled, 0);
     EXPECT_FALSE(undo_sensitive(d));
 }
 

@@ -58,36 +58,22 @@ static unsigned long drawable_pixel(Drawable dr, int x, int y)
 unsigned long image_pixel(Drawing* d, int x, int y) { return drawable_pixel(d->image, x, y); }
 unsigned long window_pixel(Window w, int x, int y) { return drawable_pixel(w, x, y); }
 
-void send_button(Window w, int type, unsigned button, int wx, int wy, unsigned state)
+XEvent pointer_event(Window w, int type, unsigned button, int wx, int wy, unsigned state)
 {
     XEvent ev{};
-    ev.xbutton.type = type;
-    ev.xbutton.display = app().display;
-    ev.xbutton.window = w;
-    ev.xbutton.root = app().root;
-    ev.xbutton.x = wx;
-    ev.xbutton.y = wy;
-    ev.xbutton.button = button;
-    ev.xbutton.state = state;
-    ev.xbutton.same_screen = True;
-    ev.xbutton.time = CurrentTime;
-    XSendEvent(app().display, w, True, type == ButtonPress ? ButtonPressMask : ButtonReleaseMask, &ev);
-    pump();
+    Display* dpy = app().display;
+    if (type == MotionNotify)
+        ev.xmotion = {MotionNotify, 0, False, dpy, w, app().root, None, CurrentTime, wx, wy, 0, 0, state, NotifyNormal, True};
+    else
+        ev.xbutton = {type, 0, False, dpy, w, app().root, None, CurrentTime, wx, wy, 0, 0, state, button, True};
+    return ev;
 }
 
-void send_motion(Window w, int wx, int wy, unsigned state)
+void post_pointer(Window w, int type, unsigned button, int wx, int wy, unsigned state)
 {
-    XEvent ev{};
-    ev.xmotion.type = MotionNotify;
-    ev.xmotion.display = app().display;
-    ev.xmotion.window = w;
-    ev.xmotion.root = app().root;
-    ev.xmotion.x = wx;
-    ev.xmotion.y = wy;
-    ev.xmotion.state = state;
-    ev.xmotion.same_screen = True;
-    XSendEvent(app().display, w, True, ButtonMotionMask | PointerMotionMask, &ev);
-    pump();
+    XEvent ev = pointer_event(w, type, button, wx, wy, state);
+    long mask = type == MotionNotify ? ButtonMotionMask : type == ButtonPress ? ButtonPressMask : ButtonReleaseMask;
+    XSendEvent(app().display, w, True, mask, &ev);
 }
 
 void xtest_move(Window w, int wx, int wy)

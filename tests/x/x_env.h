@@ -21,10 +21,10 @@ Drawing* make_drawing(int width = 0, int height = 0);
 unsigned long image_pixel(Drawing* d, int x, int y);
 unsigned long window_pixel(Window w, int x, int y);
 
-// Sends a synthetic button press/release or motion to the window at window
-// coordinates (wx, wy) and pumps the event loop.
-void send_button(Window w, int type, unsigned button, int wx, int wy, unsigned state = 0);
-void send_motion(Window w, int wx, int wy, unsigned state);
+// A pointer event (ButtonPress, ButtonRelease or MotionNotify) at window
+// coordinates; post_pointer sends it to the window without pumping.
+XEvent pointer_event(Window w, int type, unsigned button, int wx, int wy, unsigned state = 0);
+void post_pointer(Window w, int type, unsigned button, int wx, int wy, unsigned state = 0);
 
 // Real input through XTest: moves the pointer to window coordinates.
 void xtest_move(Window w, int wx, int wy);
