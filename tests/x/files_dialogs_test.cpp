@@ -291,7 +291,6 @@ TEST(FilesNew, LimitsAndDefaults)
         set_field("WidthTW", r.w);
         set_field("HeightTW", r.h);
         press(new_dialog(), "OK");
-        pump();
         EXPECT_EQ(error_text(), r.message) << r.w << "x" << r.h;
         EXPECT_TRUE(managed(new_dialog()));
         EXPECT_EQ(open_count(), count);
@@ -300,7 +299,6 @@ TEST(FilesNew, LimitsAndDefaults)
     set_field("NameTW", "");
     set_field("WidthTW", "10");
     press(new_dialog(), "OK");
-    pump();
     EXPECT_TRUE(managed(new_dialog())) << "no name: nothing happens";
     EXPECT_EQ(open_count(), count);
 
@@ -308,7 +306,6 @@ TEST(FilesNew, LimitsAndDefaults)
     set_field("WidthTW", "512");
     set_field("HeightTW", "720");
     press(new_dialog(), "OK");
-    pump();
     EXPECT_FALSE(managed(new_dialog()));
     Drawing* largest = drawing_named("largest");
     ASSERT_NE(largest, nullptr);
@@ -321,7 +318,6 @@ TEST(FilesNew, LimitsAndDefaults)
     set_field("WidthTW", "");
     set_field("HeightTW", "33");
     press(new_dialog(), "OK");
-    pump();
     Drawing* defaulted = drawing_named("defaulted");
     ASSERT_NE(defaulted, nullptr);
     EXPECT_EQ(defaulted->width, res().drawAreaWidth);
@@ -367,7 +363,6 @@ TEST(FilesClose, AskOnlyWhenModified)
     ASSERT_TRUE(managed(confirm_dialog()));
     EXPECT_TRUE(drawing_is_open(e));
     press(confirm_dialog(), "Cancel");
-    pump();
     EXPECT_FALSE(managed(confirm_dialog()));
     EXPECT_TRUE(drawing_is_open(e));
 
@@ -375,7 +370,6 @@ TEST(FilesClose, AskOnlyWhenModified)
     pump();
     ASSERT_TRUE(managed(confirm_dialog()));
     press(confirm_dialog(), "Discard");
-    pump();
     EXPECT_FALSE(drawing_is_open(e));
     EXPECT_TRUE(drawing_is_open(keep));
 }
@@ -392,7 +386,6 @@ TEST(FilesClose, SaveClosesOnlyAfterWrite)
     request_close(d);
     pump();
     press(confirm_dialog(), "Save");
-    pump();
     ASSERT_TRUE(managed(file_dialog())) << "no file: Save As";
     EXPECT_TRUE(drawing_is_open(d));
     XtCallCallbacks(file_dialog(), XmNcancelCallback, nullptr);
@@ -402,7 +395,6 @@ TEST(FilesClose, SaveClosesOnlyAfterWrite)
     request_close(d);
     pump();
     press(confirm_dialog(), "Save");
-    pump();
     set_file_text(dir.path("missing/x"));
     press_file_ok();
     EXPECT_TRUE(drawing_is_open(d)) << "failed write keeps the drawing";
@@ -421,7 +413,6 @@ TEST(FilesClose, SaveClosesOnlyAfterWrite)
     request_close(e);
     pump();
     press(confirm_dialog(), "Save");
-    pump();
     EXPECT_FALSE(drawing_is_open(e));
     EXPECT_NE(read_file(own), "x");
 }
@@ -436,7 +427,6 @@ TEST(FilesClose, QuitCancelled)
     pump();
     ASSERT_TRUE(managed(confirm_dialog()));
     press(confirm_dialog(), "Cancel");
-    pump();
     EXPECT_TRUE(drawing_is_open(a));
     EXPECT_TRUE(drawing_is_open(b));
     request_close(b);

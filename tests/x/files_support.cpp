@@ -1,4 +1,5 @@
 // Generated fixtures and small probes for the files tests.
+#include "x_env.h"   // first: gtest before Xlib's macros
 #include "files_support.h"
 
 #include <Xm/Xm.h>
@@ -174,11 +175,14 @@ std::string dialog_message(Widget dialog)
 void press(Widget dialog, const char* buttonName)
 {
     Widget button = dialog ? XtNameToWidget(dialog, buttonName) : nullptr;
-    if (!button)
+    if (!button) {
+        ADD_FAILURE() << "no button " << buttonName;
         return;
+    }
     XmPushButtonCallbackStruct cbs{};
     cbs.reason = XmCR_ACTIVATE;
     XtCallCallbacks(button, XmNactivateCallback, &cbs);
+    pump();
 }
 
 Drawing* drawing_named(const std::string& name)

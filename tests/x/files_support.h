@@ -50,7 +50,7 @@ std::string read_file(const std::string& path);
 
 // The text of a message box's XmNmessageString.
 std::string dialog_message(Widget dialog);
-// Presses a push button of a dialog by its name (its activate callbacks).
+// Presses a push button of a dialog by its name (its activate callbacks), then pumps.
 void press(Widget dialog, const char* buttonName);
 
 // The open drawing named `name`, or null.

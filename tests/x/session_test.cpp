@@ -157,7 +157,6 @@ TEST(Session, PrepareToDieThenClosedown)
     ASSERT_TRUE(XtIsManaged(confirm)) << "a modified drawing asks";
     EXPECT_FALSE(XtIsManaged(XtNameToWidget(confirm, "Cancel"))) << "no way out but to answer";
     filetest::press(confirm, "Discard");
-    pump();
     EXPECT_EQ(registry().openCount, 0);
     // Still running: the session manager says when to go.
 

@@ -37,14 +37,6 @@ std::string label_text(Widget label)
     return out;
 }
 
-// Presses a push button of a dialog the way the toolkit does on a click.
-void click(Widget dialog, const char* name)
-{
-    ASSERT_NE(XtNameToWidget(dialog, name), nullptr) << name;
-    press(dialog, name);
-    pump();
-}
-
 struct Answer {
     int calls = 0;
     int code = -1;
@@ -113,7 +105,7 @@ TEST(ShellMessage, SecondShowReplacesPendingResponse)
     show_message(nullptr, "question two", 4, record_cb, &second);
     pump();
     Widget dialog = message_dialog(4);
-    click(dialog, "Cancel");
+    press(dialog, "Cancel");
     EXPECT_EQ(first.calls, 0);
     EXPECT_EQ(second.calls, 1);
     EXPECT_EQ(second.code, MSG_CANCEL);
@@ -122,7 +114,7 @@ TEST(ShellMessage, SecondShowReplacesPendingResponse)
     Answer third;
     show_message(nullptr, "question three", 4, record_cb, &third);
     pump();
-    click(dialog, "Yes");
+    press(dialog, "Yes");
     EXPECT_EQ(third.code, MSG_YES);
 }
 
@@ -145,7 +137,7 @@ TEST(ShellMessage, OkWithoutResponseHidesAndCentresOverParent)
     XTranslateCoordinates(app().display, XtWindow(XtParent(dialog)), app().root, 0, 0, &dx, &dy, &child);
     EXPECT_NEAR(dx + da.width / 2, px + pa.width / 2, 2);
     EXPECT_NEAR(dy + da.height / 2, py + pa.height / 2, 2);
-    click(dialog, "OK");
+    press(dialog, "OK");
     EXPECT_FALSE(XtIsManaged(dialog));
 }
 
@@ -315,7 +307,7 @@ TEST(ShellTemplateDialog, ButtonsWorkAreaAndMessage)
     XtVaGetValues(dialog, XmNdefaultButton, &def, nullptr);
     EXPECT_EQ(def, XtNameToWidget(dialog, "Dismiss"));
     set_default_button(dialog, "NoSuchButton");
-    click(dialog, "Apply");
+    press(dialog, "Apply");
     EXPECT_EQ(a.calls, 1);
 
     Widget box = message_box(app().topLevel, "TestBox", nullptr, nullptr, 0, buttons);
@@ -382,7 +374,7 @@ TEST(ShellVersion, VersionDialogIsOneWidgetShowingVersion)
     EXPECT_TRUE(XtIsManaged(dialog));
     ASSERT_NE(XtNameToWidget(dialog, "main.date"), nullptr);
     EXPECT_EQ(label_text(XtNameToWidget(dialog, "main.date")), "5.1.1");
-    click(dialog, "OK");
+    press(dialog, "OK");
     EXPECT_FALSE(XtIsManaged(dialog));
     show_version();
     pump();
@@ -406,11 +398,11 @@ TEST(ShellHelpMenu, HelpCascadeAndItems)
     for (const char* item : {"HelpOnContext", "HelpOnWindow", "HelpOnKeys", "HelpIndex", "HelpOnHelp", "HelpOnVersion"})
         EXPECT_NE(XtNameToWidget(pulldown, item), nullptr) << item;
 
-    click(pulldown, "HelpOnVersion");
+    press(pulldown, "HelpOnVersion");
     ASSERT_NE(version_dialog(), nullptr);
     EXPECT_TRUE(XtIsManaged(version_dialog()));
 
-    click(pulldown, "HelpOnKeys");
+    press(pulldown, "HelpOnKeys");
     Widget msg = message_dialog(0);
     ASSERT_NE(msg, nullptr);
     EXPECT_TRUE(XtIsManaged(msg));
