@@ -33,10 +33,6 @@ unsigned long shown_pixel(Drawing* d, unsigned long imagePixel)
     return imagePixel ? app().blackPixel : app().whitePixel;
 }
 
-struct ImageDeleter {
-    void operator()(XImage* im) const { XDestroyImage(im); }
-};
-
 }  // namespace
 
 void area_button(Drawing* d, int type, unsigned button, int wx, int wy, unsigned state)
@@ -132,10 +128,10 @@ std::string check_display(Drawing* d)
     int visH = std::min(areaH - y0, static_cast<int>(ch) - std::max<int>(ay, 0));
     if (visW <= 0 || visH <= 0)
         return "nothing visible";
-    std::unique_ptr<XImage, ImageDeleter> shown(
+    ImagePtr shown(
         XGetImage(dpy, win, x0, y0, static_cast<unsigned>(visW), static_cast<unsigned>(visH), AllPlanes, ZPixmap));
     unsigned long planes = d->depth == 1 ? 1 : AllPlanes;
-    std::unique_ptr<XImage, ImageDeleter> image(
+    ImagePtr image(
         XGetImage(dpy, d->image, 0, 0, d->width, d->height, planes, ZPixmap));
     if (!shown || !image)
         return "XGetImage failed";
@@ -164,7 +160,7 @@ std::string check_image_copy(Drawing* d)
     if (!d->imageCopy)
         return "no imageCopy";
     unsigned long planes = d->depth == 1 ? 1 : AllPlanes;
-    std::unique_ptr<XImage, ImageDeleter> image(
+    ImagePtr image(
         XGetImage(app().display, d->image, 0, 0, d->width, d->height, planes, ZPixmap));
     if (!image)
         return "XGetImage failed";

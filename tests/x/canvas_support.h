@@ -5,13 +5,21 @@
 
 #include "x_env.h"   // first: gtest before Xlib's macros
 
+#include <X11/Xutil.h>
+
 #include <initializer_list>
+#include <memory>
 #include <string>
 #include <vector>
 
 struct Drawing;
 
 struct ImagePoint { int x, y; };
+
+struct ImageDeleter {
+    void operator()(XImage* im) const { XDestroyImage(im); }
+};
+using ImagePtr = std::unique_ptr<XImage, ImageDeleter>;
 
 // Calls the canvas input callback (press, release) or motion handler of the
 // drawing's active area directly, with window coordinates.

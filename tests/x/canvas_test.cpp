@@ -334,8 +334,7 @@ TEST(Canvas, BlackAndWhiteRendering)
     XFreeGC(dpy, gc);   // columns 4..7 keep the transparent background
     Pixmap bw = render_bw_pixmap(d);
     ASSERT_NE(bw, None);
-    std::unique_ptr<XImage, void (*)(XImage*)> im(
-        XGetImage(dpy, bw, 0, 0, 8, 4, 1, ZPixmap), [](XImage* i) { XDestroyImage(i); });
+    ImagePtr im(XGetImage(dpy, bw, 0, 0, 8, 4, 1, ZPixmap));
     ASSERT_TRUE(im);
     for (int y = 0; y < 4; y++)
         for (int x = 0; x < 8; x++)

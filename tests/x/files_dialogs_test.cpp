@@ -198,17 +198,12 @@ TEST(FilesSave, SaveAsBlackAndWhite)
     set_file_text(dir.path("bw"));
     press_file_ok();
     std::string target = dir.path("bw.xbm");
-    unsigned w = 0, h = 0;
-    int hx = 0, hy = 0;
-    Pixmap bits = None;
-    ASSERT_EQ(XReadBitmapFile(app().display, app().root, target.c_str(), &w, &h, &bits, &hx, &hy), BitmapSuccess);
-    EXPECT_EQ(w, 9u);
-    EXPECT_EQ(h, 7u);
-    XImage* im = XGetImage(app().display, bits, 0, 0, w, h, 1, XYPixmap);
-    EXPECT_EQ(XGetPixel(im, 2, 2), 1u) << "black paint is a set bit";
-    EXPECT_EQ(XGetPixel(im, 7, 6), 0u);
-    XDestroyImage(im);
-    XFreePixmap(app().display, bits);
+    XbmBack back = read_xbm(target);
+    ASSERT_EQ(back.status, BitmapSuccess);
+    EXPECT_EQ(back.width, 9u);
+    EXPECT_EQ(back.height, 7u);
+    EXPECT_EQ(back.bit(2, 2), 1) << "black paint is a set bit";
+    EXPECT_EQ(back.bit(7, 6), 0);
     EXPECT_EQ(d->name, name);
     EXPECT_EQ(d->modified, 1);
 }

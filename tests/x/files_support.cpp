@@ -118,6 +118,23 @@ std::string xbm_text(const TestXbm& b, const char* name)
     return s.str();
 }
 
+XbmBack read_xbm(const std::string& path)
+{
+    XbmBack b;
+    Pixmap bits = None;
+    b.status = XReadBitmapFile(app().display, app().root, path.c_str(), &b.width, &b.height, &bits, &b.hx, &b.hy);
+    if (b.status != BitmapSuccess)
+        return b;
+    XImage* im = XGetImage(app().display, bits, 0, 0, b.width, b.height, 1, XYPixmap);
+    for (unsigned y = 0; im && y < b.height; y++)
+        for (unsigned x = 0; x < b.width; x++)
+            b.bits.push_back(static_cast<int>(XGetPixel(im, static_cast<int>(x), static_cast<int>(y))));
+    if (im)
+        XDestroyImage(im);
+    XFreePixmap(app().display, bits);
+    return b;
+}
+
 ScratchDir::ScratchDir()
 {
     char pattern[] = "/tmp/pictrel-files-test-XXXXXX";
@@ -145,12 +162,10 @@ std::string read_file(const std::string& path)
     return s.str();
 }
 
-std::string dialog_message(Widget dialog)
+std::string xm_resource_text(Widget w, const char* resource)
 {
-    if (!dialog)
-        return "(no dialog)";
     XmString xs = nullptr;
-    XtVaGetValues(dialog, XmNmessageString, &xs, nullptr);
+    XtVaGetValues(w, resource, &xs, nullptr);
     if (!xs)
         return "";
     // Line breaks are separators inside the compound string: give them

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <X11/Intrinsic.h>
+#include <Xm/Xm.h>
 
 #include <string>
 #include <vector>
@@ -37,6 +38,16 @@ struct TestXbm {
 TestXbm pattern_xbm(int width, int height);
 std::string xbm_text(const TestXbm& xbm, const char* name = "pic");
 
+// An XBM file as Xlib reads it back.
+struct XbmBack {
+    int status = -1;
+    unsigned width = 0, height = 0;
+    int hx = -1, hy = -1;
+    std::vector<int> bits;   // 0/1 per pixel, row by row
+    int bit(int x, int y) const { return bits[static_cast<size_t>(y) * width + static_cast<size_t>(x)]; }
+};
+XbmBack read_xbm(const std::string& path);
+
 class ScratchDir {
 public:
     ScratchDir();
@@ -48,8 +59,13 @@ public:
 
 std::string read_file(const std::string& path);
 
-// The text of a message box's XmNmessageString.
-std::string dialog_message(Widget dialog);
+// The text of a widget's XmString resource (line breaks as "\n"), and of a
+// message box's XmNmessageString.
+std::string xm_resource_text(Widget w, const char* resource);
+inline std::string dialog_message(Widget dialog)
+{
+    return dialog ? xm_resource_text(dialog, XmNmessageString) : "(no dialog)";
+}
 // Presses a push button of a dialog by its name (its activate callbacks), then pumps.
 void press(Widget dialog, const char* buttonName);
 

@@ -13,6 +13,7 @@
 #include <string>
 
 #include "app/app.h"
+#include "files_support.h"
 #include "app/draw.h"
 #include "canvas/undo.h"
 #include "files/open_save.h"
@@ -61,10 +62,8 @@ TEST(Fill, ConnectedAreaControlEverywhereAndPattern)
 
     stroke(d, Button1, {{15, 10}});
     EXPECT_TRUE(undo_sensitive(d));
-    EXPECT_EQ(image_pixel(d, 19, 0), fg);
-    EXPECT_EQ(image_pixel(d, 5, 11), fg);
-    EXPECT_EQ(image_pixel(d, 0, 0), blank) << "the corner-touching wall holds";
-    EXPECT_EQ(image_pixel(d, 4, 4), blank);
+    EXPECT_EQ(pixels_are(d, fg, {{19, 0}, {5, 11}}), "");
+    EXPECT_EQ(pixels_are(d, blank, {{0, 0}, {4, 4}}), "") << "the corner-touching wall holds";
     EXPECT_EQ(check_display(d), "") << "the canvas shows the fill";
 
     cmd_undo(d, nullptr, False);
@@ -72,8 +71,7 @@ TEST(Fill, ConnectedAreaControlEverywhereAndPattern)
     EXPECT_EQ(image_pixel(d, 9, 0), fg) << "the wall stays";
 
     stroke(d, Button1, {{15, 10}}, ControlMask);
-    EXPECT_EQ(image_pixel(d, 0, 0), fg) << "Control fills the value everywhere";
-    EXPECT_EQ(image_pixel(d, 19, 11), fg);
+    EXPECT_EQ(pixels_are(d, fg, {{0, 0}, {19, 11}}), "") << "Control fills the value everywhere";
     cmd_undo(d, nullptr, False);
 
     // Pattern 3 through button 2, aligned on the image's origin.
@@ -136,11 +134,8 @@ TEST(Eraser, SquareSizesAndGaplessSweep)
     select_tool(d, TOOL_ERASER);
 
     stroke(d, Button1, {{2, 2}});
-    EXPECT_EQ(image_pixel(d, 2, 2), bg);
-    EXPECT_EQ(image_pixel(d, 16, 16), bg);
-    EXPECT_EQ(image_pixel(d, 17, 16), fg);
-    EXPECT_EQ(image_pixel(d, 16, 17), fg);
-    EXPECT_EQ(image_pixel(d, 1, 2), fg);
+    EXPECT_EQ(pixels_are(d, bg, {{2, 2}, {16, 16}}), "");
+    EXPECT_EQ(pixels_are(d, fg, {{17, 16}, {16, 17}, {1, 2}}), "");
     cmd_undo(d, nullptr, False);
     EXPECT_EQ(image_pixel(d, 2, 2), fg);
 
@@ -152,8 +147,7 @@ TEST(Eraser, SquareSizesAndGaplessSweep)
     area_button(d, ButtonPress, Button1, 4 * 20 + 2, 4 * 30 + 2);
     area_button(d, ButtonRelease, Button1, 4 * 20 + 2, 4 * 30 + 2, Button1Mask);
     EXPECT_EQ(image_pixel(d, 24, 34), bg);
-    EXPECT_EQ(image_pixel(d, 25, 34), fg);
-    EXPECT_EQ(image_pixel(d, 24, 35), fg);
+    EXPECT_EQ(pixels_are(d, fg, {{25, 34}, {24, 35}}), "");
 
     // From (10, 10) to (20, 10) in one motion: S = 4.
     area_button(d, ButtonPress, Button1, 4 * 10, 4 * 10);
@@ -199,23 +193,13 @@ TEST(Hotspot, MoveUndoBlinkAndSave)
     ASSERT_TRUE(wait_for([&] { return image_pixel(d, 5, 6) == 0; })) << "the marker does not blink";
     ASSERT_TRUE(wait_for([&] { return image_pixel(d, 5, 6) == 1; }));
     ASSERT_TRUE(wait_for([&] { return image_pixel(d, 5, 6) == 0; }));
-    char dir[] = "/tmp/pictrel-hotspot-XXXXXX";
-    ASSERT_NE(mkdtemp(dir), nullptr);
-    std::string target = std::string(dir) + "/hot.xbm";
-    ASSERT_EQ(write_drawing(d, target.c_str(), false), 0);
-    unsigned w = 0, h = 0;
-    int hx = 0, hy = 0;
-    Pixmap back = None;
-    ASSERT_EQ(XReadBitmapFile(app().display, app().root, target.c_str(), &w, &h, &back, &hx, &hy),
-              BitmapSuccess);
-    EXPECT_EQ(hx, 5);
-    EXPECT_EQ(hy, 6);
-    XImage* im = XGetImage(app().display, back, 0, 0, w, h, 1, XYPixmap);
-    EXPECT_EQ(XGetPixel(im, 5, 6), 1u) << "the marker was saved instead of the pixel";
-    XDestroyImage(im);
-    XFreePixmap(app().display, back);
-    unlink(target.c_str());
-    rmdir(dir);
+    filetest::ScratchDir dir;
+    ASSERT_EQ(write_drawing(d, dir.path("hot.xbm").c_str(), false), 0);
+    filetest::XbmBack back = filetest::read_xbm(dir.path("hot.xbm"));
+    ASSERT_EQ(back.status, BitmapSuccess);
+    EXPECT_EQ(back.hx, 5);
+    EXPECT_EQ(back.hy, 6);
+    EXPECT_EQ(back.bit(5, 6), 1) << "the marker was saved instead of the pixel";
 
     select_tool(d, TOOL_PENCIL);
     EXPECT_EQ(image_pixel(d, 5, 6), 1u);

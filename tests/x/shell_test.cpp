@@ -24,18 +24,7 @@ using namespace filetest;
 
 namespace {
 
-std::string label_text(Widget label)
-{
-    XmString s = nullptr;
-    XtVaGetValues(label, XmNlabelString, &s, nullptr);
-    char* t = s ? static_cast<char*>(XmStringUnparse(s, nullptr, XmCHARSET_TEXT, XmCHARSET_TEXT, nullptr, 0,
-                                                     XmOUTPUT_ALL))
-                : nullptr;
-    std::string out = t ? t : "";
-    XtFree(t);
-    XmStringFree(s);
-    return out;
-}
+std::string label_text(Widget label) { return xm_resource_text(label, XmNlabelString); }
 
 struct Answer {
     int calls = 0;
