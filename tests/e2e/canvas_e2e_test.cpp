@@ -1,7 +1,6 @@
-// The real program driven through XTest: a line dragged with button 1 and a
-// filled rectangle dragged with button 2 show on the magnified canvas, and
-// Ctrl+Z takes the rectangle back; the fill floods and the eraser clears;
-// the zoom accelerators step and, with Shift, jump.
+// The real program driven through XTest: a line dragged with button 1 and a filled rectangle dragged with button 2
+// show on the magnified canvas, and Ctrl+Z takes the rectangle back; the fill floods and the eraser clears; the
+// zoom accelerators step and, with Shift, jump.
 #include <gtest/gtest.h>
 
 #include <X11/extensions/XTest.h>

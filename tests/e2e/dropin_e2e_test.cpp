@@ -1,6 +1,5 @@
-// Dropping from the desktop onto the real program: a file list put on a
-// drawing window the protocol's way opens its first file in a new window,
-// and a list naming a missing file leaves the program running.
+// Dropping from the desktop onto the real program: a file list put on a drawing window the protocol's way opens its
+// first file in a new window, and a list naming a missing file leaves the program running.
 #include <gtest/gtest.h>
 
 #include <X11/Xatom.h>

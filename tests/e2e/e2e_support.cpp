@@ -33,43 +33,22 @@ std::string read_file(const std::string& path)
 
 void make_dir(const std::string& path) { mkdir(path.c_str(), 0755); }
 
-using Clock = std::chrono::steady_clock;
-
-bool before(Clock::time_point deadline) { return Clock::now() < deadline; }
-Clock::time_point deadline_in(int ms) { return Clock::now() + std::chrono::milliseconds(ms); }
-
-std::vector<std::string> split_combo(const std::string& combo)
+// Polls `done` every few milliseconds until it holds or the time is up.
+template <typename F>
+bool poll(int timeoutMs, F done)
 {
-    std::vector<std::string> parts;
-    size_t start = 0;
-    while (start <= combo.size()) {
-        size_t plus = combo.find('+', start);
-        if (plus == std::string::npos)
-            plus = combo.size();
-        if (plus > start)
-            parts.push_back(combo.substr(start, plus - start));
-        start = plus + 1;
+    auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
+    while (!done()) {
+        if (std::chrono::steady_clock::now() >= deadline)
+            return false;
+        e2e_sleep_ms(20);
     }
-    return parts;
-}
-
-const char* keysym_name(const std::string& part)
-{
-    if (part == "ctrl" || part == "control")
-        return "Control_L";
-    if (part == "shift")
-        return "Shift_L";
-    if (part == "alt" || part == "meta")
-        return "Alt_L";
-    return part.c_str();
+    return true;
 }
 
 }  // namespace
 
-void e2e_sleep_ms(int ms)
-{
-    std::this_thread::sleep_for(std::chrono::milliseconds(ms));
-}
+void e2e_sleep_ms(int ms) { std::this_thread::sleep_for(std::chrono::milliseconds(ms)); }
 
 E2eApp::E2eApp(const char* display)
 {
@@ -98,9 +77,8 @@ bool E2eApp::start(const std::vector<std::string>& args, const char* argv0)
     outPath_ = logDir + "/" + argv0_ + ".out";
     errPath_ = logDir + "/" + argv0_ + ".err";
 
-    std::vector<std::string> all;
-    all.push_back(argv0_);
-    all.insert(all.end(), args.begin(), args.end());
+    std::vector<std::string> all = args;
+    all.insert(all.begin(), argv0_);
     std::vector<char*> argv;
     for (std::string& s : all)
         argv.push_back(s.data());
@@ -112,15 +90,9 @@ bool E2eApp::start(const std::vector<std::string>& args, const char* argv0)
     if (child == 0) {
         setenv("DISPLAY", displayName_.c_str(), 1);
         setenv("XFILESEARCHPATH", resourcePath_.c_str(), 1);
-        int in = open("/dev/null", O_RDONLY);
-        int out = open(outPath_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-        int err = open(errPath_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-        if (in >= 0)
-            dup2(in, 0);
-        if (out >= 0)
-            dup2(out, 1);
-        if (err >= 0)
-            dup2(err, 2);
+        dup2(open("/dev/null", O_RDONLY), 0);
+        dup2(open(outPath_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644), 1);
+        dup2(open(errPath_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644), 2);
         execv(PICTREL_BINARY, argv.data());
         _exit(127);
     }
@@ -162,30 +134,23 @@ std::vector<E2eWindow> E2eApp::windows()
         if (!is_ours(children[i]))
             continue;
         char* name = nullptr;
-        std::string title;
-        if (XFetchName(dpy_, children[i], &name) && name) {
-            title = name;
-            XFree(name);
-        }
-        found.push_back({children[i], title, attr.x, attr.y, attr.width, attr.height});
+        XFetchName(dpy_, children[i], &name);
+        found.push_back({children[i], name ? name : "", attr.x, attr.y, attr.width, attr.height});
+        XFree(name);
     }
-    if (children)
-        XFree(children);
+    XFree(children);
     return found;
 }
 
 Window E2eApp::wait_window(const std::string& title, int timeoutMs)
 {
-    auto deadline = deadline_in(timeoutMs);
-    do {
+    Window found = 0;
+    poll(timeoutMs, [&] {
         for (const E2eWindow& w : windows())
-            if (w.title == title)
-                return w.id;
-        if (!running())
-            return 0;
-        e2e_sleep_ms(50);
-    } while (before(deadline));
-    return 0;
+            found = w.title == title ? w.id : found;
+        return found || !running();
+    });
+    return found;
 }
 
 void E2eApp::sync()
@@ -209,10 +174,11 @@ void E2eApp::key(Window w, const std::string& combo)
     if (w)
         focus(w);
     std::vector<KeyCode> codes;
-    for (const std::string& part : split_combo(combo)) {
-        KeySym sym = XStringToKeysym(keysym_name(part));
-        KeyCode code = sym == NoSymbol ? 0 : XKeysymToKeycode(dpy_, sym);
-        if (code)
+    std::istringstream parts(combo);
+    for (std::string part; std::getline(parts, part, '+');) {
+        const char* name = part == "ctrl" ? "Control_L" : part == "shift" ? "Shift_L" : part == "alt" ? "Alt_L" : part.c_str();
+        KeySym sym = XStringToKeysym(name);
+        if (KeyCode code = sym == NoSymbol ? 0 : XKeysymToKeycode(dpy_, sym))
             codes.push_back(code);
     }
     for (KeyCode c : codes)
@@ -257,10 +223,7 @@ void E2eApp::send_protocol(Window w, const char* protocol)
     if (!dpy_ || !w)
         return;
     XEvent ev{};
-    ev.xclient.type = ClientMessage;
-    ev.xclient.window = w;
-    ev.xclient.message_type = XInternAtom(dpy_, "WM_PROTOCOLS", False);
-    ev.xclient.format = 32;
+    ev.xclient = {ClientMessage, 0, False, dpy_, w, XInternAtom(dpy_, "WM_PROTOCOLS", False), 32, {}};
     ev.xclient.data.l[0] = static_cast<long>(XInternAtom(dpy_, protocol, False));
     ev.xclient.data.l[1] = CurrentTime;
     XSendEvent(dpy_, w, False, NoEventMask, &ev);
@@ -276,22 +239,13 @@ bool E2eApp::running()
     if (r == 0)
         return true;
     exited_ = true;
-    if (r == pid_)
-        exitStatus_ = WIFEXITED(status) ? WEXITSTATUS(status) : (WIFSIGNALED(status) ? -WTERMSIG(status) : -1);
-    else
-        exitStatus_ = -1;
+    exitStatus_ = r != pid_ ? -1 : WIFEXITED(status) ? WEXITSTATUS(status) : WIFSIGNALED(status) ? -WTERMSIG(status) : -1;
     return false;
 }
 
 bool E2eApp::wait_exit(int* status, int timeoutMs)
 {
-    auto deadline = deadline_in(timeoutMs);
-    while (running()) {
-        if (!before(deadline))
-            return false;
-        e2e_sleep_ms(20);
-    }
-    if (pid_ <= 0)
+    if (!poll(timeoutMs, [&] { return !running(); }) || pid_ <= 0)
         return false;
     if (status)
         *status = exitStatus_;
@@ -309,25 +263,12 @@ void E2eApp::kill_now()
     exitStatus_ = -SIGKILL;
 }
 
-std::string E2eApp::stdout_text() const
-{
-    return outPath_.empty() ? std::string() : read_file(outPath_);
-}
-
-std::string E2eApp::stderr_text() const
-{
-    return errPath_.empty() ? std::string() : read_file(errPath_);
-}
+std::string E2eApp::stdout_text() const { return outPath_.empty() ? "" : read_file(outPath_); }
+std::string E2eApp::stderr_text() const { return errPath_.empty() ? "" : read_file(errPath_); }
 
 bool E2eApp::wait_stdout(const std::string& text, int timeoutMs) const
 {
-    auto deadline = deadline_in(timeoutMs);
-    do {
-        if (stdout_text().find(text) != std::string::npos)
-            return true;
-        e2e_sleep_ms(50);
-    } while (before(deadline));
-    return false;
+    return poll(timeoutMs, [&] { return stdout_text().find(text) != std::string::npos; });
 }
 
 void E2eApp::screenshot(const std::string& name) const

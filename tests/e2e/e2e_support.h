@@ -1,9 +1,7 @@
-// End-to-end support: starts the real pictrel binary, finds the windows of
-// this run (by their own argv[0] in WM_CLASS, or transient for one of those),
-// drives it through XTest and reads back what a user would see. There is no
-// window manager: keys go where key()/focus() put the focus, and menus are
-// reached with "F10" and the arrow keys. The destructor kills a running
-// program by its PID.
+// End-to-end support: starts the real pictrel binary, finds the windows of this run (by their own argv[0] in
+// WM_CLASS, or transient for one of those), drives it through XTest and reads back what a user would see. There is
+// no window manager: keys go where key()/focus() put the focus, and menus are reached with "F10" and the arrow
+// keys. The destructor kills a running program by its PID.
 #pragma once
 
 #include <X11/Xlib.h>

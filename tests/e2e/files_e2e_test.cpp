@@ -56,9 +56,8 @@ void paint_cell(E2eApp& app, Window shell, int x, int y)
 
 }  // namespace
 
-// An untitled drawing is saved through the file dialog (the typed name gets
-// ".px" and the window takes it); a second Ctrl+S writes in place without
-// asking; Quit with unsaved changes asks, and Discard ends the program with
+// An untitled drawing is saved through the file dialog (the typed name gets ".px" and the window takes it); a
+// second Ctrl+S writes in place without asking; Quit with unsaved changes asks, and Discard ends the program with
 // status 0 and writes nothing.
 TEST(FilesE2e, SaveAsSaveInPlaceThenQuitAsks)
 {

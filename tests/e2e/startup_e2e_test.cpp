@@ -13,9 +13,8 @@ const char* const boldFont = "-misc-fixed-bold-r-normal--13-*-*-*-*-*-iso8859-1"
 
 }  // namespace
 
-// Start-up maps exactly one untitled window; the size options reach its
-// status line; out-of-range options are reported on stderr and start-up goes
-// on (a bad zoom level becomes 4); in-range values are accepted silently.
+// Start-up maps exactly one untitled window; the size options reach its status line; out-of-range options are
+// reported on stderr and start-up goes on (a bad zoom level becomes 4); in-range values are accepted silently.
 TEST(StartupE2e, OptionsAndTheFirstWindow)
 {
     struct Case {

@@ -1,6 +1,5 @@
-// The real program driven through XTest: the text tool types into the
-// magnified canvas where the user clicked, and Ctrl+Z takes the text back
-// while the caret stays for more typing.
+// The real program driven through XTest: the text tool types into the magnified canvas where the user clicked, and
+// Ctrl+Z takes the text back while the caret stays for more typing.
 #include <gtest/gtest.h>
 
 #include <vector>

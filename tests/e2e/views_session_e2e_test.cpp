@@ -1,7 +1,6 @@
-// The actual-size view and the session protocols from the outside: the
-// real program opens the view from the View menu's keys and shows the
-// picture in it, writes its restart command on its window, and leaves when
-// a session manager ends it.
+// The actual-size view and the session protocols from the outside: the real program opens the view from the View
+// menu's keys and shows the picture in it, writes its restart command on its window, and leaves when a session
+// manager ends it.
 #include <gtest/gtest.h>
 
 #include <fstream>

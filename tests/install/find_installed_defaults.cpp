@@ -1,7 +1,6 @@
-// Asks libXt where it would find the application defaults of the class
-// "Pictrel" along its own built-in search path, answering its questions
-// about files from an installation staged under DESTDIR (argv[1]).
-// Prints the path found and exits 0, or exits 1 when none is found.
+// Asks libXt where it would find the application defaults of the class "Pictrel" along its own built-in search
+// path, answering its questions about files from an installation staged under DESTDIR (argv[1]). Prints the path
+// found and exits 0, or exits 1 when none is found.
 #include <X11/Intrinsic.h>
 #include <sys/stat.h>
 

@@ -123,9 +123,8 @@ TEST(CopyFile, FailureLeavesTargetIntact)
     EXPECT_EQ(copy_file(src.c_str(), ""), 0);
 }
 
-// A target that can be written neither beside nor in place is left as it
-// was. Root ignores permission bits, so there the directory is a tmpfs
-// mounted read-only instead.
+// A target that can be written neither beside nor in place is left as it was. Root ignores permission bits, so
+// there the directory is a tmpfs mounted read-only instead.
 TEST(CopyFile, UnwritableDirectoryLeavesTargetIntact)
 {
     TempDir t;
@@ -153,9 +152,8 @@ TEST(CopyFile, UnwritableDirectoryLeavesTargetIntact)
         chmod(dir.c_str(), 0700);
 }
 
-// Where no file can take the target's place (an unwritable directory; for
-// root, a target that is a mount point) a writable target is rewritten in
-// place: the save is not lost. A longer and a shorter copy both fit exactly.
+// Where no file can take the target's place (an unwritable directory; for root, a target that is a mount point) a
+// writable target is rewritten in place: the save is not lost. A longer and a shorter copy both fit exactly.
 TEST(CopyFile, WritableTargetInUnwritablePlaceIsRewritten)
 {
     TempDir t;

@@ -1,6 +1,5 @@
-// Splitting and joining dropped file lists, the drop message's words and
-// the transfer property names: every byte of a drop comes from another
-// client and may be anything.
+// Splitting and joining dropped file lists, the drop message's words and the transfer property names: every byte of
+// a drop comes from another client and may be anything.
 #include <gtest/gtest.h>
 
 #include <string>

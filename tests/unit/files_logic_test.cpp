@@ -22,9 +22,8 @@ XbmHeaderScan::State scan_xbm(std::initializer_list<const char*> lines)
 
 }  // namespace
 
-// An XBM header is judged as Xlib reads it: sizes up to 512 x 720 pass, a
-// larger or zero size never reaches Xlib's allocation, and a file without
-// a bits array is not an XBM at all.
+// An XBM header is judged as Xlib reads it: sizes up to 512 x 720 pass, a larger or zero size never reaches Xlib's
+// allocation, and a file without a bits array is not an XBM at all.
 TEST(ImageHeader, XbmSizes)
 {
     using S = XbmHeaderScan;
@@ -65,10 +64,9 @@ TEST(ImageHeader, XpmValuesLine)
     EXPECT_EQ(check_xpm_header("/* XPM */\n\"4 4"), V::Unknown) << "cut short: libXpm refuses it";
 }
 
-// libXpm finds the values past comments and in every form it reads (XPM 1
-// defines, "XPM2" natural and C, any first word before "XPM"); a header
-// hidden in any of them must still be judged, since a few hundred bytes
-// claiming fifty million colours keep libXpm busy for many seconds.
+// libXpm finds the values past comments and in every form it reads (XPM 1 defines, "XPM2" natural and C, any first
+// word before "XPM"); a header hidden in any of them must still be judged, since a few hundred bytes claiming fifty
+// million colours keep libXpm busy for many seconds.
 TEST(ImageHeader, HiddenValuesLines)
 {
     using V = XpmHeaderVerdict;
@@ -123,9 +121,8 @@ TEST(MonoNames, NamesOfOneKey)
     EXPECT_STREQ(mono_name_of("#000000", "None"), "None");
 }
 
-// Without a transparent colour every record gets its own colour's name;
-// with one the names sit one record early (aligned with libXpm's pixel
-// list, which skips the transparent colour) and one colour fewer counts.
+// Without a transparent colour every record gets its own colour's name; with one the names sit one record early
+// (aligned with libXpm's pixel list, which skips the transparent colour) and one colour fewer counts.
 TEST(MonoNames, TableWithAndWithoutTransparentColour)
 {
     MonoNaming plain = mono_names_of_table({"black", "white", nullptr}, {"#000", "#FFF", "#F00"});
@@ -152,9 +149,8 @@ TEST(MonoNames, TableWithAndWithoutTransparentColour)
     EXPECT_EQ(mono_names_of_table({}, {}).colourCount, 0u);
 }
 
-// libXpm's pixel list skips the transparent colour wherever the file puts
-// it (and in any case of "None"), so the names must close up over it there
-// too: a black colour before a middle "None" stays black.
+// libXpm's pixel list skips the transparent colour wherever the file puts it (and in any case of "None"), so the
+// names must close up over it there too: a black colour before a middle "None" stays black.
 TEST(MonoNames, TransparentColourAnywhereInTheTable)
 {
     MonoNaming middle = mono_names_of_table({"black", nullptr, "white", "black"},
@@ -218,9 +214,8 @@ unsigned long map1(CellRemap& r, unsigned long p, FakeCells& cells)
 
 }  // namespace
 
-// A pixel libXpm gave once gets one private cell; a pixel given twice (two
-// file colours of one RGB) gets two, later pixels taking the last; the
-// transparent fill keeps its value except as the very first pixel.
+// A pixel libXpm gave once gets one private cell; a pixel given twice (two file colours of one RGB) gets two, later
+// pixels taking the last; the transparent fill keeps its value except as the very first pixel.
 TEST(CellRemap, OneCellPerFileColour)
 {
     FakeCells cells;

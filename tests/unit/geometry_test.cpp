@@ -2,11 +2,17 @@
 // drag-constraint test and the line-width pictures.
 #include <gtest/gtest.h>
 
+#include <string>
+
 #include "tools/geometry.h"
 
 namespace {
 
 bool same(Point a, Point b) { return a.x == b.x && a.y == b.y; }
+std::string str(Box b)
+{
+    return std::to_string(b.x) + "," + std::to_string(b.y) + " " + std::to_string(b.width) + "x" + std::to_string(b.height);
+}
 
 }  // namespace
 
@@ -34,9 +40,7 @@ TEST(Geometry, SquareConstraintUsesShorterLeg)
     Point s{10, 10};
     Point p = constrain_square(s, {30, 14});
     EXPECT_TRUE(same(p, {14, 14}));
-    Box b = box_of(s, p);
-    EXPECT_EQ(b.width, 5);
-    EXPECT_EQ(b.height, 5);
+    EXPECT_EQ(str(box_of(s, p)), "10,10 5x5");
     EXPECT_TRUE(same(constrain_square(s, {0, 2}), {2, 2}));
     EXPECT_TRUE(same(constrain_square(s, {13, -20}), {13, 7}));
 }
@@ -45,21 +49,10 @@ TEST(Geometry, SquareConstraintUsesShorterLeg)
 TEST(Geometry, BoxesAreInclusiveAndGrowOnEverySide)
 {
     Box b = box_of({7, 3}, {2, 9});
-    EXPECT_EQ(b.x, 2);
-    EXPECT_EQ(b.y, 3);
-    EXPECT_EQ(b.width, 6);
-    EXPECT_EQ(b.height, 7);
-    Box one = box_of({4, 4}, {4, 4});
-    EXPECT_EQ(one.width, 1);
-    EXPECT_EQ(one.height, 1);
-    Box g = grow_box(b, 5);
-    EXPECT_EQ(g.x, -3);
-    EXPECT_EQ(g.y, -2);
-    EXPECT_EQ(g.width, 16);
-    EXPECT_EQ(g.height, 17);
-    Box same0 = grow_box(b, 0);
-    EXPECT_EQ(same0.x, b.x);
-    EXPECT_EQ(same0.width, b.width);
+    EXPECT_EQ(str(b), "2,3 6x7");
+    EXPECT_EQ(str(box_of({4, 4}, {4, 4})), "4,4 1x1");
+    EXPECT_EQ(str(grow_box(b, 5)), "-3,-2 16x17");
+    EXPECT_EQ(str(grow_box(b, 0)), str(b));
 }
 
 // The drag constraint waits for more than 5 window pixels and tests the
@@ -78,14 +71,8 @@ TEST(Geometry, DragConstraintNeedsMoreThanFivePixelsVerticalFirst)
 // comes out empty.
 TEST(Geometry, ClipBoxCutsToTheImage)
 {
-    Box c = clip_box({-5, -3, 10, 10}, 64, 64);
-    EXPECT_EQ(c.x, 0);
-    EXPECT_EQ(c.y, 0);
-    EXPECT_EQ(c.width, 5);
-    EXPECT_EQ(c.height, 7);
-    Box e = clip_box({60, 60, 10, 10}, 64, 64);
-    EXPECT_EQ(e.width, 4);
-    EXPECT_EQ(e.height, 4);
+    EXPECT_EQ(str(clip_box({-5, -3, 10, 10}, 64, 64)), "0,0 5x7");
+    EXPECT_EQ(str(clip_box({60, 60, 10, 10}, 64, 64)), "60,60 4x4");
     EXPECT_EQ(clip_box({64, 0, 3, 3}, 64, 64).width, 0);
     EXPECT_EQ(clip_box({-10, 0, 10, 3}, 64, 64).width, 0);
     EXPECT_EQ(clip_box({0, 0, -1, 3}, 64, 64).width, 0);

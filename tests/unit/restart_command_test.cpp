@@ -26,9 +26,8 @@ TEST(RestartCommand, AbsolutePath)
     EXPECT_EQ(absolute_path("a.xpm", ""), "a.xpm") << "no working directory: left as it is";
 }
 
-// A bare program name is found through PATH, the first executable
-// directory winning; a name with a slash, or one PATH does not hold, is
-// made absolute against the working directory.
+// A bare program name is found through PATH, the first executable directory winning; a name with a slash, or one
+// PATH does not hold, is made absolute against the working directory.
 TEST(RestartCommand, ProgramPathThroughPath)
 {
     executables = {"/usr/bin/pictrel", "/opt/bin/pictrel", "bin/pictrel"};

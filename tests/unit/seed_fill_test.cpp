@@ -101,9 +101,8 @@ TEST(SeedFill, SeedOutsideImageMarksNothing)
     fill_stack_free(&stack);
 }
 
-// Random pictures of few values make spirals, combs and holes: the scan-line
-// fill, with its look-back where a run overhangs its parent, must find
-// exactly what a plain flood fill finds, from every kind of seed.
+// Random pictures of few values make spirals, combs and holes: the scan-line fill, with its look-back where a run
+// overhangs its parent, must find exactly what a plain flood fill finds, from every kind of seed.
 TEST(SeedFill, AgreesWithFloodFillOnRandomPictures)
 {
     std::mt19937 random(12345);

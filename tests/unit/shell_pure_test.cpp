@@ -54,9 +54,8 @@ TEST(PixmapName, DirectorySearchPath)
     EXPECT_EQ(directory_search_path(odd, 4), "");
 }
 
-// The logo is a well-formed 85 x 31 XPM of four one-character colours,
-// each bound to a symbolic colour so that it follows the scheme, and every
-// pixel uses one of them.
+// The logo is a well-formed 85 x 31 XPM of four one-character colours, each bound to a symbolic colour so that it
+// follows the scheme, and every pixel uses one of them.
 TEST(LogoData, WellFormedSymbolicXpm)
 {
     int w = 0, h = 0, colours = 0, chars = 0;
@@ -86,9 +85,8 @@ TEST(LogoData, WellFormedSymbolicXpm)
     EXPECT_EQ(used, keys) << "every colour of the mark is used";
 }
 
-// A dialog is centred over the asking window but never starts off the
-// screen: a 400-wide dialog over a 260-wide window at the left edge would
-// otherwise begin at -70.
+// A dialog is centred over the asking window but never starts off the screen: a 400-wide dialog over a 260-wide
+// window at the left edge would otherwise begin at -70.
 TEST(DialogPlacement, CentredThenKeptOnScreen)
 {
     EXPECT_EQ(centred_on_screen(100, 400, 200, 1280), 200);

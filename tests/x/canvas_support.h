@@ -1,6 +1,5 @@
-// Helpers of the canvas and tool tests: strokes delivered through the canvas
-// input path, zoom changes, an X error trap, and a cell-by-cell check of the
-// magnified display against the image.
+// Helpers of the canvas and tool tests: strokes delivered through the canvas input path, zoom changes, an X error
+// trap, and a cell-by-cell check of the magnified display against the image.
 #pragma once
 
 #include "x_env.h"   // first: gtest before Xlib's macros
@@ -44,9 +43,8 @@ void set_zoom(Drawing* d, int zoom);
 // private GC (so the drawing's GCs are untouched) and refreshes it.
 void paint_test_picture(Drawing* d);
 
-// Compares every fully visible cell of the active area's window with the
-// image: the square in the image pixel's colour, the grid in the window
-// background. Returns "" when they agree, else the first difference.
+// Compares every fully visible cell of the active area's window with the image: the square in the image pixel's
+// colour, the grid in the window background. Returns "" when they agree, else the first difference.
 std::string check_display(Drawing* d);
 
 // Compares imageCopy with the image pixel for pixel ("" when equal).

@@ -1,6 +1,5 @@
-// The canvas: zoom steps and the menu items that follow them, the exact
-// magnified display, expose, refresh clipping, extreme sizes, input scaling
-// and motion compression, and the black-and-white rendering.
+// The canvas: zoom steps and the menu items that follow them, the exact magnified display, expose, refresh
+// clipping, extreme sizes, input scaling and motion compression, and the black-and-white rendering.
 #include "canvas_support.h"   // first: gtest before Xlib's macros
 
 #include <X11/Xutil.h>
@@ -70,9 +69,8 @@ TEST(Canvas, ZoomStepsAndMenuSensitivity)
     EXPECT_EQ(h, 12 << 2);
 }
 
-// After a picture of many colours and after every zoom change, each cell of
-// the magnified window shows its pixel in the square and the window
-// background in the grid line, and actual size shows the image itself.
+// After a picture of many colours and after every zoom change, each cell of the magnified window shows its pixel in
+// the square and the window background in the grid line, and actual size shows the image itself.
 TEST(Canvas, MagnifiedDisplayIsExactAtEveryZoom)
 {
     Drawing* d = make_drawing(24, 20);
@@ -270,10 +268,9 @@ TEST(Canvas, SamePixelMotionAndMotionWithoutHandlerAreIgnored)
     EXPECT_EQ(request_count(), before);
 }
 
-// A Shift-press decides the constraint from the motions queued after it:
-// more than 5 pixels down is vertical even if x moved more, 6 right and 2
-// down is horizontal, and a release before that leaves it free. The pencil
-// held vertical keeps the press column.
+// A Shift-press decides the constraint from the motions queued after it: more than 5 pixels down is vertical even
+// if x moved more, 6 right and 2 down is horizontal, and a release before that leaves it free. The pencil held
+// vertical keeps the press column.
 TEST(Canvas, ShiftPressDetectsDragConstraint)
 {
     Drawing* d = make_drawing(64, 64);
@@ -318,9 +315,8 @@ TEST(Canvas, ShiftPressDetectsDragConstraint)
     EXPECT_EQ(image_pixel(e, 14, 30), blank);
 }
 
-// The black-and-white rendering: black pixels set, white and the
-// transparent background clear, through the colour list's mapping when
-// there is one.
+// The black-and-white rendering: black pixels set, white and the transparent background clear, through the colour
+// list's mapping when there is one.
 TEST(Canvas, BlackAndWhiteRendering)
 {
     Drawing* d = make_drawing(8, 4);
@@ -342,9 +338,8 @@ TEST(Canvas, BlackAndWhiteRendering)
     EXPECT_EQ(render_bw_pixmap(d), bw) << "the pixmap is kept";
 }
 
-// Events can carry any 16-bit position: a pencil press at the far edge
-// leaves the image alone, and rubber bands reaching either end of the range
-// neither break the repaint nor make the server refuse a clip.
+// Events can carry any 16-bit position: a pencil press at the far edge leaves the image alone, and rubber bands
+// reaching either end of the range neither break the repaint nor make the server refuse a clip.
 TEST(Canvas, FarEventCoordinatesStayHarmless)
 {
     XErrorTrap trap;

@@ -73,9 +73,8 @@ unsigned char shadow_of(Widget w)
 
 }  // namespace
 
-// A new drawing has exactly transparent, white and black, each in a cell of
-// its own; black paints with button 1 and white with button 3, and the
-// empty image is transparent.
+// A new drawing has exactly transparent, white and black, each in a cell of its own; black paints with button 1 and
+// white with button 3, and the empty image is transparent.
 TEST(Colour, NewDrawingHasTransparentWhiteBlack)
 {
     Drawing* d = make_drawing(16, 16);
@@ -110,9 +109,8 @@ TEST(Colour, NewDrawingHasTransparentWhiteBlack)
     EXPECT_EQ(image_pixel(d, 3, 3), list->transparentPixel);
 }
 
-// The dialog's widget tree: names and parents the application defaults
-// address, the selected foreground well, a hidden message and buttons that
-// leave the dialog up.
+// The dialog's widget tree: names and parents the application defaults address, the selected foreground well, a
+// hidden message and buttons that leave the dialog up.
 TEST(Colour, DialogTreeAndShowing)
 {
     Drawing* d = make_drawing(16, 16);
@@ -155,9 +153,8 @@ TEST(Colour, DialogTreeAndShowing)
     EXPECT_EQ(cmd_show_colors(nullptr, nullptr, False), 1);
 }
 
-// The black-and-white mapping of the keys an image's colour table holds,
-// and the order of a list loaded from one: the dialog background first as
-// transparent, then the image's colours, the first of them the background.
+// The black-and-white mapping of the keys an image's colour table holds, and the order of a list loaded from one:
+// the dialog background first as transparent, then the image's colours, the first of them the background.
 TEST(Colour, ImageTableLoadsWithMonoKeys)
 {
     const std::pair<const char*, Pixel> keys[] = {{"white", app().whitePixel}, {"w", app().whitePixel},
@@ -235,10 +232,9 @@ TEST(Colour, FreeKeepsTheTransparentCell)
     EXPECT_EQ(list->anchor->pixel, 3u);
 }
 
-// Every drawing takes a transparent cell of its own; closing the drawing
-// gives it back with the other cells, so opening and closing drawings does
-// not drain the colormap, and the program's transparent pixel never names
-// a cell that went back.
+// Every drawing takes a transparent cell of its own; closing the drawing gives it back with the other cells, so
+// opening and closing drawings does not drain the colormap, and the program's transparent pixel never names a cell
+// that went back.
 TEST(Colour, CloseGivesTheTransparentCellBack)
 {
     Drawing* first = make_drawing(8, 8);
@@ -356,9 +352,8 @@ TEST(Colour, ChosenSwatchPaints)
     EXPECT_EQ(list->backgroundEntry, e[2]);
 }
 
-// With every cell of the colormap taken, adding fails cleanly: the list
-// keeps its count and chain, a new drawing is refused, and the drawings
-// already open keep painting.
+// With every cell of the colormap taken, adding fails cleanly: the list keeps its count and chain, a new drawing is
+// refused, and the drawings already open keep painting.
 TEST(Colour, RunningOutOfCells)
 {
     Drawing* d = make_drawing(8, 8);
@@ -429,10 +424,9 @@ TEST(Colour, GrabReadsThePixelUnderThePointer)
     XMapRaised(dpy, w);
     pump();
 
-    // A second client plays the user. It owns the button events of the
-    // window, so a click that escaped the grab would go to it and the grab
-    // would never end. It clicks only once the grab is seen to be active:
-    // fake input sent before grab_pixel would be handled before the grab.
+    // A second client plays the user. It owns the button events of the window, so a click that escaped the grab
+    // would go to it and the grab would never end. It clicks only once the grab is seen to be active: fake input
+    // sent before grab_pixel would be handled before the grab.
     Display* input = XOpenDisplay(DisplayString(dpy));
     ASSERT_NE(input, nullptr);
     XSelectInput(input, w, ButtonPressMask | ButtonReleaseMask);
@@ -472,9 +466,8 @@ TEST(Colour, GrabReadsThePixelUnderThePointer)
     XFreeColors(dpy, cmap(), &cell, 1, 0);
 }
 
-// A file's transparent colour: the dialog background still comes first as
-// the list's transparent colour, the file's pixels of "None" hold it, and
-// the other colours keep their file order and monochrome keys.
+// A file's transparent colour: the dialog background still comes first as the list's transparent colour, the file's
+// pixels of "None" hold it, and the other colours keep their file order and monochrome keys.
 TEST(Colour, FileWithTransparentColour)
 {
     filetest::ScratchDir dir;

@@ -118,9 +118,8 @@ void drag_out(Widget w, int x, int y)
 
 }  // namespace
 
-// The top-level widget and every drawing shell advertise themselves; a file
-// list dropped on a shell opens its first file only, dropped text naming a
-// file opens it, and the site takes the transfer property off its window.
+// The top-level widget and every drawing shell advertise themselves; a file list dropped on a shell opens its first
+// file only, dropped text naming a file opens it, and the site takes the transfer property off its window.
 TEST(DropIn, DroppedFilesOpen)
 {
     Drawing* d = make_drawing(8, 8);
@@ -153,9 +152,8 @@ TEST(DropIn, DroppedFilesOpen)
     EXPECT_FALSE(error_shown());
 }
 
-// Messages and data of every wrong shape leave the program as it was: no
-// drawing, no other property taken, and a message only where a file list
-// named something that cannot be read.
+// Messages and data of every wrong shape leave the program as it was: no drawing, no other property taken, and a
+// message only where a file list named something that cannot be read.
 TEST(DropIn, HostileDropsDoNothing)
 {
     Drawing* d = make_drawing(8, 8);
@@ -201,10 +199,9 @@ TEST(DropIn, HostileDropsDoNothing)
     EXPECT_NE(drawing_named(image), nullptr) << "and a good drop still works";
 }
 
-// A drag out over a foreign site writes "unimplemented" into a transfer
-// property of the site's window and announces it; a second drag before the
-// first is read takes a second atom; a deleted property or a destroyed
-// site gives its atom back.
+// A drag out over a foreign site writes "unimplemented" into a transfer property of the site's window and announces
+// it; a second drag before the first is read takes a second atom; a deleted property or a destroyed site gives its
+// atom back.
 TEST(DropIn, DragOutToForeignSite)
 {
     Drawing* d = make_drawing(8, 8);
@@ -249,9 +246,8 @@ TEST(DropIn, DragOutToForeignSite)
     EXPECT_TRUE(w.property == first || w.property == second) << "the destroyed site's atoms are free";
 }
 
-// Nothing is sent without a drag under way, over the bare root or over one
-// of the program's own windows; the local action hands the provider's text
-// straight to the drop-in callback, where it is a file name like any other.
+// Nothing is sent without a drag under way, over the bare root or over one of the program's own windows; the local
+// action hands the provider's text straight to the drop-in callback, where it is a file name like any other.
 TEST(DropIn, NoSiteAndLocalDrops)
 {
     Drawing* d = make_drawing(8, 8);

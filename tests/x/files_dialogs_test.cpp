@@ -85,9 +85,8 @@ bool exists(const std::string& p)
 
 }  // namespace
 
-// Save As offers the name with the suffix rule, writes the file, renames
-// the drawing and marks it saved; the identifiers inside the file come from
-// the base name without suffixes.
+// Save As offers the name with the suffix rule, writes the file, renames the drawing and marks it saved; the
+// identifiers inside the file come from the base name without suffixes.
 TEST(FilesSave, SaveAsWritesRenamesAndMarksSaved)
 {
     ScratchDir dir;
@@ -258,9 +257,8 @@ TEST(FilesSave, ReadStatusMessages)
     }
 }
 
-// The New dialog: 512 x 720 is accepted, one more in either direction is
-// refused with its own message, both too large with the combined one; an
-// emptied width gives the default width and an empty name does nothing.
+// The New dialog: 512 x 720 is accepted, one more in either direction is refused with its own message, both too
+// large with the combined one; an emptied width gives the default width and an empty name does nothing.
 TEST(FilesNew, LimitsAndDefaults)
 {
     Drawing* d = make_drawing();
@@ -369,9 +367,8 @@ TEST(FilesClose, AskOnlyWhenModified)
     EXPECT_TRUE(drawing_is_open(keep));
 }
 
-// Save in the confirm dialog closes the drawing only after a successful
-// write: through Save As when it has no file, where a cancel or a failed
-// write leaves it open.
+// Save in the confirm dialog closes the drawing only after a successful write: through Save As when it has no file,
+// where a cancel or a failed write leaves it open.
 TEST(FilesClose, SaveClosesOnlyAfterWrite)
 {
     ScratchDir dir;

@@ -1,6 +1,5 @@
-// Reading and writing image files, the file dialog's Open / Save / Save As,
-// the New dialog and the confirm-close dialog, against a real X server.
-// Every fixture is generated here.
+// Reading and writing image files, the file dialog's Open / Save / Save As, the New dialog and the confirm-close
+// dialog, against a real X server. Every fixture is generated here.
 #include <gtest/gtest.h>
 
 #include <X11/xpm.h>
@@ -134,9 +133,8 @@ void expect_drawing_matches(Drawing* d, const TestXpm& x)
     XDestroyImage(im);
 }
 
-// The written file has the original's size, RGB and transparency per pixel,
-// and the monochrome keys: black -> black, white or absent -> white, and
-// "None" for the transparent colour.
+// The written file has the original's size, RGB and transparency per pixel, and the monochrome keys: black ->
+// black, white or absent -> white, and "None" for the transparent colour.
 void expect_file_matches(const std::string& path, const TestXpm& x)
 {
     XpmBack b = read_back(path);
@@ -168,10 +166,8 @@ std::string values_line(const std::string& path)
 
 }  // namespace
 
-// DrawingXpmInfo starts with the comment strings, copies deeply and
-// releases to nothing. The monochrome names read from a file: "black" ->
-// "b", "white" -> "w", absent -> "w"; "#transparent" in another case is not
-// transparent.
+// DrawingXpmInfo starts with the comment strings, copies deeply and releases to nothing. The monochrome names read
+// from a file: "black" -> "b", "white" -> "w", absent -> "w"; "#transparent" in another case is not transparent.
 TEST(FilesRead, XpmInfoLifecycleAndMonochromeNames)
 {
     DrawingXpmInfo* a = new_xpm_info();
@@ -208,9 +204,8 @@ TEST(FilesRead, XpmInfoLifecycleAndMonochromeNames)
     undo_read(lower, before);
 }
 
-// An XBM opens as a depth-1 drawing with its bits and hotspot, and is
-// written back with the same bits and hotspot (none stays none), readable
-// whatever characters its name holds.
+// An XBM opens as a depth-1 drawing with its bits and hotspot, and is written back with the same bits and hotspot
+// (none stays none), readable whatever characters its name holds.
 TEST(FilesRead, XbmRoundTripWithAndWithoutHotspot)
 {
     ScratchDir dir;
@@ -249,9 +244,8 @@ TEST(FilesRead, XbmRoundTripWithAndWithoutHotspot)
     }
 }
 
-// An XPM with "None", "#Transparent", black/white/absent monochrome keys
-// and a hotspot, at one and two characters a pixel: the drawing shows its
-// colours and transparency, and the written file carries them back.
+// An XPM with "None", "#Transparent", black/white/absent monochrome keys and a hotspot, at one and two characters a
+// pixel: the drawing shows its colours and transparency, and the written file carries them back.
 TEST(FilesRead, XpmRoundTripTransparencyMonoKeysHotspot)
 {
     ScratchDir dir;
@@ -301,9 +295,8 @@ TEST(FilesRead, WrittenFileOpensAgainUnchanged)
     EXPECT_EQ(read_file(first), read_file(second));
 }
 
-// A hundred colours at two characters a pixel survive the round trip, each
-// in a private cell of its own; no hotspot is written as -1 -1, which reads
-// back as none.
+// A hundred colours at two characters a pixel survive the round trip, each in a private cell of its own; no hotspot
+// is written as -1 -1, which reads back as none.
 TEST(FilesRead, HundredColoursRoundTrip)
 {
     ScratchDir dir;
@@ -325,9 +318,8 @@ TEST(FilesRead, HundredColoursRoundTrip)
     EXPECT_EQ(values.substr(values.size() - 5), "-1 -1") << values;
 }
 
-// Two file colours of one RGB (one shared libXpm cell) become two private
-// cells; the read takes exactly one cell per colour plus the transparent
-// one, and makes that the program's transparent pixel.
+// Two file colours of one RGB (one shared libXpm cell) become two private cells; the read takes exactly one cell
+// per colour plus the transparent one, and makes that the program's transparent pixel.
 TEST(FilesRead, PrivateCellsAndTheirCount)
 {
     ScratchDir dir;
@@ -383,10 +375,9 @@ TEST(FilesRead, CompressedXpm)
     expect_drawing_matches(again, x);
 }
 
-// A compressed file of a few kilobytes that unfolds into a huge image, or
-// into more data than any drawing's file holds, is refused before libXpm
-// parses it, at once and without taking the memory; also behind a name
-// without its ".gz".
+// A compressed file of a few kilobytes that unfolds into a huge image, or into more data than any drawing's file
+// holds, is refused before libXpm parses it, at once and without taking the memory; also behind a name without its
+// ".gz".
 TEST(FilesBadInput, CompressedBombRefusedUnread)
 {
     if (access("/bin/gzip", X_OK) != 0)
@@ -564,9 +555,8 @@ TEST(FilesBadInput, MutationFuzz)
     EXPECT_GT(accepted, 0) << "some mutations still read";
 }
 
-// A file whose only colour is transparent, and one whose transparent colour
-// sits between others, read, show and write back pixel for pixel with
-// their monochrome keys, and closing such a drawing gives every cell back.
+// A file whose only colour is transparent, and one whose transparent colour sits between others, read, show and
+// write back pixel for pixel with their monochrome keys, and closing such a drawing gives every cell back.
 TEST(FilesRead, TransparentOnlyOrInTheMiddle)
 {
     ScratchDir dir;

@@ -1,6 +1,5 @@
-// The fill, the eraser and the hotspot tool on a real server: what each
-// leaves in the image, their one-level undo, and the hotspot's blinking
-// marker kept out of saved files.
+// The fill, the eraser and the hotspot tool on a real server: what each leaves in the image, their one-level undo,
+// and the hotspot's blinking marker kept out of saved files.
 #include "canvas_support.h"   // first: gtest before Xlib's macros
 
 #include <X11/Xutil.h>
@@ -46,9 +45,8 @@ bool wait_for(const std::function<bool()>& done)
 
 }  // namespace
 
-// A click fills only the 4-connected area of the clicked value, stopped by
-// a wall that touches only at corners; undo takes it back; with Control
-// every pixel of the value is filled; button 2 lays the pattern.
+// A click fills only the 4-connected area of the clicked value, stopped by a wall that touches only at corners;
+// undo takes it back; with Control every pixel of the value is filled; button 2 lays the pattern.
 TEST(Fill, ConnectedAreaControlEverywhereAndPattern)
 {
     Drawing* d = make_drawing(20, 12);
@@ -120,9 +118,8 @@ TEST(Fill, SameColourMarksModifiedClickBesideImageIgnored)
     EXPECT_FALSE(undo_sensitive(d));
 }
 
-// The eraser's square is 15 x 15 image pixels at actual size and 4 x 4 at
-// zoom factor 4 (5 x 5 off a cell's first screen pixel); a fast horizontal
-// drag clears the whole swept band and nothing beyond it.
+// The eraser's square is 15 x 15 image pixels at actual size and 4 x 4 at zoom factor 4 (5 x 5 off a cell's first
+// screen pixel); a fast horizontal drag clears the whole swept band and nothing beyond it.
 TEST(Eraser, SquareSizesAndGaplessSweep)
 {
     Drawing* d = make_drawing(48, 40);
@@ -161,10 +158,9 @@ TEST(Eraser, SquareSizesAndGaplessSweep)
     EXPECT_EQ(check_display(d), "");
 }
 
-// A hotspot click moves the hotspot; undo after two moves goes back one
-// step only; a click beside the image changes nothing. While the tool is
-// chosen the marker blinks in the image, yet a saved file holds the real
-// pixel and the new hotspot, and leaving the tool puts the pixel back.
+// A hotspot click moves the hotspot; undo after two moves goes back one step only; a click beside the image changes
+// nothing. While the tool is chosen the marker blinks in the image, yet a saved file holds the real pixel and the
+// new hotspot, and leaving the tool puts the pixel back.
 TEST(Hotspot, MoveUndoBlinkAndSave)
 {
     Drawing* d = create_drawing("hot", 16, 16, 1, None, -1, -1, nullptr);

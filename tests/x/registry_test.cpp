@@ -1,6 +1,7 @@
 // The drawing registry: slot choice and reuse, the eight-drawing limit,
 // names and titles, and the zoom items' sensitivity.
 #include "x_env.h"
+#include "files_support.h"
 
 #include <Xm/Xm.h>
 
@@ -9,10 +10,6 @@
 #include "app/message.h"
 #include "app/startup.h"
 
-#include <unistd.h>
-
-#include <cstdio>
-#include <cstdlib>
 #include <string>
 
 namespace {
@@ -22,22 +19,6 @@ std::string shell_title(Drawing* d)
     char* title = nullptr;
     XtVaGetValues(d->shell, XmNtitle, &title, nullptr);
     return title ? title : "";
-}
-
-std::string message_text(Widget dialog)
-{
-    XmString s = nullptr;
-    XtVaGetValues(dialog, XmNmessageString, &s, nullptr);
-    char* text = nullptr;
-    if (s && XmStringGetLtoR(s, XmFONTLIST_DEFAULT_TAG, &text) && text) {
-        std::string out = text;
-        XtFree(text);
-        XmStringFree(s);
-        return out;
-    }
-    if (s)
-        XmStringFree(s);
-    return "";
 }
 
 }  // namespace
@@ -77,7 +58,7 @@ TEST(Registry, NinthDrawingIsRefused)
     Widget dialog = message_dialog(0);
     ASSERT_NE(dialog, nullptr);
     EXPECT_TRUE(XtIsManaged(dialog));
-    EXPECT_EQ(message_text(dialog), "Too many drawings");
+    EXPECT_EQ(filetest::dialog_message(dialog), "Too many drawings");
 }
 
 // Titles show the last path component; sizes and defaults are taken.
@@ -95,39 +76,16 @@ TEST(Registry, NamesSizesAndFinding)
     EXPECT_EQ(find_drawing_of_widget(d->menuBar), d);
     EXPECT_EQ(find_drawing_of_widget(menu_item(d, CMD_UNDO)), d) << "through the pulldown's shell";
     EXPECT_EQ(find_drawing_of_widget(app().topLevel), nullptr);
-}
-
-// ZoomIn is insensitive at zoom 4, ZoomOut and ShowSmallView at zoom 0.
-TEST(Registry, ZoomItemsFollowTheZoom)
-{
-    Drawing* d = make_drawing(8, 8);
-    ASSERT_NE(d, nullptr);
-    d->zoom = 4;
-    update_zoom_sensitivity(d);
-    EXPECT_FALSE(XtIsSensitive(menu_item(d, CMD_ZOOM_IN)));
-    EXPECT_TRUE(XtIsSensitive(menu_item(d, CMD_ZOOM_OUT)));
-    d->zoom = 0;
-    update_zoom_sensitivity(d);
-    EXPECT_TRUE(XtIsSensitive(menu_item(d, CMD_ZOOM_IN)));
-    EXPECT_FALSE(XtIsSensitive(menu_item(d, CMD_ZOOM_OUT)));
-    EXPECT_FALSE(XtIsSensitive(menu_item(d, CMD_SHOW_SMALL_VIEW)));
     EXPECT_EQ(run_command(d, 4, nullptr, False), -1) << "unused numbers dispatch nowhere";
-    EXPECT_EQ(run_command(d, CMD_FONTS, nullptr, False), 0) << "commands not built yet do nothing";
+    EXPECT_EQ(run_command(d, CMD_FONTS, nullptr, False), 0);
 }
 
-// Drawings named on the command line take their names from the untitled
-// format with the file name: the built-in "Untitled" names every one
-// alike, "%s" names them by their files, and a format that wants a number
-// falls back to "Untitled" rather than reading a string as one.
+// Files named on the command line are named through the untitled format:
+// "%s" takes the file name, a format wanting a number falls back to "Untitled".
 TEST(Registry, CommandLineFilesNamedThroughUntitledFormat)
 {
-    char dir[] = "/tmp/pictrel-names-XXXXXX";
-    ASSERT_NE(mkdtemp(dir), nullptr);
-    std::string path = std::string(dir) + "/dot.xbm";
-    FILE* f = fopen(path.c_str(), "w");
-    ASSERT_NE(f, nullptr);
-    fputs("#define dot_width 2\n#define dot_height 2\nstatic char dot_bits[] = {\n0x01, 0x02};\n", f);
-    fclose(f);
+    filetest::ScratchDir dir;
+    std::string path = dir.file("dot.xbm", "#define dot_width 2\n#define dot_height 2\nstatic char dot_bits[] = {\n0x01, 0x02};\n");
 
     String saved = app().res.untitledFormatString;
     const struct {
@@ -153,6 +111,4 @@ TEST(Registry, CommandLineFilesNamedThroughUntitledFormat)
         close_drawing(d);
     }
     app().res.untitledFormatString = saved;
-    unlink(path.c_str());
-    rmdir(dir);
 }

@@ -1,6 +1,5 @@
-// The window-manager and session protocols of a drawing's shell: the
-// restart command in WM_COMMAND, save-yourself, delete, and the
-// prepare-to-die / closedown pair that ends a session.
+// The window-manager and session protocols of a drawing's shell: the restart command in WM_COMMAND, save-yourself,
+// delete, and the prepare-to-die / closedown pair that ends a session.
 #include "x_env.h"   // first: gtest before Xlib's macros
 
 #include <X11/Xatom.h>
@@ -71,9 +70,8 @@ std::string real(const std::string& path)
 
 }  // namespace
 
-// Every shell takes part in the four protocols; save-yourself writes the
-// command that brings the drawing back: the program, the file as an
-// absolute path, and the current zoom. An untitled drawing has no file.
+// Every shell takes part in the four protocols; save-yourself writes the command that brings the drawing back: the
+// program, the file as an absolute path, and the current zoom. An untitled drawing has no file.
 TEST(Session, SaveYourselfWritesTheRestartCommand)
 {
     filetest::ScratchDir dir;
@@ -125,10 +123,9 @@ TEST(Session, SaveYourselfWritesTheRestartCommand)
     EXPECT_EQ(cmd[1], "-zoomLevel");
 }
 
-// Delete is an ordinary close. Prepare-to-die closes each drawing without
-// taking its window down or ending the program, asking about a modified
-// one without Cancel; a second prepare-to-die counts nothing twice; and
-// closedown ends the program once nothing is open.
+// Delete is an ordinary close. Prepare-to-die closes each drawing without taking its window down or ending the
+// program, asking about a modified one without Cancel; a second prepare-to-die counts nothing twice; and closedown
+// ends the program once nothing is open.
 TEST(Session, PrepareToDieThenClosedown)
 {
     Drawing* a = make_drawing(10, 10);

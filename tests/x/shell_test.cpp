@@ -1,6 +1,5 @@
-// The shell pieces on a real server: typed and stand-alone message dialogs,
-// the picture converters and their frowning face, template dialogs,
-// cursors, the status line, the version dialog and the Help menu.
+// The shell pieces on a real server: typed and stand-alone message dialogs, the picture converters and their
+// frowning face, template dialogs, cursors, the status line, the version dialog and the Help menu.
 #include <gtest/gtest.h>
 
 #include <X11/Xatom.h>

@@ -1,7 +1,6 @@
-// The text tool and the font chooser on a real server: typed text matches
-// the same string drawn by Xlib in the same font, editing keys and undo,
-// the chooser's lists and toggles, a font change while typing, and fonts
-// that cannot be loaded.
+// The text tool and the font chooser on a real server: typed text matches the same string drawn by Xlib in the same
+// font, editing keys and undo, the chooser's lists and toggles, a font change while typing, and fonts that cannot
+// be loaded.
 #include "canvas_support.h"   // first: gtest before Xlib's macros
 
 #include <X11/XKBlib.h>
@@ -134,10 +133,9 @@ void dismiss_messages()
 
 }  // namespace
 
-// Typed characters, Return and BackSpace draw exactly what XDrawString
-// draws in the same font; the caret shows right of the text and is kept
-// out of the comparison by hiding it as a save does; undo takes back the
-// text since the click, twice without harm.
+// Typed characters, Return and BackSpace draw exactly what XDrawString draws in the same font; the caret shows
+// right of the text and is kept out of the comparison by hiding it as a save does; undo takes back the text since
+// the click, twice without harm.
 TEST(TextTool, TypingReturnBackspaceAndUndo)
 {
     Drawing* d = make_drawing(90, 70);
@@ -287,9 +285,8 @@ TEST(FontChooser, PickFontWhileTyping)
         XFreePixmap(app().display, p);
 }
 
-// A name that is not XLFD ("cursor") is a family of "misc fonts" and
-// disables all styles; a family only in bold switches to Bold; a listed
-// font that will not load and an empty list give the message and "fixed".
+// A name that is not XLFD ("cursor") is a family of "misc fonts" and disables all styles; a family only in bold
+// switches to Bold; a listed font that will not load and an empty list give the message and "fixed".
 TEST(FontChooser, OddNamesFailedLoadsAndEmptyList)
 {
     Drawing* d = make_drawing(40, 30);

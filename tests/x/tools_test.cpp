@@ -1,6 +1,5 @@
-// The first tools and their palettes: Shift lines, the pencil's click,
-// rectangles and ovals outlined and filled, one-level undo per tool, the
-// patterns' colours, the DrawFilled pictures and a reused window's reset.
+// The first tools and their palettes: Shift lines, the pencil's click, rectangles and ovals outlined and filled,
+// one-level undo per tool, the patterns' colours, the DrawFilled pictures and a reused window's reset.
 #include "canvas_support.h"   // first: gtest before Xlib's macros
 
 #include <Xm/ToggleB.h>
@@ -73,9 +72,8 @@ void expect_fresh_palettes(Drawing* d)
 
 }  // namespace
 
-// The Shift line snaps towards (13, 30) vertical, (20, 14) horizontal and
-// (20, 16) to the diagonal point (16, 16). (A line of width 1 ends just
-// before its end point, as X draws wide lines with butt caps.)
+// The Shift line snaps towards (13, 30) vertical, (20, 14) horizontal and (20, 16) to the diagonal point (16, 16).
+// (A line of width 1 ends just before its end point, as X draws wide lines with butt caps.)
 TEST(Tools, ShiftLineSnaps)
 {
     Drawing* d = actual_size_drawing(40, 40);
@@ -133,9 +131,8 @@ TEST(Tools, PencilClickSetsTwoPixelsShowsOne)
     EXPECT_TRUE(undo_sensitive(d));
 }
 
-// Rectangles: the outline lies on the box for a thin width and is centred
-// on it for a wide one; filled, the inside carries pattern 3 in the current
-// colours while the outline keeps the pressed button's colour.
+// Rectangles: the outline lies on the box for a thin width and is centred on it for a wide one; filled, the inside
+// carries pattern 3 in the current colours while the outline keeps the pressed button's colour.
 TEST(Tools, RectangleOutlineAndPatternFill)
 {
     Drawing* d = actual_size_drawing(32, 24);
@@ -247,9 +244,8 @@ TEST(Tools, UndoInsensitiveAfterToolSwitch)
     EXPECT_FALSE(undo_sensitive(d));
 }
 
-// Button 2 paints the current pattern in the two current colours: pattern
-// 7 is the foreground, pattern 0 the background; button 3 is the
-// background colour.
+// Button 2 paints the current pattern in the two current colours: pattern 7 is the foreground, pattern 0 the
+// background; button 3 is the background colour.
 TEST(Tools, PatternsPaintTheCurrentColours)
 {
     Drawing* d = actual_size_drawing(32, 32);
@@ -273,9 +269,8 @@ TEST(Tools, PatternsPaintTheCurrentColours)
     }
 }
 
-// The palettes: nine tool toggles in table order with the pencil set, eight
-// "pattern %d" toggles with pattern 0 set, five line widths with 1 set and
-// pictures 18 wide and at least 6 high.
+// The palettes: nine tool toggles in table order with the pencil set, eight "pattern %d" toggles with pattern 0
+// set, five line widths with 1 set and pictures 18 wide and at least 6 high.
 TEST(Tools, PalettesStartWithPencilPatternZeroWidthOne)
 {
     Drawing* d = make_drawing(16, 16);
@@ -362,9 +357,8 @@ TEST(Tools, ClickWithoutDragDrawsNoShape)
     }
 }
 
-// Undo of a shape takes back all of it: also when the line width was
-// changed after drawing it, and also when a shape was drawn in another
-// drawing since (the tools keep one drag for the whole program).
+// Undo of a shape takes back all of it: also when the line width was changed after drawing it, and also when a
+// shape was drawn in another drawing since (the tools keep one drag for the whole program).
 TEST(Tools, ShapeUndoTakesBackTheWholeShape)
 {
     Drawing* a = actual_size_drawing(60, 60);

@@ -1,6 +1,5 @@
-// The small (actual-size) view and the black-and-white view: what their
-// windows show pixel for pixel, how they follow painting, the toggles and
-// their sensitivity, zooming to actual size and closing the drawing.
+// The small (actual-size) view and the black-and-white view: what their windows show pixel for pixel, how they
+// follow painting, the toggles and their sensitivity, zooming to actual size and closing the drawing.
 #include "canvas_support.h"   // first: gtest before Xlib's macros
 
 #include <X11/Xutil.h>
@@ -153,9 +152,8 @@ TEST(SmallView, ShowsFollowsAndPaints)
     EXPECT_EQ(trap.errors(), 0);
 }
 
-// Zooming to actual size hides the view and turns its toggle off and
-// insensitive; zooming in again leaves it hidden; at actual size the
-// command does nothing; Close and the toggle both hide it.
+// Zooming to actual size hides the view and turns its toggle off and insensitive; zooming in again leaves it
+// hidden; at actual size the command does nothing; Close and the toggle both hide it.
 TEST(SmallView, ToggleZoomAndClose)
 {
     Drawing* d = make_drawing(16, 16);
@@ -220,9 +218,8 @@ TEST(SmallView, BitmapAndRename)
     EXPECT_NE(run_command(b, CMD_SHOW_BW_VIEW, nullptr, True), 0);
 }
 
-// The black-and-white view shows black for black, white for white and
-// transparent; it follows painting while shown, catches up when shown
-// again, and repaints when a colour's mapping changes.
+// The black-and-white view shows black for black, white for white and transparent; it follows painting while shown,
+// catches up when shown again, and repaints when a colour's mapping changes.
 TEST(BWView, ShowsMappingFollowsAndCatchesUp)
 {
     XErrorTrap trap;
