@@ -191,13 +191,8 @@ TEST(ShellConverters, NamesAreCutAndMissingOnesFrown)
     EXPECT_NE(res().rectfilled_labelPixmap, face);
     EXPECT_NE(res().ovalfilled_selectPixmap, face);
     EXPECT_NE(res().rectfilled_labelPixmap, XmUNSPECIFIED_PIXMAP);
-}
 
-// The frowning face has the built-in rows: black outline, white face,
-// transparent corners.
-TEST(ShellConverters, FrowningFacePixels)
-{
-    Pixmap face = builtin_icon_pixmap(app().topLevel);
+    // The face's built-in rows: black outline, white face.
     unsigned height = 0, depth = 0;
     EXPECT_EQ(pixmap_size(face, &height, &depth), 16u);
     EXPECT_EQ(height, 16u);
@@ -208,7 +203,7 @@ TEST(ShellConverters, FrowningFacePixels)
     EXPECT_EQ(window_pixel(face, 6, 7), app().whitePixel);
 }
 
-// Bitmaps, icons and in-memory XPM data convert; bad input gives the
+// Bitmaps, icons and in-memory XPM data convert, and icons are made from files; bad input gives the
 // documented replacement instead of failing.
 TEST(ShellConverters, BitmapIconAndBitsConversions)
 {
@@ -239,20 +234,11 @@ TEST(ShellConverters, BitmapIconAndBitsConversions)
         XrmValue f{sizeof(char**), reinterpret_cast<XPointer>(data)};
         XrmValue t{sizeof(Pixmap), reinterpret_cast<XPointer>(&p)};
         ASSERT_TRUE(XtConvertAndStore(w, "Bits", &f, XtRPixmap, &t));
-        if (ok)
-            EXPECT_NE(p, XmUNSPECIFIED_PIXMAP);
-        else
-            EXPECT_EQ(p, XmUNSPECIFIED_PIXMAP);
+        EXPECT_EQ(p == XmUNSPECIFIED_PIXMAP, !ok);
     }
-}
 
-// An icon made from an X bitmap takes the given colours and has no mask;
-// an XPM gives its own size; a missing file gives nothing.
-TEST(ShellConverters, MakeIconFromFile)
-{
-    Widget w = app().topLevel;
-    ScratchDir dir;
-    std::string xbm = dir.file("t.xbm", smallXbm);
+    // An icon made from an X bitmap takes the given colours and has no mask; an XPM gives its own size; a
+    // missing file gives nothing.
     Icon* icon = make_icon_from_file(w, xbm.c_str(), app().blackPixel, app().whitePixel);
     ASSERT_NE(icon, nullptr);
     EXPECT_EQ(icon->width, 8u);
@@ -351,12 +337,23 @@ TEST(ShellStatus, StatusShowsSizeAndSurvivesBadFormat)
     res().widthHeightString = saved;
 }
 
-// The version dialog is made once, shows "5.1.1", and OK only hides it.
-TEST(ShellVersion, VersionDialogIsOneWidgetShowingVersion)
+// The Help cascade is the menu bar's help widget and holds the six items; On Version makes the version dialog
+// once, showing "5.1.1", and OK only hides it; On Keys shows the message dialog.
+TEST(ShellHelpMenu, HelpCascadeVersionAndKeys)
 {
+    Drawing* d = make_drawing(16, 16);
+    ASSERT_NE(d, nullptr);
+    Widget help = nullptr, pulldown = nullptr;
+    XtVaGetValues(d->menuBar, XmNmenuHelpWidget, &help, nullptr);
+    ASSERT_NE(help, nullptr);
+    EXPECT_STREQ(XtName(help), "Help");
+    XtVaGetValues(help, XmNsubMenuId, &pulldown, nullptr);
+    ASSERT_NE(pulldown, nullptr);
+    for (const char* item : {"HelpOnContext", "HelpOnWindow", "HelpOnKeys", "HelpIndex", "HelpOnHelp", "HelpOnVersion"})
+        EXPECT_NE(XtNameToWidget(pulldown, item), nullptr) << item;
+
     EXPECT_EQ(version_dialog(), nullptr);
-    show_version();
-    pump();
+    press(pulldown, "HelpOnVersion");
     Widget dialog = version_dialog();
     ASSERT_NE(dialog, nullptr);
     EXPECT_TRUE(XtIsManaged(dialog));
@@ -368,27 +365,6 @@ TEST(ShellVersion, VersionDialogIsOneWidgetShowingVersion)
     pump();
     EXPECT_EQ(version_dialog(), dialog);
     EXPECT_TRUE(XtIsManaged(dialog));
-}
-
-// The Help cascade is the menu bar's help widget, holds the six items, and
-// its items open the version dialog and the message dialog.
-TEST(ShellHelpMenu, HelpCascadeAndItems)
-{
-    Drawing* d = make_drawing(16, 16);
-    ASSERT_NE(d, nullptr);
-    Widget help = nullptr;
-    XtVaGetValues(d->menuBar, XmNmenuHelpWidget, &help, nullptr);
-    ASSERT_NE(help, nullptr);
-    EXPECT_STREQ(XtName(help), "Help");
-    Widget pulldown = nullptr;
-    XtVaGetValues(help, XmNsubMenuId, &pulldown, nullptr);
-    ASSERT_NE(pulldown, nullptr);
-    for (const char* item : {"HelpOnContext", "HelpOnWindow", "HelpOnKeys", "HelpIndex", "HelpOnHelp", "HelpOnVersion"})
-        EXPECT_NE(XtNameToWidget(pulldown, item), nullptr) << item;
-
-    press(pulldown, "HelpOnVersion");
-    ASSERT_NE(version_dialog(), nullptr);
-    EXPECT_TRUE(XtIsManaged(version_dialog()));
 
     press(pulldown, "HelpOnKeys");
     Widget msg = message_dialog(0);
