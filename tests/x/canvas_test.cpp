@@ -12,6 +12,7 @@
 #include "app/draw.h"
 #include "app/menus.h"
 #include "canvas/image_store.h"
+#include "canvas/undo.h"
 #include "canvas/views.h"
 #include "colour/color_list.h"
 #include "tools/palettes.h"
@@ -95,28 +96,23 @@ TEST(Canvas, MagnifiedDisplayIsExactAtEveryZoom)
     zoom_in(d, nullptr);
     pump();
     EXPECT_EQ(check_display(d), "") << "back from actual size";
-}
 
-// A bitmap shows set bits black and clear bits white, also when whole rows
-// change at once.
-TEST(Canvas, BitmapMagnifiedDisplayFollowsRowsAndCells)
-{
-    Drawing* d = create_drawing("bits", 40, 12, 1, None, -1, -1, nullptr);
-    ASSERT_NE(d, nullptr);
+    // A bitmap shows set bits black and clear bits white, also when whole rows change at once.
+    Drawing* b = create_drawing("bits", 40, 12, 1, None, -1, -1, nullptr);
+    ASSERT_NE(b, nullptr);
     pump();
-    set_zoom(d, 3);
-    paint_test_picture(d);   // full-width refresh: the row path
-    EXPECT_EQ(check_display(d), "");
-    Display* dpy = app().display;
-    XFillRectangle(dpy, d->image, d->blackGC, 5, 3, 30, 4);
-    refresh_rect(d, 5, 3, 30, 4);   // partial rows: the cell path
+    set_zoom(b, 3);
+    paint_test_picture(b);   // full-width refresh: the row path
+    EXPECT_EQ(check_display(b), "");
+    XFillRectangle(app().display, b->image, b->blackGC, 5, 3, 30, 4);
+    refresh_rect(b, 5, 3, 30, 4);   // partial rows: the cell path
     pump();
-    EXPECT_EQ(check_display(d), "");
-    XFillRectangle(dpy, d->image, d->whiteGC, 0, 2, 40, 3);
-    refresh_rect(d, -4, 2, 100, 3);
+    EXPECT_EQ(check_display(b), "");
+    XFillRectangle(app().display, b->image, b->whiteGC, 0, 2, 40, 3);
+    refresh_rect(b, -4, 2, 100, 3);
     pump();
-    EXPECT_EQ(check_display(d), "");
-    EXPECT_EQ(check_image_copy(d), "");
+    EXPECT_EQ(check_display(b), "");
+    EXPECT_EQ(check_image_copy(b), "");
 }
 
 // Expose repaints cells even when imageCopy already matches them.
@@ -204,22 +200,24 @@ TEST(Canvas, ExtremeSizesAtEveryZoom)
     EXPECT_EQ(image_pixel(tiny, 0, 0), foreground_pixel(tiny)) << "the 1x1 stroke painted its pixel";
 }
 
-// At zoom 3 a press at window (17, 9) reaches the tool as image (2, 1): the
-// pencil then sets (2, 1) and (3, 2).
+// At zoom 3 a press at window (17, 9) reaches the tool as image (2, 1): the pencil click sets (2, 1) and
+// (3, 2) in the image but shows only (2, 1) at once; the release offers Undo.
 TEST(Canvas, PressIsScaledToImagePixels)
 {
     Drawing* d = make_drawing(16, 16);
     ASSERT_NE(d, nullptr);
     set_zoom(d, 3);
     ASSERT_EQ(d->currentTool, TOOL_PENCIL);
-    unsigned long blank = image_pixel(d, 2, 1);
+    unsigned long blank = image_pixel(d, 2, 1), fg = foreground_pixel(d);
     area_button(d, ButtonPress, Button1, 17, 9);
+    EXPECT_EQ(pixels_are(d, fg, {{2, 1}, {3, 2}}), "");
+    EXPECT_EQ(pixels_are(d, blank, {{1, 1}, {2, 0}, {3, 1}, {2, 2}}), "");
+    EXPECT_EQ(XGetPixel(d->imageCopy, 2, 1), fg) << "the press point is shown";
+    EXPECT_EQ(XGetPixel(d->imageCopy, 3, 2), blank) << "its diagonal neighbour waits";
     area_button(d, ButtonRelease, Button1, 17, 9, Button1Mask);
     pump();
-    EXPECT_EQ(image_pixel(d, 2, 1), foreground_pixel(d));
-    EXPECT_EQ(image_pixel(d, 3, 2), foreground_pixel(d));
-    EXPECT_EQ(image_pixel(d, 1, 1), blank);
-    EXPECT_EQ(image_pixel(d, 2, 0), blank);
+    EXPECT_TRUE(d->modified);
+    EXPECT_TRUE(undo_sensitive(d));
 }
 
 // A burst of motions reaches the tool once, with the latest position: the

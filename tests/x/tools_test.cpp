@@ -113,24 +113,6 @@ TEST(Tools, WideRubberBandLeavesNoTrail)
     EXPECT_EQ(image_pixel(d, 11, 44), fg) << "the final segment stays";
 }
 
-// A single pencil click sets (x, y) and (x + 1, y + 1) in the image but
-// shows only (x, y) at once.
-TEST(Tools, PencilClickSetsTwoPixelsShowsOne)
-{
-    Drawing* d = make_drawing(16, 16);
-    ASSERT_NE(d, nullptr);
-    set_zoom(d, 3);
-    unsigned long fg = foreground_pixel(d), blank = image_pixel(d, 5, 5);
-    area_button(d, ButtonPress, Button1, cell_centre(d, 4), cell_centre(d, 6));
-    EXPECT_EQ(pixels_are(d, fg, {{4, 6}, {5, 7}}), "");
-    EXPECT_EQ(pixels_are(d, blank, {{5, 6}, {4, 7}}), "");
-    EXPECT_EQ(XGetPixel(d->imageCopy, 4, 6), fg) << "the press point is shown";
-    EXPECT_EQ(XGetPixel(d->imageCopy, 5, 7), blank) << "its diagonal neighbour waits";
-    area_button(d, ButtonRelease, Button1, cell_centre(d, 4), cell_centre(d, 6), Button1Mask);
-    EXPECT_TRUE(d->modified);
-    EXPECT_TRUE(undo_sensitive(d));
-}
-
 // Rectangles: the outline lies on the box for a thin width and is centred on it for a wide one; filled, the inside
 // carries pattern 3 in the current colours while the outline keeps the pressed button's colour.
 TEST(Tools, RectangleOutlineAndPatternFill)
@@ -187,42 +169,29 @@ TEST(Tools, OvalOutlineAndPatternFill)
             ASSERT_EQ(image_pixel(d, x, y), pattern_pixel(d, 3, x, y)) << x << "," << y;
 }
 
-// Undo after two rectangles restores only the second one's box; the
-// modified flag stays set and Undo becomes insensitive.
+// Undo after two rectangles restores only the second one's box; the modified flag stays set and Undo becomes
+// insensitive. Undo reaches exactly the box grown by the line width: a pencil line just outside stays.
 TEST(Tools, UndoRestoresOnlyTheLastRectangle)
 {
     Drawing* d = actual_size_drawing(40, 40);
     ASSERT_NE(d, nullptr);
-    select_tool(d, TOOL_RECT);
     unsigned long fg = foreground_pixel(d), blank = image_pixel(d, 0, 0);
+    stroke(d, Button1, {{5, 32}, {35, 32}});   // pencil line under the second box
+    select_tool(d, TOOL_RECT);
+    ASSERT_EQ(d->lineWidth, 1u);
     stroke(d, Button1, {{2, 2}, {10, 10}});
     EXPECT_TRUE(undo_sensitive(d));
-    stroke(d, Button1, {{20, 20}, {30, 28}});
-    ASSERT_EQ(image_pixel(d, 30, 28), fg);
+    stroke(d, Button1, {{10, 30}, {20, 34}});
+    ASSERT_EQ(image_pixel(d, 20, 34), fg);
+    // Draw inside what undo restores, behind the tool's back.
+    XFillRectangle(app().display, d->image, d->foregroundGC, 9, 29, 13, 7);
     run_command(d, CMD_UNDO, nullptr, False);
     pump();
-    EXPECT_EQ(pixels_are(d, blank, {{30, 28}, {20, 24}}), "");
+    EXPECT_EQ(pixels_are(d, blank, {{20, 34}, {15, 30}, {9, 29}}), "") << "grown box restored";
+    EXPECT_EQ(pixels_are(d, fg, {{15, 32}, {8, 32}, {25, 32}}), "") << "the pencil line under it comes back";
     EXPECT_EQ(pixels_are(d, fg, {{2, 2}, {10, 6}}), "") << "the first rectangle stays";
     EXPECT_TRUE(d->modified);
     EXPECT_FALSE(undo_sensitive(d));
-}
-
-// Undo of a rectangle reaches exactly its box grown by the line width:
-// pixels painted by the previous stroke just outside stay.
-TEST(Tools, RectangleUndoStaysInsideGrownBox)
-{
-    Drawing* d = actual_size_drawing(40, 40);
-    ASSERT_NE(d, nullptr);
-    unsigned long fg = foreground_pixel(d), blank = image_pixel(d, 0, 0);
-    stroke(d, Button1, {{5, 12}, {35, 12}});   // pencil line under the box
-    select_tool(d, TOOL_RECT);
-    ASSERT_EQ(d->lineWidth, 1u);
-    stroke(d, Button1, {{10, 10}, {20, 14}});
-    // Draw inside what undo restores, behind the tool's back.
-    XFillRectangle(app().display, d->image, d->foregroundGC, 9, 9, 13, 7);
-    cmd_undo(d, nullptr, False);
-    EXPECT_EQ(image_pixel(d, 9, 9), blank) << "grown corner restored";
-    EXPECT_EQ(pixels_are(d, fg, {{15, 12}, {8, 12}, {25, 12}}), "") << "the pencil line under it comes back";
 }
 
 // Undo is offered from a stroke's release until the user undoes or picks
@@ -299,35 +268,26 @@ TEST(Tools, PalettesStartWithPencilPatternZeroWidthOne)
     }
 }
 
-// DrawFilled swaps the rectangle and oval pictures together, and back.
-TEST(Tools, DrawFilledSwapsBothPictures)
-{
-    Drawing* d = make_drawing(16, 16);
-    ASSERT_NE(d, nullptr);
-    Widget rect = children(d->toolsBox)[TOOL_RECT];
-    Widget oval = children(d->toolsBox)[TOOL_OVAL];
-    Pixmap rectOutline = label_pixmap(rect), ovalOutline = label_pixmap(oval);
-    cmd_draw_filled(d, nullptr, True);
-    EXPECT_EQ(d->rectFilled, 1);
-    EXPECT_EQ(d->ovalFilled, 1);
-    EXPECT_NE(label_pixmap(rect), rectOutline);
-    EXPECT_NE(label_pixmap(oval), ovalOutline);
-    EXPECT_NE(label_pixmap(rect), label_pixmap(oval));
-    cmd_draw_filled(d, nullptr, False);
-    EXPECT_EQ(d->rectFilled, 0);
-    EXPECT_EQ(d->ovalFilled, 0);
-    EXPECT_EQ(label_pixmap(rect), rectOutline);
-    EXPECT_EQ(label_pixmap(oval), ovalOutline);
-}
-
-// A closed drawing's window, reused for a new drawing, starts again with
-// the pencil, pattern 0, width 1 and outline shapes.
-TEST(Tools, ReusedWindowStartsAfresh)
+// DrawFilled swaps the rectangle and oval pictures together, and back. A closed drawing's window, reused for a
+// new drawing, starts again with the pencil, pattern 0, width 1 and outline shapes.
+TEST(Tools, DrawFilledAndReusedWindowStartsAfresh)
 {
     Drawing* keep = make_drawing(16, 16);
     Drawing* d = make_drawing(16, 16);
     ASSERT_NE(keep, nullptr);
     ASSERT_NE(d, nullptr);
+    Widget rect = children(d->toolsBox)[TOOL_RECT], oval = children(d->toolsBox)[TOOL_OVAL];
+    Pixmap rectOutline = label_pixmap(rect), ovalOutline = label_pixmap(oval);
+    cmd_draw_filled(d, nullptr, True);
+    EXPECT_EQ(d->rectFilled + d->ovalFilled, 2);
+    EXPECT_NE(label_pixmap(rect), rectOutline);
+    EXPECT_NE(label_pixmap(oval), ovalOutline);
+    EXPECT_NE(label_pixmap(rect), label_pixmap(oval));
+    cmd_draw_filled(d, nullptr, False);
+    EXPECT_EQ(d->rectFilled + d->ovalFilled, 0);
+    EXPECT_EQ(label_pixmap(rect), rectOutline);
+    EXPECT_EQ(label_pixmap(oval), ovalOutline);
+
     select_tool(d, TOOL_OVAL);
     click(children(d->patternsBox)[5]);
     click(children(d->lineWidthBox)[4]);
@@ -337,6 +297,7 @@ TEST(Tools, ReusedWindowStartsAfresh)
     pump();
     ASSERT_EQ(make_drawing(16, 16), d);
     expect_fresh_palettes(d);
+    EXPECT_EQ(label_pixmap(rect), rectOutline);
     EXPECT_FALSE(XmToggleButtonGetState(children(d->toolsBox)[TOOL_OVAL]));
     EXPECT_FALSE(undo_sensitive(d));
 }
