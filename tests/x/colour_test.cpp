@@ -296,9 +296,9 @@ TEST(Colour, SymbolicColoursFilledOnce)
     XtDestroyWidget(other);
 }
 
-// New adds white mapped to black and gives it to the selected well; the
-// well's GC keeps its colour until a swatch is chosen.
-TEST(Colour, NewGoesToTheSelectedWell)
+// New adds white mapped to black and gives it to the selected well, whose GC keeps its colour until a swatch is
+// chosen; a chosen swatch paints.
+TEST(Colour, NewGoesToTheSelectedWellAndSwatchesPaint)
 {
     Drawing* d = make_drawing(8, 8);
     ASSERT_NE(d, nullptr);
@@ -325,17 +325,9 @@ TEST(Colour, NewGoesToTheSelectedWell)
     activate(added->button, 2);   // double click: the editor, not built yet
     activate(list->foregroundButton, 2);
     EXPECT_EQ(list->selectedWell, list->backgroundButton) << "a double click does not select";
-}
 
-// Choosing a swatch changes the selected well's GC, so the next stroke
-// paints with the chosen colour.
-TEST(Colour, ChosenSwatchPaints)
-{
-    Drawing* d = make_drawing(8, 8);
-    ASSERT_NE(d, nullptr);
-    ColorList* list = color_list_of(d);
-    std::vector<ColorEntry*> e = entries(list);
-
+    // Choosing a swatch changes the selected well's GC, so the next stroke paints with the chosen colour.
+    activate(list->foregroundButton, 1);
     activate(e[1]->button, 1);   // white into the foreground well
     EXPECT_EQ(list->foregroundEntry, e[1]);
     XFillRectangle(app().display, d->image, d->foregroundGC, 0, 0, 4, 4);
@@ -401,12 +393,7 @@ TEST(Colour, GrabReadsThePixelUnderThePointer)
     Pixel cell;
     unsigned long planes[1];
     ASSERT_TRUE(XAllocColorCells(dpy, cmap(), False, planes, 0, &cell, 1));
-    XColor c{};
-    c.pixel = cell;
-    c.red = 0x1234;
-    c.green = 0xfedc;
-    c.blue = 0x8000;
-    c.flags = DoRed | DoGreen | DoBlue;
+    XColor c{cell, 0x1234, 0xfedc, 0x8000, DoRed | DoGreen | DoBlue, 0};
     XStoreColor(dpy, cmap(), &c);
     // The window goes under the pointer where it is, so that the test moves
     // nothing that tests running beside it might be using.

@@ -21,6 +21,7 @@
 #include "canvas/input.h"
 #include "canvas/undo.h"
 #include "files/open_save.h"
+#include "files_support.h"
 #include "fonts/font_dialog.h"
 #include "fonts/font_names.h"
 #include "tools/palettes.h"
@@ -35,15 +36,11 @@ void type(Drawing* d, const char* text)
     Display* dpy = app().display;
     for (const char* p = text; *p; p++) {
         KeySym sym = *p == '\n' ? XK_Return : *p == '\b' ? XK_BackSpace : static_cast<KeySym>(*p);
+        KeyCode code = XKeysymToKeycode(dpy, sym);
+        unsigned state = XkbKeycodeToKeysym(dpy, code, 0, 0) != sym ? ShiftMask : 0;
         XEvent ev{};
-        ev.xkey.type = KeyPress;
-        ev.xkey.display = dpy;
-        ev.xkey.window = XtWindow(d->activeArea);
-        ev.xkey.root = app().root;
-        ev.xkey.keycode = XKeysymToKeycode(dpy, sym);
-        ev.xkey.same_screen = True;
-        if (XkbKeycodeToKeysym(dpy, static_cast<KeyCode>(ev.xkey.keycode), 0, 0) != sym)
-            ev.xkey.state = ShiftMask;
+        ev.xkey = {KeyPress, 0, False, dpy, XtWindow(d->activeArea), app().root, None, CurrentTime, 0, 0, 0, 0,
+                   state, code, True};
         Boolean cont = True;
         canvas_key_eh(d->activeArea, d, &ev, &cont);
     }
@@ -81,31 +78,18 @@ Pixmap expected_text(Drawing* d, Pixmap before, XFontStruct* font, std::initiali
 // "" when the image equals the pixmap, else the first differing pixel.
 std::string compare_image(Drawing* d, Pixmap expected)
 {
-    Display* dpy = app().display;
-    XImage* a = XGetImage(dpy, d->image, 0, 0, d->width, d->height, AllPlanes, ZPixmap);
-    XImage* b = XGetImage(dpy, expected, 0, 0, d->width, d->height, AllPlanes, ZPixmap);
-    std::string out = a && b ? "" : "no image";
-    for (int y = 0; out.empty() && y < d->height; y++)
-        for (int x = 0; out.empty() && x < d->width; x++)
-            if (XGetPixel(a, x, y) != XGetPixel(b, x, y))
-                out = "pixel (" + std::to_string(x) + ", " + std::to_string(y) + ") is " +
-                      std::to_string(XGetPixel(a, x, y)) + ", expected " + std::to_string(XGetPixel(b, x, y));
-    if (a)
-        XDestroyImage(a);
-    if (b)
-        XDestroyImage(b);
-    return out;
+    ImagePtr a(XGetImage(app().display, d->image, 0, 0, d->width, d->height, AllPlanes, ZPixmap));
+    ImagePtr b(XGetImage(app().display, expected, 0, 0, d->width, d->height, AllPlanes, ZPixmap));
+    for (int y = 0; a && b && y < d->height; y++)
+        for (int x = 0; x < d->width; x++)
+            if (XGetPixel(a.get(), x, y) != XGetPixel(b.get(), x, y))
+                return "pixel (" + std::to_string(x) + ", " + std::to_string(y) + ") is " +
+                       std::to_string(XGetPixel(a.get(), x, y)) + ", expected " + std::to_string(XGetPixel(b.get(), x, y));
+    return a && b ? "" : "no image";
 }
 
-void click(Drawing* d, int x, int y)
-{
-    stroke(d, Button1, {{x, y}});
-}
-
-Widget dialog_child(const char* name)
-{
-    return XtNameToWidget(font_dialog(), name);
-}
+void click(Drawing* d, int x, int y) { stroke(d, Button1, {{x, y}}); }
+Widget dialog_child(const char* name) { return XtNameToWidget(font_dialog(), name); }
 
 bool select_item(const char* list, const char* item)
 {
@@ -119,10 +103,7 @@ bool select_item(const char* list, const char* item)
     return pos > 0;
 }
 
-Widget toggle(const char* name)
-{
-    return dialog_child((std::string("*") + name).c_str());
-}
+Widget toggle(const char* name) { return dialog_child((std::string("*") + name).c_str()); }
 
 void dismiss_messages()
 {
@@ -226,9 +207,8 @@ TEST(TextTool, NothingBeforeClickFullLineAndBadFont)
     type(d, "m");
     int cx = 2 + XTextWidth(font, "m", 1) + 2;
     EXPECT_EQ(image_pixel(d, cx, 26), foreground_pixel(d));
-    std::string path = "/tmp/pictrel-text-" + std::to_string(getpid()) + ".xpm";
-    EXPECT_EQ(write_drawing(d, path.c_str(), false), 0);
-    unlink(path.c_str());
+    filetest::ScratchDir dir;
+    EXPECT_EQ(write_drawing(d, dir.path("t.xpm").c_str(), false), 0);
     EXPECT_EQ(image_pixel(d, cx, 26), image_pixel(d, 0, 0));
     Pixmap saved = expected_text(d, before, font, {{2, 12, kept.c_str()}, {2, 26, "m"}});
     EXPECT_EQ(compare_image(d, saved), "");
@@ -271,10 +251,7 @@ TEST(FontChooser, PickFontWhileTyping)
     Pixmap hi = expected_text(d, before, bold, {{4, 30, "Hi"}});
     EXPECT_EQ(compare_image(d, hi), "") << "the same text, redrawn in the new font";
 
-    Widget cancel = dialog_child("Cancel");
-    ASSERT_NE(cancel, nullptr);
-    XtCallCallbacks(cancel, XmNactivateCallback, nullptr);
-    pump();
+    filetest::press(font_dialog(), "Cancel");
     EXPECT_FALSE(XtIsManaged(font_dialog()));
     EXPECT_STREQ(current_font_choice().name, "fixed");
     XFontStruct* back = text_font(d);
