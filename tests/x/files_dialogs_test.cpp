@@ -47,6 +47,15 @@ void press_file_ok()
 
 bool managed(Widget w) { return w && XtIsManaged(w); }
 
+// Save As from the drawing, with `path` typed into the file dialog and OK pressed.
+void save_as_to(Drawing* d, const std::string& path)
+{
+    save_as(d, nullptr);
+    pump();
+    set_file_text(path);
+    press_file_ok();
+}
+
 std::string field_text(const char* name)
 {
     Widget f = XtNameToWidget(new_dialog(), (std::string("*") + name).c_str());
@@ -123,10 +132,7 @@ TEST(FilesSave, OverwriteAsksFirst)
     ScratchDir dir;
     std::string target = dir.file("old.px", "old contents");
     Drawing* d = painted_drawing();
-    save_as(d, nullptr);
-    pump();
-    set_file_text(target);
-    press_file_ok();
+    save_as_to(d, target);
     ASSERT_TRUE(managed(overwrite_dialog()));
     EXPECT_EQ(dialog_message(overwrite_dialog()), "Overwrite " + target + "?");
     EXPECT_EQ(read_file(target), "old contents");
@@ -147,11 +153,8 @@ TEST(FilesSave, FailedWriteWarnsAndKeepsState)
     ScratchDir dir;
     Drawing* d = painted_drawing();
     std::string name = d->name;
-    save_as(d, nullptr);
-    pump();
     std::string target = dir.path("gone/pic.px");
-    set_file_text(target);
-    press_file_ok();
+    save_as_to(d, target);
     ASSERT_TRUE(managed(warning_dialog()));
     EXPECT_EQ(dialog_message(warning_dialog()), "Can't open the file " + target + ".");
     EXPECT_TRUE(managed(file_dialog()));
@@ -268,71 +271,49 @@ TEST(FilesNew, LimitsAndDefaults)
     EXPECT_EQ(field_text("NameTW"), "");
     EXPECT_EQ(field_text("WidthTW"), std::to_string(res().drawAreaWidth));
     EXPECT_EQ(field_text("HeightTW"), std::to_string(res().drawAreaHeight));
-
-    struct {
-        const char* w;
-        const char* h;
-        std::string message;
-    } refused[] = {
-        {"513", "720", "Width too big, Max = 512"},
-        {"512", "721", "Height too big, Max = 720"},
-        {"600", "800", "Height and Width too big. \n Max Width = 512\n Max Height = 720 "},
-    };
-    int count = open_count();
-    for (const auto& r : refused) {
-        set_field("NameTW", "big");
-        set_field("WidthTW", r.w);
-        set_field("HeightTW", r.h);
-        press(new_dialog(), "OK");
-        EXPECT_EQ(error_text(), r.message) << r.w << "x" << r.h;
-        EXPECT_TRUE(managed(new_dialog()));
-        EXPECT_EQ(open_count(), count);
-    }
-
-    set_field("NameTW", "");
-    set_field("WidthTW", "10");
-    press(new_dialog(), "OK");
-    EXPECT_TRUE(managed(new_dialog())) << "no name: nothing happens";
-    EXPECT_EQ(open_count(), count);
-
-    set_field("NameTW", "largest");
-    set_field("WidthTW", "512");
-    set_field("HeightTW", "720");
-    press(new_dialog(), "OK");
-    EXPECT_FALSE(managed(new_dialog()));
-    Drawing* largest = drawing_named("largest");
-    ASSERT_NE(largest, nullptr);
-    EXPECT_EQ(largest->width, 512);
-    EXPECT_EQ(largest->height, 720);
-
-    show_new_dialog(d);
-    pump();
-    set_field("NameTW", "defaulted");
-    set_field("WidthTW", "");
-    set_field("HeightTW", "33");
-    press(new_dialog(), "OK");
-    Drawing* defaulted = drawing_named("defaulted");
-    ASSERT_NE(defaulted, nullptr);
-    EXPECT_EQ(defaulted->width, res().drawAreaWidth);
-    EXPECT_EQ(defaulted->height, 33);
-}
-
-// The size fields refuse an insertion that does not start with a digit.
-TEST(FilesNew, SizeFieldsTakeDigits)
-{
-    Drawing* d = make_drawing();
-    show_new_dialog(d);
-    pump();
+    // The size fields refuse an insertion that does not start with a digit, and take three digits.
     set_field("WidthTW", "x12");
     EXPECT_EQ(field_text("WidthTW"), std::to_string(res().drawAreaWidth));
     set_field("WidthTW", "12x");
     EXPECT_EQ(field_text("WidthTW"), "12x") << "only the first character is looked at";
-    set_field("NameTW", "any name");
-    EXPECT_EQ(field_text("NameTW"), "any name");
-    Widget width = XtNameToWidget(new_dialog(), "*WidthTW");
     int maxLength = 0;
-    XtVaGetValues(width, XmNmaxLength, &maxLength, nullptr);
+    XtVaGetValues(XtNameToWidget(new_dialog(), "*WidthTW"), XmNmaxLength, &maxLength, nullptr);
     EXPECT_EQ(maxLength, 3);
+
+    const struct {
+        const char *name, *w, *h;
+        std::string message;   // "" where none is expected
+        int width, height;     // of the new drawing; 0: none is made
+    } cases[] = {
+        {"big", "513", "720", "Width too big, Max = 512", 0, 0},
+        {"big", "512", "721", "Height too big, Max = 720", 0, 0},
+        {"big", "600", "800", "Height and Width too big. \n Max Width = 512\n Max Height = 720 ", 0, 0},
+        {"", "10", "10", "", 0, 0},
+        {"largest", "512", "720", "", 512, 720},
+        {"defaulted", "", "33", "", res().drawAreaWidth, 33},
+    };
+    int count = open_count();
+    for (const auto& c : cases) {
+        if (!managed(new_dialog())) {
+            show_new_dialog(d);
+            pump();
+        }
+        set_field("NameTW", c.name);
+        set_field("WidthTW", c.w);
+        set_field("HeightTW", c.h);
+        press(new_dialog(), "OK");
+        std::string what = std::string(c.name) + " " + c.w + "x" + c.h;
+        if (!c.message.empty()) {
+            EXPECT_EQ(error_text(), c.message) << what;
+        }
+        EXPECT_EQ(managed(new_dialog()), c.width == 0) << what;
+        Drawing* made = c.width ? drawing_named(c.name) : nullptr;
+        EXPECT_EQ(open_count(), count += c.width != 0) << what;
+        if (made) {
+            EXPECT_EQ(made->width, c.width);
+            EXPECT_EQ(made->height, c.height);
+        }
+    }
 }
 
 // Closing asks only for a modified drawing: unmodified closes at once,
