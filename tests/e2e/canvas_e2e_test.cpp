@@ -1,6 +1,5 @@
-// The real program driven through XTest: a line dragged with button 1 and a filled rectangle dragged with button 2
-// show on the magnified canvas, and Ctrl+Z takes the rectangle back; the fill floods and the eraser clears; the
-// zoom accelerators step and, with Shift, jump.
+// The real program driven through XTest: typed text and its undo; a line (button 1) and a filled rectangle
+// (button 2) on the magnified canvas, and Ctrl+Z; the fill and the eraser; the zoom accelerators.
 #include <gtest/gtest.h>
 
 #include <X11/extensions/XTest.h>
@@ -34,7 +33,7 @@ void drag(E2eApp& app, Window canvas, unsigned button, int x0, int y0, int x1, i
 
 }  // namespace
 
-TEST(CanvasE2e, DrawLineAndFilledRectangleThenUndo)
+TEST(CanvasE2e, TypeDrawLineAndFilledRectangleThenUndo)
 {
     E2eApp app;
     ASSERT_TRUE(app.connected());
@@ -56,9 +55,33 @@ TEST(CanvasE2e, DrawLineAndFilledRectangleThenUndo)
         return [im = std::shared_ptr<XImage>(std::move(im))](int x, int y) { return XGetPixel(im.get(), at(x), at(y)); };
     };
     unsigned long blank = shown()(20, 20);
+    auto dark_cells = [&](int x0, int x1, int y0, int y1) {
+        auto cell = shown();
+        int n = 0;
+        for (int y = y0; y <= y1; y++)
+            for (int x = x0; x <= x1; x++)
+                n += dark(dpy, cell(x, y));
+        return n;
+    };
+
+    // The text tool types where the user clicked; Ctrl+Z takes the text back while the caret stays.
+    XRaiseWindow(dpy, shell);
+    app.click(tools[5], 12, 12);   // alpha
+    app.click(canvas, at(2), at(14));
+    e2e_sleep_ms(200);
+    EXPECT_EQ(dark_cells(0, 31, 0, 31), dark_cells(3, 5, 0, 31)) << "only the caret, just right of the click";
+    app.keys(shell, {"shift+h", "i"});
+    e2e_sleep_ms(300);
+    app.screenshot("text_typed");
+    // "Hi" in "fixed" covers about two 6-pixel cells from x = 2.
+    EXPECT_GT(dark_cells(2, 13, 4, 17), 10) << "the letters show";
+    app.key(shell, "ctrl+z");
+    e2e_sleep_ms(300);
+    EXPECT_EQ(dark_cells(0, 13, 0, 31), 0) << "the text is gone";
+    EXPECT_GT(dark_cells(14, 18, 0, 31), 3) << "the caret waits after it";
 
     XRaiseWindow(dpy, shell);
-    app.click(tools[1], 12, 12);   // line
+    app.click(tools[1], 12, 12);   // line: the caret goes
     drag(app, canvas, 1, 2, 4, 28, 4);
     app.click(patterns[7], 16, 15);
     app.keys(shell, {"F10", "Right", "Right", "Right", "Down", "Return"});   // Tools > DrawFilled

@@ -28,10 +28,7 @@ public:
     std::string path;
 };
 
-void write_text(const std::string& path, const std::string& text)
-{
-    std::ofstream(path, std::ios::binary) << text;
-}
+void write_text(const std::string& path, const std::string& text) { std::ofstream(path, std::ios::binary) << text; }
 
 std::string read_text(const std::string& path)
 {

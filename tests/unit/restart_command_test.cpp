@@ -11,10 +11,7 @@ namespace {
 
 std::set<std::string> executables;
 
-bool is_executable(const std::string& candidate)
-{
-    return executables.count(candidate) != 0;
-}
+bool is_executable(const std::string& candidate) { return executables.count(candidate) != 0; }
 
 }  // namespace
 

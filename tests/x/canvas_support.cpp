@@ -11,6 +11,7 @@
 
 #include "app/app.h"
 #include "app/draw.h"
+#include "app/menus.h"
 #include "canvas/image_store.h"
 #include "canvas/input.h"
 #include "canvas/magnified_paint.h"
@@ -49,10 +50,7 @@ void area_motion(Drawing* d, int wx, int wy, unsigned state)
     canvas_motion_eh(d->activeArea, d, &ev, &cont);
 }
 
-int cell_centre(Drawing* d, int v)
-{
-    return d->zoom > 0 ? (v << d->zoom) + ((1 << d->zoom) - 1) / 2 : v;
-}
+int cell_centre(Drawing* d, int v) { return d->zoom > 0 ? (v << d->zoom) + ((1 << d->zoom) - 1) / 2 : v; }
 
 void stroke(Drawing* d, unsigned button, std::initializer_list<ImagePoint> points, unsigned state)
 {
@@ -193,10 +191,13 @@ int XErrorTrap::errors()
     return trappedErrors;
 }
 
-unsigned long request_count()
+bool sensitive(Drawing* d, int command)
 {
-    return NextRequest(app().display);
+    Widget w = menu_item(d, command);
+    return w && XtIsSensitive(w);
 }
+
+unsigned long request_count() { return NextRequest(app().display); }
 
 unsigned long foreground_pixel(Drawing* d)
 {

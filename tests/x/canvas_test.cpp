@@ -20,11 +20,6 @@
 
 namespace {
 
-bool sensitive(Drawing* d, int command)
-{
-    Widget w = menu_item(d, command);
-    return w && XtIsSensitive(w);
-}
 
 void queue_motion(Drawing* d, int x, int y, unsigned state = Button1Mask | ShiftMask)
 {

@@ -31,10 +31,7 @@ std::string file_text()
     return v;
 }
 
-void set_file_text(const std::string& v)
-{
-    XmTextSetString(file_dialog_text(), const_cast<char*>(v.c_str()));
-}
+void set_file_text(const std::string& v) { XmTextSetString(file_dialog_text(), const_cast<char*>(v.c_str())); }
 
 // OK of the file dialog, as the dialog itself calls it.
 void press_file_ok()

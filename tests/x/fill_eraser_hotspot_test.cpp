@@ -23,10 +23,7 @@ namespace {
 
 // Draws a pixel into the image with the drawing's foreground, outside any
 // tool, so that tests can lay out walls.
-void put(Drawing* d, int x, int y)
-{
-    XDrawPoint(app().display, d->image, d->foregroundGC, x, y);
-}
+void put(Drawing* d, int x, int y) { XDrawPoint(app().display, d->image, d->foregroundGC, x, y); }
 
 // Pumps the event loop, timers included, until `done` or a second passes.
 bool wait_for(const std::function<bool()>& done)

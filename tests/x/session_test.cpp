@@ -21,21 +21,14 @@
 
 namespace {
 
-Atom atom(const char* name)
-{
-    return XInternAtom(app().display, name, False);
-}
+Atom atom(const char* name) { return XInternAtom(app().display, name, False); }
 
 // Sends a WM_PROTOCOLS client message to the drawing's shell window, as a
 // window or session manager does, and lets the program answer.
 void send_protocol(Drawing* d, const char* protocol)
 {
     XEvent ev{};
-    ev.xclient.type = ClientMessage;
-    ev.xclient.display = app().display;
-    ev.xclient.window = XtWindow(d->shell);
-    ev.xclient.message_type = atom("WM_PROTOCOLS");
-    ev.xclient.format = 32;
+    ev.xclient = {ClientMessage, 0, False, app().display, XtWindow(d->shell), atom("WM_PROTOCOLS"), 32, {}};
     ev.xclient.data.l[0] = static_cast<long>(atom(protocol));
     ev.xclient.data.l[1] = CurrentTime;
     XSendEvent(app().display, ev.xclient.window, False, NoEventMask, &ev);
@@ -47,12 +40,10 @@ std::vector<std::string> wm_command(Drawing* d)
     XSync(app().display, False);
     char** argv = nullptr;
     int argc = 0;
-    std::vector<std::string> out;
-    if (XGetCommand(app().display, XtWindow(d->shell), &argv, &argc)) {
-        for (int i = 0; i < argc; i++)
-            out.push_back(argv[i]);
-        XFreeStringList(argv);
-    }
+    if (!XGetCommand(app().display, XtWindow(d->shell), &argv, &argc))
+        return {};
+    std::vector<std::string> out(argv, argv + argc);
+    XFreeStringList(argv);
     return out;
 }
 

@@ -7,7 +7,6 @@
 #include <Xm/ToggleB.h>
 #include <Xm/Xm.h>
 
-#include <sstream>
 
 #include "app/app.h"
 #include "app/commands.h"
@@ -27,12 +26,6 @@ bool toggle_on(Drawing* d, int command)
 {
     Widget t = menu_item(d, command);
     return t && XmToggleButtonGetState(t) && d->menuState.toggles[command];
-}
-
-bool sensitive(Drawing* d, int command)
-{
-    Widget w = menu_item(d, command);
-    return w && XtIsSensitive(w);
 }
 
 // Reads back the top-left w x h of a view's area, with its dialog raised
@@ -56,15 +49,11 @@ std::string check_small_view(Drawing* d, int w, int h)
         return "XGetImage failed";
     for (int y = 0; y < h; y++)
         for (int x = 0; x < w; x++) {
-            unsigned long want = XGetPixel(image.get(), x, y);
+            unsigned long want = XGetPixel(image.get(), x, y), got = XGetPixel(shown.get(), x, y);
             if (d->depth == 1)
                 want = want ? app().blackPixel : app().whitePixel;
-            unsigned long got = XGetPixel(shown.get(), x, y);
-            if (got != want) {
-                std::ostringstream out;
-                out << "(" << x << "," << y << "): got " << got << " want " << want;
-                return out.str();
-            }
+            if (got != want)
+                return "(" + std::to_string(x) + "," + std::to_string(y) + "): got " + std::to_string(got);
         }
     return "";
 }
