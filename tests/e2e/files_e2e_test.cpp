@@ -6,7 +6,6 @@
 #include <strings.h>
 
 #include <cctype>
-#include <cstdlib>
 #include <fstream>
 #include <sstream>
 #include <string>

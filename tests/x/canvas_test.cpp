@@ -2,24 +2,17 @@
 // clipping, extreme sizes, input scaling and motion compression, and the black-and-white rendering.
 #include "canvas_support.h"   // first: gtest before Xlib's macros
 
-#include <X11/Xutil.h>
 #include <Xm/Xm.h>
 
-#include <memory>
-
-#include "app/app.h"
 #include "app/commands.h"
-#include "app/draw.h"
 #include "app/menus.h"
 #include "canvas/image_store.h"
 #include "canvas/undo.h"
 #include "canvas/views.h"
-#include "colour/color_list.h"
 #include "tools/palettes.h"
 #include "tools/tool_table.h"
 
 namespace {
-
 
 void queue_motion(Drawing* d, int x, int y, unsigned state = Button1Mask | ShiftMask)
 {

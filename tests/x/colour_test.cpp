@@ -5,7 +5,6 @@
 
 #include <X11/extensions/XTest.h>
 #include <Xm/DrawnB.h>
-#include <Xm/Xm.h>
 
 #include <unistd.h>
 

@@ -2,11 +2,8 @@
 // New dialog and the confirm-close dialog, driven through their callbacks.
 #include <gtest/gtest.h>
 
-#include <X11/xpm.h>
-#include <Xm/FileSB.h>
 #include <Xm/Text.h>
 #include <Xm/TextF.h>
-#include <Xm/Xm.h>
 #include <sys/stat.h>
 
 #include "app/commands.h"
