@@ -26,7 +26,6 @@ void queue_motion(Drawing* d, int x, int y, unsigned state = Button1Mask | Shift
 TEST(Canvas, ZoomStepsAndMenuSensitivity)
 {
     Drawing* d = make_drawing(16, 12);
-    ASSERT_NE(d, nullptr);
     set_zoom(d, 0);
     XEvent shift{};
     shift.xbutton.type = ButtonRelease;
@@ -63,7 +62,6 @@ TEST(Canvas, ZoomStepsAndMenuSensitivity)
 TEST(Canvas, MagnifiedDisplayIsExactAtEveryZoom)
 {
     Drawing* d = make_drawing(24, 20);
-    ASSERT_NE(d, nullptr);
     set_zoom(d, 3);
     paint_test_picture(d);
     EXPECT_EQ(check_display(d), "");
@@ -107,7 +105,6 @@ TEST(Canvas, MagnifiedDisplayIsExactAtEveryZoom)
 TEST(Canvas, ExposeForcesRepaint)
 {
     Drawing* d = make_drawing(20, 16);
-    ASSERT_NE(d, nullptr);
     set_zoom(d, 3);
     paint_test_picture(d);
     Display* dpy = app().display;
@@ -130,7 +127,6 @@ TEST(Canvas, ExposeForcesRepaint)
 TEST(Canvas, RefreshOutsideTheImageIsClipped)
 {
     Drawing* d = make_drawing(16, 16);
-    ASSERT_NE(d, nullptr);
     set_zoom(d, 3);
     XErrorTrap trap;
     Display* dpy = app().display;
@@ -158,8 +154,6 @@ TEST(Canvas, ExtremeSizesAtEveryZoom)
     XErrorTrap trap;
     Drawing* tiny = make_drawing(1, 1);
     Drawing* big = make_drawing(511, 719);
-    ASSERT_NE(tiny, nullptr);
-    ASSERT_NE(big, nullptr);
     for (int z = 0; z <= 4; z++) {
         for (Drawing* d : {tiny, big}) {
             set_zoom(d, z);
@@ -193,7 +187,6 @@ TEST(Canvas, ExtremeSizesAtEveryZoom)
 TEST(Canvas, PressIsScaledToImagePixels)
 {
     Drawing* d = make_drawing(16, 16);
-    ASSERT_NE(d, nullptr);
     set_zoom(d, 3);
     ASSERT_EQ(d->currentTool, TOOL_PENCIL);
     unsigned long blank = image_pixel(d, 2, 1), fg = foreground_pixel(d);
@@ -213,7 +206,6 @@ TEST(Canvas, PressIsScaledToImagePixels)
 TEST(Canvas, MotionBurstIsCompressedToTheLatest)
 {
     Drawing* d = make_drawing(32, 32);
-    ASSERT_NE(d, nullptr);
     set_zoom(d, 0);
     unsigned long blank = image_pixel(d, 20, 0);
     area_button(d, ButtonPress, Button1, 0, 0);
@@ -234,7 +226,6 @@ TEST(Canvas, MotionBurstIsCompressedToTheLatest)
 TEST(Canvas, SamePixelMotionAndMotionWithoutHandlerAreIgnored)
 {
     Drawing* d = make_drawing(16, 16);
-    ASSERT_NE(d, nullptr);
     set_zoom(d, 3);
     area_button(d, ButtonPress, Button1, 4, 4);
     area_motion(d, 17, 9, Button1Mask);
@@ -260,7 +251,6 @@ TEST(Canvas, SamePixelMotionAndMotionWithoutHandlerAreIgnored)
 TEST(Canvas, ShiftPressDetectsDragConstraint)
 {
     Drawing* d = make_drawing(64, 64);
-    ASSERT_NE(d, nullptr);
     set_zoom(d, 0);
     Window win = XtWindow(d->activeArea);
     const struct {
@@ -306,7 +296,6 @@ TEST(Canvas, ShiftPressDetectsDragConstraint)
 TEST(Canvas, BlackAndWhiteRendering)
 {
     Drawing* d = make_drawing(8, 4);
-    ASSERT_NE(d, nullptr);
     Display* dpy = app().display;
     GC gc = XCreateGC(dpy, d->image, 0, nullptr);
     XSetForeground(dpy, gc, app().blackPixel);
@@ -330,7 +319,6 @@ TEST(Canvas, FarEventCoordinatesStayHarmless)
 {
     XErrorTrap trap;
     Drawing* d = make_drawing(40, 40);
-    ASSERT_NE(d, nullptr);
     set_zoom(d, 0);
     unsigned long blank = image_pixel(d, 0, 5);
     area_button(d, ButtonPress, Button1, 32767, 5);

@@ -107,7 +107,6 @@ TEST(Session, SaveYourselfWritesTheRestartCommand)
     EXPECT_EQ(cmd[3], std::to_string(d->zoom)) << "zooming keeps the command current";
 
     Drawing* untitled = make_drawing(10, 10);
-    ASSERT_NE(untitled, nullptr);
     send_protocol(untitled, "WM_SAVE_YOURSELF");
     cmd = wm_command(untitled);
     ASSERT_EQ(cmd.size(), 3u) << "no file argument for a drawing without a file";

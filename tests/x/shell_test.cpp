@@ -111,7 +111,6 @@ TEST(ShellMessage, SecondShowReplacesPendingResponse)
 TEST(ShellMessage, OkWithoutResponseHidesAndCentresOverParent)
 {
     Drawing* d = make_drawing(32, 32);
-    ASSERT_NE(d, nullptr);
     show_message(d->shell, "notice", 0, nullptr, nullptr);
     pump(6);
     Widget dialog = message_dialog(0);
@@ -302,7 +301,6 @@ TEST(ShellCursors, CursorsDefinedAndSetSafely)
     EXPECT_EQ(tool_cursor(CURSOR_COUNT), None);
     EXPECT_EQ(tool_cursor(-1), None);
     Drawing* d = make_drawing(16, 16);
-    ASSERT_NE(d, nullptr);
     set_cursor(d, CURSOR_BUCKET);
     set_cursor(d, 99);
     set_cursor(nullptr, 0);
@@ -317,7 +315,6 @@ TEST(ShellCursors, CursorsDefinedAndSetSafely)
 TEST(ShellStatus, StatusShowsSizeAndSurvivesBadFormat)
 {
     Drawing* d = make_drawing(32, 16);
-    ASSERT_NE(d, nullptr);
     EXPECT_EQ(label_text(d->statusLabel), "Width - 32, Height - 16");
     Widget logoLabel = XtNameToWidget(XtParent(d->statusLabel), "orvlogo");
     ASSERT_NE(logoLabel, nullptr);
@@ -342,7 +339,6 @@ TEST(ShellStatus, StatusShowsSizeAndSurvivesBadFormat)
 TEST(ShellHelpMenu, HelpCascadeVersionAndKeys)
 {
     Drawing* d = make_drawing(16, 16);
-    ASSERT_NE(d, nullptr);
     Widget help = nullptr, pulldown = nullptr;
     XtVaGetValues(d->menuBar, XmNmenuHelpWidget, &help, nullptr);
     ASSERT_NE(help, nullptr);

@@ -120,7 +120,6 @@ void dismiss_messages()
 TEST(TextTool, TypingReturnBackspaceAndUndo)
 {
     Drawing* d = make_drawing(90, 70);
-    ASSERT_NE(d, nullptr);
     select_tool(d, TOOL_ALPHA);
     XFontStruct* font = text_font(d);
     ASSERT_NE(font, nullptr) << "the text starts in \"fixed\"";
@@ -182,7 +181,6 @@ TEST(TextTool, TypingReturnBackspaceAndUndo)
 TEST(TextTool, NothingBeforeClickFullLineAndBadFont)
 {
     Drawing* d = make_drawing(40, 30);
-    ASSERT_NE(d, nullptr);
     select_tool(d, TOOL_ALPHA);
     Pixmap before = copy_of_image(d);
     type(d, "abc");
@@ -222,7 +220,6 @@ TEST(TextTool, NothingBeforeClickFullLineAndBadFont)
 TEST(FontChooser, PickFontWhileTyping)
 {
     Drawing* d = make_drawing(120, 60);
-    ASSERT_NE(d, nullptr);
     select_tool(d, TOOL_ALPHA);
     Pixmap before = copy_of_image(d);
     click(d, 4, 30);
@@ -267,7 +264,6 @@ TEST(FontChooser, PickFontWhileTyping)
 TEST(FontChooser, OddNamesFailedLoadsAndEmptyList)
 {
     Drawing* d = make_drawing(40, 30);
-    ASSERT_NE(d, nullptr);
     show_font_dialog(d);
     pump();
     dismiss_messages();

@@ -38,10 +38,12 @@ void pump(int rounds)
     }
 }
 
-Drawing* make_drawing(int width, int height)
+Drawing* make_drawing(int width, int height, bool mayFail)
 {
     Drawing* d = new_untitled_drawing(nullptr, width, height);
     pump();
+    if (!d && !mayFail)
+        ADD_FAILURE() << "no " << width << "x" << height << " drawing";
     return d;
 }
 

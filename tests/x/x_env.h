@@ -14,8 +14,9 @@
 // Runs the Xt event loop until nothing is pending (after an XSync).
 void pump(int rounds = 3);
 
-// A new untitled drawing of the given size (0 takes the default).
-Drawing* make_drawing(int width = 0, int height = 0);
+// A new untitled drawing of the given size (0 takes the default); a test fails when none is made, unless
+// `mayFail`.
+Drawing* make_drawing(int width = 0, int height = 0, bool mayFail = false);
 
 // The image pixel at (x, y), read back from the server with XGetImage.
 unsigned long image_pixel(Drawing* d, int x, int y);
