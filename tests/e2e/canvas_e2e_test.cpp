@@ -72,7 +72,6 @@ TEST(CanvasE2e, TypeDrawLineAndFilledRectangleThenUndo)
     EXPECT_EQ(dark_cells(0, 31, 0, 31), dark_cells(3, 5, 0, 31)) << "only the caret, just right of the click";
     app.keys(shell, {"shift+h", "i"});
     e2e_sleep_ms(300);
-    app.screenshot("text_typed");
     // "Hi" in "fixed" covers about two 6-pixel cells from x = 2.
     EXPECT_GT(dark_cells(2, 13, 4, 17), 10) << "the letters show";
     app.key(shell, "ctrl+z");
@@ -88,7 +87,6 @@ TEST(CanvasE2e, TypeDrawLineAndFilledRectangleThenUndo)
     e2e_sleep_ms(200);
     app.click(tools[6], 12, 12);   // rect
     drag(app, canvas, 2, 8, 10, 24, 26);
-    app.screenshot("canvas_line_and_rectangle");
 
     auto drawn = shown();
     for (int x : {2, 15, 27})
@@ -120,7 +118,6 @@ TEST(CanvasE2e, TypeDrawLineAndFilledRectangleThenUndo)
     app.click(tools[4], 12, 12);   // eraser
     app.click(canvas, at(10), at(10));
     e2e_sleep_ms(300);
-    app.screenshot("canvas_fill_and_eraser");
     auto erased = shown();
     EXPECT_FALSE(dark(dpy, erased(10, 10)));
     EXPECT_FALSE(dark(dpy, erased(12, 12)));

@@ -54,7 +54,6 @@ TEST(DropInE2e, DroppedFileOpensInANewWindow)
     drop_files(app.display(), untitled, file.c_str(), "OXA_DROP_PROTOCOL_9_2f");
     Window opened = app.wait_window("dropped.xbm");
     EXPECT_NE(opened, 0u) << "the dropped file opens as a drawing";
-    app.screenshot("dropin_opened");
     EXPECT_NE(app.wait_window("Error"), 0u) << "a list naming a missing file is reported";
     EXPECT_TRUE(app.running());
 

@@ -271,82 +271,42 @@ bool E2eApp::wait_stdout(const std::string& text, int timeoutMs) const
     return poll(timeoutMs, [&] { return stdout_text().find(text) != std::string::npos; });
 }
 
-void E2eApp::screenshot(const std::string& name) const
-{
-    if (displayName_.empty())
-        return;
-    std::string dir = std::string(PICTREL_BUILD_DIR) + "/e2e-shots";
-    make_dir(dir);
-    std::string cmd = "import -display '" + displayName_ + "' -window root '" + dir + "/" + name +
-                      ".png' >/dev/null 2>&1";
-    if (system(cmd.c_str()) != 0) {
-        // A missing picture only makes a failure harder to look at.
-    }
-}
-
 bool E2eApp::shows_text(Window w, const char* xlfd, const std::string& text, unsigned long foreground)
 {
-    if (!dpy_ || !w || text.empty())
-        return false;
-    XFontStruct* font = XLoadQueryFont(dpy_, xlfd);
+    XFontStruct* font = dpy_ && w && !text.empty() ? XLoadQueryFont(dpy_, xlfd) : nullptr;
     if (!font)
         return false;
-    int tw = XTextWidth(font, text.c_str(), static_cast<int>(text.size()));
-    int th = font->ascent + font->descent;
-    Pixmap glyphs = XCreatePixmap(dpy_, w, static_cast<unsigned>(tw), static_cast<unsigned>(th), 1);
+    // The glyphs drawn into a bitmap of exactly their ink box.
+    int direction, ascent, descent;
+    XCharStruct ink{};
+    XTextExtents(font, text.c_str(), static_cast<int>(text.size()), &direction, &ascent, &descent, &ink);
+    int gw = ink.rbearing - ink.lbearing, gh = ink.ascent + ink.descent;
+    Pixmap glyphs = XCreatePixmap(dpy_, w, static_cast<unsigned>(gw), static_cast<unsigned>(gh), 1);
     XGCValues v{};
-    v.foreground = 0;
     v.font = font->fid;
     GC gc = XCreateGC(dpy_, glyphs, GCForeground | GCFont, &v);
-    XFillRectangle(dpy_, glyphs, gc, 0, 0, static_cast<unsigned>(tw), static_cast<unsigned>(th));
+    XFillRectangle(dpy_, glyphs, gc, 0, 0, static_cast<unsigned>(gw), static_cast<unsigned>(gh));
     XSetForeground(dpy_, gc, 1);
-    XDrawString(dpy_, glyphs, gc, 0, font->ascent, text.c_str(), static_cast<int>(text.size()));
-    XImage* mask = XGetImage(dpy_, glyphs, 0, 0, static_cast<unsigned>(tw), static_cast<unsigned>(th), 1, XYPixmap);
+    XDrawString(dpy_, glyphs, gc, -ink.lbearing, ink.ascent, text.c_str(), static_cast<int>(text.size()));
+    ImagePtr mask(XGetImage(dpy_, glyphs, 0, 0, static_cast<unsigned>(gw), static_cast<unsigned>(gh), 1, XYPixmap));
     XFreeGC(dpy_, gc);
     XFreePixmap(dpy_, glyphs);
     XFreeFont(dpy_, font);
-    if (!mask)
-        return false;
-
-    // The text's box shrunk to its inked rows and columns.
-    int x0 = tw, y0 = th, x1 = -1, y1 = -1;
-    for (int y = 0; y < th; y++)
-        for (int x = 0; x < tw; x++)
-            if (XGetPixel(mask, x, y)) {
-                x0 = std::min(x0, x);
-                y0 = std::min(y0, y);
-                x1 = std::max(x1, x);
-                y1 = std::max(y1, y);
-            }
-    std::vector<std::vector<bool>> ink;
-    for (int y = y0; y <= y1; y++) {
-        ink.emplace_back();
-        for (int x = x0; x <= x1; x++)
-            ink.back().push_back(XGetPixel(mask, x, y) != 0);
-    }
-    XDestroyImage(mask);
-    if (x1 < 0)
-        return false;
-    int gw = x1 - x0 + 1, gh = y1 - y0 + 1;
-
     XWindowAttributes attr;
-    if (!XGetWindowAttributes(dpy_, w, &attr) || attr.width < gw || attr.height < gh)
+    if (!mask || !XGetWindowAttributes(dpy_, w, &attr) || attr.width < gw || attr.height < gh)
         return false;
-    XImage* shot = XGetImage(dpy_, w, 0, 0, static_cast<unsigned>(attr.width), static_cast<unsigned>(attr.height),
-                             AllPlanes, ZPixmap);
-    if (!shot)
-        return false;
-    bool found = false;
-    for (int oy = 0; oy + gh <= attr.height && !found; oy++)
-        for (int ox = 0; ox + gw <= attr.width && !found; ox++) {
+    ImagePtr shot(XGetImage(dpy_, w, 0, 0, static_cast<unsigned>(attr.width), static_cast<unsigned>(attr.height),
+                            AllPlanes, ZPixmap));
+    for (int oy = 0; shot && oy + gh <= attr.height; oy++)
+        for (int ox = 0; ox + gw <= attr.width; ox++) {
             bool match = true;
             for (int y = 0; y < gh && match; y++)
                 for (int x = 0; x < gw && match; x++)
-                    match = (XGetPixel(shot, ox + x, oy + y) == foreground) == ink[y][x];
-            found = match;
+                    match = (XGetPixel(shot.get(), ox + x, oy + y) == foreground) == (XGetPixel(mask.get(), x, y) != 0);
+            if (match)
+                return true;
         }
-    XDestroyImage(shot);
-    return found;
+    return false;
 }
 
 static std::vector<Geometry> child_windows(Display* dpy, Window w)

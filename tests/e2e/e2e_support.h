@@ -59,9 +59,6 @@ public:
     std::string stderr_text() const;
     bool wait_stdout(const std::string& text, int timeoutMs = 5000) const;
 
-    // Keeps <build>/e2e-shots/<name>.png for a look after a failing run.
-    void screenshot(const std::string& name) const;
-
     // True when the window shows `text` in the core font `xlfd`: every glyph
     // pixel is `foreground` and every other pixel of the text's box is not.
     bool shows_text(Window w, const char* xlfd, const std::string& text, unsigned long foreground);

@@ -73,7 +73,6 @@ TEST(FilesE2e, SaveAsSaveInPlaceThenQuitAsks)
     e2e_sleep_ms(300);
     app.focus(fd);   // the offered name is selected: typing replaces it
     type_text(app, s.dir + "/drawn");
-    app.screenshot("files-save-as-typed");
     app.key(0, "Return");
     ASSERT_NE(app.wait_window("drawn.px"), 0u) << "the window takes the file's name";
     std::string target = s.dir + "/drawn.px";
@@ -98,7 +97,6 @@ TEST(FilesE2e, SaveAsSaveInPlaceThenQuitAsks)
     ASSERT_NE(ask, 0u) << "Quit did not ask about the unsaved drawing";
     EXPECT_TRUE(app.running());
     e2e_sleep_ms(300);
-    app.screenshot("files-confirm-close");
     XWindowAttributes a{};
     ASSERT_TRUE(XGetWindowAttributes(app.display(), ask, &a));
     app.click(ask, a.width / 2, a.height * 7 / 10);   // Discard, the middle button

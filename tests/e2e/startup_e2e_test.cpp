@@ -49,7 +49,6 @@ TEST(StartupE2e, OptionsAndTheFirstWindow)
             EXPECT_TRUE(app.wait_stdout(std::string("Status: ") + c.status)) << app.stdout_text();
         }
         e2e_sleep_ms(500);
-        app.screenshot("startup-" + std::to_string(c.args.size()));
         EXPECT_EQ(app.windows().size(), 1u) << what;
         EXPECT_TRUE(app.shows_text(w, labelFont, c.status, BlackPixel(app.display(), 0))) << what;
     }

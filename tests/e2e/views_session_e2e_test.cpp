@@ -65,8 +65,6 @@ TEST(ViewsSessionE2e, ViewsShowThePictureAndTheSessionEndsIt)
         EXPECT_EQ(rgb_of(dpy, XGetPixel(shown.get(), x, 5)), want) << "small view column " << x;
     }
 
-    app.screenshot("views_session");
-
     // The session ends: prepare-to-die closes the unmodified drawing and
     // the program stays until closedown.
     app.send_protocol(shell, "WM_PREPARE_TO_DIE");
