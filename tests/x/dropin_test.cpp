@@ -51,15 +51,13 @@ struct Peer {
         XGetWindowProperty(dpy, w, property, 0, 1024, False, AnyPropertyType, type, &format, &n, &after, &data);
         size_t size = format == 32 ? n * sizeof(long) : n * (format / 8);   // Xlib hands out longs
         std::string s = data ? std::string(reinterpret_cast<char*>(data), size) : "";
-        if (data)
-            XFree(data);
+        XFree(data);
         return s;
     }
     bool has(Window w, Atom p)
     {
         Atom type = None;
-        property(w, p, &type);
-        return type != None;
+        return property(w, p, &type), type != None;
     }
     // A mapped, unmanaged window that advertises itself as a drop site.
     Window make_site(int x, int y)

@@ -142,7 +142,7 @@ TEST(SmallView, ShowsFollowsAndPaints)
 
 // Zooming to actual size hides the view and turns its toggle off and insensitive; zooming in again leaves it
 // hidden; at actual size the command does nothing; Close and the toggle both hide it.
-TEST(SmallView, ToggleZoomAndClose)
+TEST(SmallView, ToggleZoomCloseRenameAndBitmap)
 {
     Drawing* d = make_drawing(16, 16);
     set_zoom(d, 0);
@@ -178,18 +178,11 @@ TEST(SmallView, ToggleZoomAndClose)
     filetest::press(d->smallViewDialog, "Close");
     EXPECT_FALSE(XtIsManaged(d->smallViewDialog));
     EXPECT_FALSE(toggle_on(d, CMD_SHOW_SMALL_VIEW)) << "Close turns the toggle off";
-}
 
-// A bitmap's small view shows black and white; the title follows a new
-// name the next time the view opens.
-TEST(SmallView, BitmapAndRename)
-{
-    Drawing* d = make_drawing(30, 20);
-    set_zoom(d, 1);
+    // The title follows a new name the next time the view opens; a bitmap's view shows black and white.
     set_name(d, "/tmp/renamed.xpm");
     run_command(d, CMD_SHOW_SMALL_VIEW, nullptr, True);
     EXPECT_EQ(dialog_title(d->smallViewDialog), "/tmp/renamed.xpm");
-
     Drawing* b = create_drawing("bits", 12, 10, 1, None, -1, -1, nullptr);
     ASSERT_NE(b, nullptr);
     pump();
