@@ -271,6 +271,15 @@ bool E2eApp::wait_stdout(const std::string& text, int timeoutMs) const
     return poll(timeoutMs, [&] { return stdout_text().find(text) != std::string::npos; });
 }
 
+void E2eApp::screenshot(const std::string& name) const
+{
+    std::string dir = std::string(PICTREL_BUILD_DIR) + "/e2e-shots";
+    make_dir(dir);
+    std::string cmd = "import -display '" + displayName_ + "' -window root '" + dir + "/" + name + ".png' >/dev/null 2>&1";
+    if (displayName_.empty() || system(cmd.c_str()) != 0)
+        return;   // a missing picture only makes a failure harder to look at
+}
+
 bool E2eApp::shows_text(Window w, const char* xlfd, const std::string& text, unsigned long foreground)
 {
     XFontStruct* font = dpy_ && w && !text.empty() ? XLoadQueryFont(dpy_, xlfd) : nullptr;

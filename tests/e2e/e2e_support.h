@@ -59,6 +59,9 @@ public:
     std::string stderr_text() const;
     bool wait_stdout(const std::string& text, int timeoutMs = 5000) const;
 
+    // Keeps <build>/e2e-shots/<name>.png for a look after a failing run.
+    void screenshot(const std::string& name) const;
+
     // True when the window shows `text` in the core font `xlfd`: every glyph
     // pixel is `foreground` and every other pixel of the text's box is not.
     bool shows_text(Window w, const char* xlfd, const std::string& text, unsigned long foreground);
@@ -100,10 +103,10 @@ std::vector<Window> palette(Display* dpy, Window top, size_t count, int w, int h
 // The one viewable window of exactly that size (a drawing's canvas area).
 Window find_canvas(Display* dpy, Window shell, int width, int height);
 
-struct ImageDeleter {
+struct XImageDeleter {
     void operator()(XImage* im) const { XDestroyImage(im); }
 };
-using ImagePtr = std::unique_ptr<XImage, ImageDeleter>;
+using ImagePtr = std::unique_ptr<XImage, XImageDeleter>;
 // The window's pixels, with `top` raised above other tests' windows and the
 // server grabbed while reading.
 ImagePtr read_window(Display* dpy, Window top, Window w, int width, int height);

@@ -191,7 +191,7 @@ int XErrorTrap::errors()
     return trappedErrors;
 }
 
-bool sensitive(Drawing* d, int command)
+bool item_sensitive(Drawing* d, int command)
 {
     Widget w = menu_item(d, command);
     return w && XtIsSensitive(w);

@@ -73,7 +73,7 @@ public:
 };
 
 // Whether the drawing's menu item of the command exists and is sensitive.
-bool sensitive(Drawing* d, int command);
+bool item_sensitive(Drawing* d, int command);
 
 // The server's count of requests issued so far.
 unsigned long request_count();

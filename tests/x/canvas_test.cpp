@@ -44,9 +44,9 @@ TEST(Canvas, ZoomStepsAndMenuSensitivity)
             (s.command ? zoom_in : zoom_out)(d, ev);
         pump();
         ASSERT_EQ(d->zoom, s.zoom);
-        EXPECT_EQ(sensitive(d, CMD_ZOOM_IN), s.zoom < 4) << s.zoom;
-        EXPECT_EQ(sensitive(d, CMD_ZOOM_OUT), s.zoom > 0) << s.zoom;
-        EXPECT_EQ(sensitive(d, CMD_SHOW_SMALL_VIEW), s.zoom > 0) << s.zoom;
+        EXPECT_EQ(item_sensitive(d, CMD_ZOOM_IN), s.zoom < 4) << s.zoom;
+        EXPECT_EQ(item_sensitive(d, CMD_ZOOM_OUT), s.zoom > 0) << s.zoom;
+        EXPECT_EQ(item_sensitive(d, CMD_SHOW_SMALL_VIEW), s.zoom > 0) << s.zoom;
         EXPECT_EQ(d->activeArea, s.zoom ? d->zoomedArea : d->actualArea);
         EXPECT_EQ(d->activeWindow, XtWindow(d->activeArea));
         EXPECT_FALSE(XtIsManaged(s.zoom ? d->actualArea : d->zoomedArea));

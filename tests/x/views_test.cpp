@@ -146,13 +146,13 @@ TEST(SmallView, ToggleZoomCloseRenameAndBitmap)
 {
     Drawing* d = make_drawing(16, 16);
     set_zoom(d, 0);
-    EXPECT_FALSE(sensitive(d, CMD_SHOW_SMALL_VIEW));
+    EXPECT_FALSE(item_sensitive(d, CMD_SHOW_SMALL_VIEW));
     run_command(d, CMD_SHOW_SMALL_VIEW, nullptr, True);
     EXPECT_FALSE(XtIsManaged(d->smallViewDialog)) << "no small view at actual size";
     EXPECT_FALSE(toggle_on(d, CMD_SHOW_SMALL_VIEW));
 
     zoom_in(d, nullptr);
-    EXPECT_TRUE(sensitive(d, CMD_SHOW_SMALL_VIEW));
+    EXPECT_TRUE(item_sensitive(d, CMD_SHOW_SMALL_VIEW));
     run_command(d, CMD_SHOW_SMALL_VIEW, nullptr, True);
     pump();
     ASSERT_TRUE(XtIsManaged(d->smallViewDialog));
@@ -161,7 +161,7 @@ TEST(SmallView, ToggleZoomCloseRenameAndBitmap)
     EXPECT_EQ(d->zoom, 0);
     EXPECT_FALSE(XtIsManaged(d->smallViewDialog));
     EXPECT_FALSE(toggle_on(d, CMD_SHOW_SMALL_VIEW));
-    EXPECT_FALSE(sensitive(d, CMD_SHOW_SMALL_VIEW));
+    EXPECT_FALSE(item_sensitive(d, CMD_SHOW_SMALL_VIEW));
     zoom_in(d, nullptr);
     pump();
     EXPECT_FALSE(XtIsManaged(d->smallViewDialog)) << "zooming in does not bring it back";

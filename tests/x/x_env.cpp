@@ -78,6 +78,13 @@ void post_pointer(Window w, int type, unsigned button, int wx, int wy, unsigned 
     XSendEvent(app().display, w, True, mask, &ev);
 }
 
+void send_motion(Window w, int wx, int wy, unsigned state)
+{
+    XEvent ev = pointer_event(w, MotionNotify, 0, wx, wy, state);
+    XSendEvent(app().display, w, True, ButtonMotionMask | PointerMotionMask, &ev);
+    pump();
+}
+
 void xtest_move(Window w, int wx, int wy)
 {
     Window child;

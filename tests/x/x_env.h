@@ -26,6 +26,7 @@ unsigned long window_pixel(Window w, int x, int y);
 // coordinates; post_pointer sends it to the window without pumping.
 XEvent pointer_event(Window w, int type, unsigned button, int wx, int wy, unsigned state = 0);
 void post_pointer(Window w, int type, unsigned button, int wx, int wy, unsigned state = 0);
+void send_motion(Window w, int wx, int wy, unsigned state);
 
 // Real input through XTest: moves the pointer to window coordinates.
 void xtest_move(Window w, int wx, int wy);
