@@ -24,7 +24,6 @@ struct ClipboardState {
     Window window = None;   // the first one used serves every later call
     Pixmap owned = None;
     long dataId = 0;
-    bool usable = false;
 };
 ClipboardState clip;
 
@@ -80,18 +79,20 @@ long registered_length(Display* dpy)
 
 Window clipboard_window(Drawing* d)
 {
-    if (!clip.window && d && d->shell && XtIsRealized(d->shell)) {
-        Display* dpy = app().display;
-        // Bytes, not 32-bit items: the identifier travels as four bytes
-        // whatever the size of a long, which 32-bit formats would widen.
-        XmClipboardRegisterFormat(dpy, formatName, 8);
-        // Another client may have registered the name with another length;
-        // the toolkit would then store our item unreadably and end the
-        // program on the next retrieve. Leave the clipboard alone instead.
-        clip.usable = registered_length(dpy) == 8;
+    if (!clip.window && d && d->shell && XtIsRealized(d->shell))
         clip.window = XtWindow(d->shell);
-    }
-    return clip.usable ? clip.window : None;
+    if (!clip.window)
+        return None;
+    Display* dpy = app().display;
+    // Bytes, not 32-bit items: the identifier travels as four bytes
+    // whatever the size of a long, which 32-bit formats would widen.
+    if (registered_length(dpy) != 8)
+        XmClipboardRegisterFormat(dpy, formatName, 8);
+    // Another client may register the name with another length at any
+    // time, also after our first use; the toolkit would then store our
+    // item unreadably and end the program on the next retrieve. Look
+    // before every use and leave the clipboard alone instead.
+    return registered_length(dpy) == 8 ? clip.window : None;
 }
 
 Time event_time(const XEvent* event)

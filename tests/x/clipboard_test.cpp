@@ -148,7 +148,8 @@ TEST(Clipboard, WrongDepthAndVanishedPixmaps)
 
 // Another client that registered the format name with another length
 // would make the toolkit store unreadable items and end the program on the
-// next retrieve: the clipboard is then left alone.
+// next retrieve: the clipboard is then left alone, also when the name is
+// taken over after the program has used the clipboard.
 TEST(Clipboard, ForeignFormatLengthIsLeftAlone)
 {
     Display* dpy = app().display;
@@ -158,10 +159,11 @@ TEST(Clipboard, ForeignFormatLengthIsLeftAlone)
                         reinterpret_cast<unsigned char*>(&length), 1);
         XSync(dpy, False);
     };
-    set_length(32);
     Drawing* d = make_drawing(8, 8);
     ASSERT_NE(d, nullptr);
     run_command(d, CMD_SELECT_ALL, nullptr, False);
+    EXPECT_EQ(run_command(d, CMD_COPY, nullptr, False), 0);
+    set_length(32);
     EXPECT_NE(run_command(d, CMD_COPY, nullptr, False), 0);
     EXPECT_FALSE(clipboard_can_paste(d));
     EXPECT_NE(run_command(d, CMD_PASTE, nullptr, False), 0);
