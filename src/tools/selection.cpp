@@ -340,7 +340,9 @@ int paste_pixmap(Drawing* d, Pixmap source)
     set_rect(s->origin, at.x, at.y, 0, 0);
     paint_selection(d, at.x, at.y);
     march(d);
-    set_undo_sensitive(d, true);
+    // The paste is a fresh start like a press of the select tool: Undo
+    // comes back at the next release.
+    set_undo_sensitive(d, false);
     update_selection_sensitivity(d);
     return 0;
 }

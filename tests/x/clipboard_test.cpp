@@ -13,6 +13,7 @@
 #include "app/commands.h"
 #include "app/draw.h"
 #include "canvas/image_store.h"
+#include "canvas/undo.h"
 #include "colour/color_list.h"
 #include "imageops/clipboard.h"
 #include "tools/palettes.h"
@@ -96,6 +97,7 @@ TEST(Clipboard, CopyAndCutBetweenDrawings)
     EXPECT_EQ(b->selection->current.x, 0);
     EXPECT_EQ(b->selection->current.width, 2);
     EXPECT_EQ(b->selection->mode, 2);
+    EXPECT_FALSE(undo_sensitive(b)) << "a paste leaves nothing to undo";
     select_tool(b, TOOL_PENCIL);   // lay it down
     pump();
     // The pasted colours are B's own cells: black is B's black, the
