@@ -1,6 +1,7 @@
 // The clipboard item "orvbit": one format private to the program holding a
-// 4-byte pixmap identifier. The pixmaps put there are never freed: another
-// client may paste them at any time while this program runs.
+// 4-byte pixmap identifier. The pixmap on the clipboard lives as long as it
+// is there (another client may paste it at any time while this program
+// runs); it is freed when this program puts the next one in its place.
 #include "imageops/clipboard.h"
 
 #include <Xm/CutPaste.h>
@@ -184,6 +185,11 @@ int clipboard_copy(Drawing* d, XEvent* event)
         XFreePixmap(dpy, copy);
         return 1;
     }
+    // The clipboard now names the new copy, and a paste copies the pixels
+    // at once, so the one put there before serves nobody: without this
+    // every Copy would leave a pixmap in the server for the program's life.
+    if (clip.owned && clip.owned != copy)
+        XFreePixmap(dpy, clip.owned);
     clip.owned = copy;
     clip.dataId = dataId;
     return 0;

@@ -46,6 +46,16 @@ void offer_identifier(Drawing* d, uint32_t id)
     XmStringFree(label);
 }
 
+uint32_t clipboard_identifier(Drawing* d)
+{
+    uint32_t id = 0;
+    unsigned long got = 0;
+    long privateId = 0;
+    XmClipboardRetrieve(app().display, XtWindow(d->shell), const_cast<char*>("PICTREL_PIXMAP"),
+                        &id, sizeof id, &got, &privateId);
+    return got == sizeof id ? id : 0;
+}
+
 bool in_list(Drawing* d, unsigned long pixel)
 {
     ColorList* list = color_list_of(d);
@@ -111,9 +121,20 @@ TEST(Clipboard, CopyAndCutBetweenDrawings)
     EXPECT_EQ(rgb(p1).red, rgb(odd->pixel).red);
     EXPECT_EQ(rgb(p1).blue, rgb(odd->pixel).blue);
 
-    // Cut clears the source.
+    // Cut clears the source; the pixmap of the earlier copy, no longer on
+    // the clipboard, is not left behind in the server.
+    uint32_t earlier = clipboard_identifier(a);
+    ASSERT_NE(earlier, 0u);
     ASSERT_EQ(run_command(a, CMD_CUT, nullptr, False), 0);
     pump();
+    EXPECT_NE(clipboard_identifier(a), earlier);
+    {
+        XErrorTrap trap;
+        Window root;
+        int x, y;
+        unsigned w, h, border, depth;
+        EXPECT_FALSE(XGetGeometry(app().display, earlier, &root, &x, &y, &w, &h, &border, &depth));
+    }
     EXPECT_FALSE(selection_exists(a));
     EXPECT_EQ(image_pixel(a, 5, 6), background_pixel(a));
     EXPECT_EQ(image_pixel(a, 6, 7), background_pixel(a));
