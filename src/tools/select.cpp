@@ -136,8 +136,10 @@ void drag_motion(Drawing* d, Selection* s, Point p, unsigned state)
 void undo(Drawing* d, Selection* s)
 {
     stop_march(d);
-    const XRectangle& c = s->current;
-    const XRectangle& o = s->origin;
+    // After Clear or Cut there is no selection, but what it took away.
+    bool cleared = !selection_exists(d);
+    const XRectangle& c = cleared ? s->cleared[0] : s->current;
+    const XRectangle& o = cleared ? s->cleared[1] : s->origin;
     restore_rect(d, c.x, c.y, c.width, c.height);
     restore_rect(d, o.x, o.y, o.width, o.height);
     refresh_rect(d, c.x, c.y, c.width, c.height);
@@ -164,6 +166,7 @@ void select_input(Widget w, Drawing* d, XEvent* event)
         return;
     case TOOL_DESELECTED:
         settle_and_drop(d);
+        drop_selection(d);   // nor is a Clear undone under another tool
         set_undo_sensitive(d, false);
         update_selection_sensitivity(d);
         return;

@@ -194,6 +194,7 @@ void drop_selection(Drawing* d)
     }
     s->current = XRectangle{};
     s->origin = s->current;
+    s->cleared[0] = s->cleared[1] = s->current;
     s->mode = 0;
 }
 
@@ -260,6 +261,7 @@ int select_all(Drawing* d)
     if (!s)
         return 1;
     settle_and_drop(d);
+    drop_selection(d);   // also forgets an earlier Clear
     commit(d);
     Pixmap p = XCreatePixmap(app().display, app().root, d->width, d->height,
                              static_cast<unsigned>(d->depth));
@@ -295,7 +297,12 @@ int clear_selection(Drawing* d)
         restore_rect(d, c.x, c.y, c.width, c.height);
     }
     refresh_rect(d, c.x, c.y, c.width, c.height);
+    XRectangle taken[2] = {c, s->origin};
     drop_selection(d);
+    // savedImage still holds the picture from before the lift: Undo puts
+    // both places back from it, as it does for a move.
+    s->cleared[0] = taken[0];
+    s->cleared[1] = taken[1];
     update_selection_sensitivity(d);
     return 0;
 }
@@ -324,6 +331,7 @@ int paste_pixmap(Drawing* d, Pixmap source)
         select_tool(d, TOOL_SELECT);
     Selection* s = selection_record(d);
     settle_and_drop(d);
+    drop_selection(d);   // also forgets an earlier Clear
     commit(d);
     Pixmap p = XCreatePixmap(dpy, app().root, w, h, depth);
     if (!p)

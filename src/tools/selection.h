@@ -20,6 +20,9 @@ struct Selection {
     int mode = 0;              // 0 rubber band, 1 drag that cuts, 2 that copies
     Pixmap pixels = None;      // current width x height, drawing depth
     XtIntervalId timer = 0;    // pending march
+    // What the last Clear or Cut took away (current, then origin), so that
+    // Undo can bring it back; empty once anything else has happened.
+    XRectangle cleared[2]{};
 };
 
 // The drawing's record, made on first use.

@@ -122,6 +122,20 @@ TEST(Selection, MakeMoveAndUndo)
     EXPECT_EQ(current(d).width, 0);
     EXPECT_FALSE(undo_sensitive(d));
     EXPECT_EQ(check_image_copy(d), "");
+
+    // Clear of a moved selection, then undo: both places come back.
+    unsigned long under = image_pixel(d, 13, 20);
+    stroke(d, Button1, {{12, 12}, {15, 14}});
+    stroke(d, Button1, {{13, 13}, {14, 20}});
+    run_command(d, CMD_CLEAR, nullptr, False);
+    EXPECT_EQ(image_pixel(d, 12, 12), bg);
+    ASSERT_TRUE(undo_sensitive(d));
+    cmd_undo(d, nullptr, False);
+    pump();
+    EXPECT_EQ(block_at(d, 12, 12, 4, 3, 20), "");
+    EXPECT_EQ(image_pixel(d, 13, 20), under);
+    EXPECT_FALSE(undo_sensitive(d));
+    EXPECT_EQ(check_image_copy(d), "");
 }
 
 // Button 3 drags a copy; the source stays.
