@@ -7,6 +7,7 @@
 
 #include <cstdlib>
 #include <memory>
+#include <new>
 
 #include "app/app.h"
 #include "app/draw.h"
@@ -79,10 +80,16 @@ using BufferTransform = PixelBuffer (*)(const PixelBuffer&);
 
 int transform(Drawing* d, Selection* s, BufferTransform t)
 {
-    PixelBuffer src;
-    if (!s || !read_pixels(d, s->pixels, s->current.width, s->current.height, &src))
+    // A buffer holds a long per pixel: a large pasted selection may not
+    // fit in memory, and then it simply stays as it is.
+    try {
+        PixelBuffer src;
+        if (!s || !read_pixels(d, s->pixels, s->current.width, s->current.height, &src))
+            return 1;
+        return replace_pixels(d, s, t(src));
+    } catch (const std::bad_alloc&) {
         return 1;
-    return replace_pixels(d, s, t(src));
+    }
 }
 
 int nudge(Drawing* d, int dx, int dy)
@@ -114,18 +121,26 @@ int invert_selection(Drawing* d, Selection* s)
     // plane of colour pixels would give arbitrary colours.
     if (d->depth != 1)
         return 1;
-    PixelBuffer buf;
-    if (!s || !read_pixels(d, s->pixels, s->current.width, s->current.height, &buf))
+    try {
+        PixelBuffer buf;
+        if (!s || !read_pixels(d, s->pixels, s->current.width, s->current.height, &buf))
+            return 1;
+        invert_bits(buf);
+        return replace_pixels(d, s, buf);
+    } catch (const std::bad_alloc&) {
         return 1;
-    invert_bits(buf);
-    return replace_pixels(d, s, buf);
+    }
 }
 
 int trim_selection(Drawing* d, Selection* s)
 {
     PixelBuffer buf;
-    if (!s || !read_pixels(d, s->pixels, s->current.width, s->current.height, &buf))
-        return 1;
+    try {
+        if (!s || !read_pixels(d, s->pixels, s->current.width, s->current.height, &buf))
+            return 1;
+    } catch (const std::bad_alloc&) {
+        return 1;   // too large to scan: left untrimmed
+    }
     XGCValues v;
     XGetGCValues(app().display, d->backgroundGC, GCForeground, &v);
     Box b = trim_box(buf, d->depth == 1 ? (v.foreground & 1) : v.foreground);

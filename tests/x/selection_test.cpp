@@ -5,7 +5,10 @@
 
 #include <X11/Xlib.h>
 
+#include <sys/resource.h>
 #include <unistd.h>
+
+#include <cstdio>
 
 #include <string>
 #include <vector>
@@ -312,4 +315,39 @@ TEST(Selection, MarchingOutline)
     pump();
     EXPECT_EQ(d->selection->timer, 0u);
     res().movingSelection = was;
+}
+
+// A transform whose pixel buffer does not fit in memory leaves the
+// selection as it was instead of ending the program.
+TEST(Selection, TransformWithoutMemoryKeepsSelection)
+{
+    Drawing* d = selecting_drawing(16, 16);
+    ASSERT_NE(d, nullptr);
+    Display* dpy = app().display;
+    Pixmap big = XCreatePixmap(dpy, app().root, 3000, 2000, static_cast<unsigned>(d->depth));
+    XFillRectangle(dpy, big, d->backgroundGC, 0, 0, 3000, 2000);
+    ASSERT_EQ(paste_pixmap(d, big), 0);
+    XFreePixmap(dpy, big);
+    pump();
+    // Room for the X image of the pixels, not for a long per pixel.
+    long pages = 0;
+    if (FILE* f = std::fopen("/proc/self/statm", "r")) {
+        if (std::fscanf(f, "%ld", &pages) != 1)
+            pages = 0;
+        std::fclose(f);
+    }
+    ASSERT_GT(pages, 0);
+    rlimit old{};
+    getrlimit(RLIMIT_AS, &old);
+    rlimit tight = old;
+    tight.rlim_cur = static_cast<rlim_t>(pages) * static_cast<rlim_t>(sysconf(_SC_PAGESIZE)) + (24u << 20);
+    if (old.rlim_cur != RLIM_INFINITY && old.rlim_cur <= tight.rlim_cur)
+        GTEST_SKIP() << "the address space is already limited";
+    ASSERT_EQ(setrlimit(RLIMIT_AS, &tight), 0);
+    int status = run_command(d, CMD_ROTATE, nullptr, False);
+    setrlimit(RLIMIT_AS, &old);
+    EXPECT_NE(status, 0);
+    ASSERT_TRUE(selection_exists(d));
+    EXPECT_EQ(current(d).width, 3000);
+    EXPECT_EQ(current(d).height, 2000);
 }
