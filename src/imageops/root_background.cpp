@@ -8,8 +8,10 @@
 #include "app/app.h"
 #include "app/draw.h"
 #include "canvas/image_store.h"
+#include "tools/hotspot.h"
 #include "tools/palettes.h"
 #include "tools/selection.h"
+#include "tools/text.h"
 #include "tools/tool_table.h"
 
 namespace {
@@ -67,6 +69,11 @@ int set_root_background(Drawing* d)
     if (!d || !d->image || !d->shell)
         return 1;
     Display* dpy = app().display;
+    // The text caret and the blinking hotspot marker are drawn into the
+    // image; the screen's background gets the picture without them, as a
+    // saved file does.
+    text_hide_caret(d);
+    hotspot_hide_marker(d);
     Pixmap source = d->image;
     unsigned w = d->width, h = d->height;
     if (selection_exists(d) && d->selection->pixels) {

@@ -75,6 +75,23 @@ TEST(RootBackground, TilesSelectionOrImage)
     EXPECT_EQ(window_pixel(app().root, 1202, 1010), app().whitePixel);
 }
 
+// The text caret drawn into the image is not part of the background.
+TEST(RootBackground, LeavesTheCaretOut)
+{
+    Drawing* d = make_drawing(64, 64);
+    ASSERT_NE(d, nullptr);
+    paint_columns(d, 64, 64, 20);
+    commit(d);
+    select_tool(d, TOOL_ALPHA);
+    pump();
+    stroke(d, Button1, {{5, 20}});
+    ASSERT_EQ(image_pixel(d, 7, 20), foreground_pixel(d)) << "the caret is shown";
+    ASSERT_EQ(run_command(d, CMD_SET_ROOT_WINDOW, nullptr, False), 0);
+    pump();
+    ServerGrab grab;
+    EXPECT_EQ(window_pixel(app().root, 64 * 18 + 7, 64 * 15 + 20), 27u);
+}
+
 // The topmost viewable window under a point, edges included; none over
 // the bare root or an unmapped window.
 TEST(RootBackground, WindowAtPoint)
