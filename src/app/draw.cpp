@@ -252,6 +252,8 @@ Drawing* create_drawing(const char* name, int width, int height, int depth, Pixm
     d->depth = depth;
     d->hotspotX = hotspotX;
     d->hotspotY = hotspotY;
+    d->hotspotUndoX = hotspotX;
+    d->hotspotUndoY = hotspotY;
     d->hasFile = source != None;
     d->modified = 0;
     d->closing = 0;

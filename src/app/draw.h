@@ -60,6 +60,9 @@ struct Drawing {
     int hotspotX, hotspotY;   // -1, -1 when none
     XtIntervalId hotspotBlink;   // the hotspot tool's marker timer, 0 when none
     int hotspotPhase;         // which marker colour the next blink draws
+    // The hotspot before the hotspot tool's last click, for its undo. Kept
+    // per drawing: an undo must not bring in another drawing's hotspot.
+    int hotspotUndoX, hotspotUndoY;
     unsigned char modified;
     unsigned char hasFile;
     int closing;              // set while the session manager ends the program

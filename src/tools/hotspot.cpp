@@ -17,7 +17,6 @@ namespace {
 
 constexpr unsigned long BLINK_MS = 100;
 
-Point previous{-1, -1};   // the hotspot before the last click, for undo
 bool pressed;
 
 bool on_image(const Drawing* d, int x, int y)
@@ -97,7 +96,8 @@ void hotspot_input(Widget w, Drawing* d, XEvent* event)
         if (!pressed)
             break;
         unmark(d);
-        previous = Point{d->hotspotX, d->hotspotY};
+        d->hotspotUndoX = d->hotspotX;
+        d->hotspotUndoY = d->hotspotY;
         d->hotspotX = p.x;
         d->hotspotY = p.y;
         // The hotspot is part of the file: closing must ask about it.
@@ -111,8 +111,8 @@ void hotspot_input(Widget w, Drawing* d, XEvent* event)
         break;
     case TOOL_UNDO:
         unmark(d);
-        d->hotspotX = previous.x;
-        d->hotspotY = previous.y;
+        d->hotspotX = d->hotspotUndoX;
+        d->hotspotY = d->hotspotUndoY;
         set_undo_sensitive(d, false);
         break;
     default:

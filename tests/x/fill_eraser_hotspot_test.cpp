@@ -172,9 +172,15 @@ TEST(Hotspot, MoveUndoBlinkAndSave)
     stroke(d, Button1, {{5, 6}});
     stroke(d, Button1, {{99, 99}});
     EXPECT_EQ(d->hotspotX, 5) << "a click beside the image is ignored";
+    // A hotspot moved in another drawing meanwhile is not what undo brings.
+    Drawing* other = create_drawing("other", 40, 40, 1, None, 30, 30, nullptr);
+    ASSERT_NE(other, nullptr);
+    select_tool(other, TOOL_HOTSPOT);
+    stroke(other, Button1, {{1, 1}});
     cmd_undo(d, nullptr, False);
     EXPECT_EQ(d->hotspotX, 2);
     EXPECT_EQ(d->hotspotY, 3);
+    close_drawing(other);
     EXPECT_FALSE(undo_sensitive(d));
     stroke(d, Button1, {{5, 6}});
     EXPECT_EQ(image_pixel(d, 2, 3), 0u) << "the old place lost its marker";
