@@ -17,6 +17,7 @@
 #include "app/menus.h"
 #include "canvas/undo.h"
 #include "tools/shapes.h"
+#include "tools/text.h"
 #include "tools/tool_table.h"
 
 const unsigned char patternBits[PATTERN_COUNT][8] = {
@@ -300,5 +301,6 @@ void reset_tool_state(Drawing* d)
     if (Widget tb = child_at(d->lineWidthBox, 0))
         XmToggleButtonSetState(tb, True, True);
     d->lineWidth = lineWidths[0];
+    text_reset(d);
     set_undo_sensitive(d, false);
 }

@@ -18,6 +18,7 @@
 #include "app/draw.h"
 #include "canvas/image_store.h"
 #include "canvas/undo.h"
+#include "fonts/font_dialog.h"
 #include "fonts/font_names.h"
 #include "tools/geometry.h"
 #include "tools/tool_handlers.h"
@@ -389,4 +390,18 @@ void text_hide_caret(Drawing* d)
 {
     if (TextRecord* t = record_of(d))
         hide_caret(d, t);
+}
+
+void text_reset(Drawing* d)
+{
+    TextRecord* t = record_of(d);
+    if (!t)
+        return;
+    // The caret was drawn into the old picture, which goes: nothing to
+    // take out of the new one.
+    t->active = false;
+    t->caretShown = false;
+    t->caretX = -1;
+    if (const char* chosen = current_font_choice().name)
+        text_set_font(d, chosen);
 }

@@ -18,3 +18,8 @@ XFontStruct* text_font(Drawing* d);
 // Takes the caret out of the image (it is drawn into the picture itself);
 // the next key typed shows it again.
 void text_hide_caret(Drawing* d);
+
+// Readies the text of a drawing that (re)opens in its record: no text and
+// no caret carried over from the picture that had the record before, and
+// the font chosen in the font chooser, like every other open drawing.
+void text_reset(Drawing* d);

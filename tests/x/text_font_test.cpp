@@ -4,6 +4,7 @@
 #include "canvas_support.h"   // first: gtest before Xlib's macros
 
 #include <X11/XKBlib.h>
+#include <X11/Xatom.h>
 #include <X11/keysym.h>
 #include <Xm/List.h>
 #include <Xm/ToggleB.h>
@@ -243,6 +244,16 @@ TEST(FontChooser, PickFontWhileTyping)
     ASSERT_NE(bold, nullptr);
     EXPECT_EQ(bold->ascent + bold->descent, 13);
     EXPECT_EQ(current_font_choice().lineHeight, font_line_height(bold->ascent, bold->descent));
+    // A drawing opened now types in the chosen font too.
+    Drawing* fresh = make_drawing(20, 20);
+    ASSERT_NE(fresh, nullptr);
+    ASSERT_NE(text_font(fresh), nullptr);
+    unsigned long nameAtom = 0;
+    ASSERT_TRUE(XGetFontProperty(text_font(fresh), XA_FONT, &nameAtom));
+    char* fullName = XGetAtomName(app().display, nameAtom);
+    EXPECT_NE(strcasestr(fullName, "-bold-"), nullptr) << fullName;
+    XFree(fullName);
+    close_drawing(fresh);
 
     text_hide_caret(d);
     Pixmap hi = expected_text(d, before, bold, {{4, 30, "Hi"}});
