@@ -29,10 +29,14 @@ Point kept_in_range(Point p)
 }
 
 // The pointer's window x: the input layer keeps it in the root field for
-// the magnified area.
-int window_x(Drawing* d, const XEvent* event)
+// the magnified area. Elsewhere (the actual-size small view) every screen
+// pixel is the first of its image pixel, and the root field is only the
+// position on the screen.
+int window_x(Widget w, Drawing* d, const XEvent* event)
 {
-    return d->zoom > 0 ? event->xbutton.x_root : event->xbutton.x;
+    if (d->zoom <= 0 || w != d->zoomedArea)
+        return 0;
+    return event->xbutton.x_root;
 }
 
 }  // namespace
@@ -46,7 +50,7 @@ void eraser_input(Widget w, Drawing* d, XEvent* event)
         commit(d);
         // Whatever the button, the eraser paints the background.
         set_line_width(d->backgroundGC, 1);
-        side = eraser_side(d->zoom, window_x(d, event));
+        side = eraser_side(d->zoom, window_x(w, d, event));
         Point p = kept_in_range(event_point(event));
         XFillRectangle(app().display, d->image, d->backgroundGC, p.x, p.y, static_cast<unsigned>(side),
                        static_cast<unsigned>(side));

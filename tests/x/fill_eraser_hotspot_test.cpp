@@ -3,6 +3,7 @@
 #include "canvas_support.h"   // first: gtest before Xlib's macros
 
 #include <X11/Xutil.h>
+#include <Xm/DrawingA.h>
 #include <Xm/ToggleB.h>
 #include <unistd.h>
 
@@ -14,6 +15,7 @@
 #include "app/app.h"
 #include "files_support.h"
 #include "app/draw.h"
+#include "canvas/input.h"
 #include "canvas/undo.h"
 #include "files/open_save.h"
 #include "tools/palettes.h"
@@ -139,6 +141,25 @@ TEST(Eraser, SquareSizesAndGaplessSweep)
     area_button(d, ButtonRelease, Button1, 4 * 20 + 2, 4 * 30 + 2, Button1Mask);
     EXPECT_EQ(image_pixel(d, 24, 34), bg);
     EXPECT_EQ(pixels_are(d, fg, {{25, 34}, {24, 35}}), "");
+
+    // On the actual-size small view no pointer is inside a cell: 4 x 4,
+    // wherever the window stands on the screen.
+    ASSERT_NE(d->smallArea, nullptr);
+    for (int type : {ButtonPress, ButtonRelease}) {
+        XEvent ev{};
+        ev.xbutton.type = type;
+        ev.xbutton.display = app().display;
+        ev.xbutton.window = XtWindow(d->smallArea);
+        ev.xbutton.x = 40;
+        ev.xbutton.y = 2;
+        ev.xbutton.x_root = 401;
+        ev.xbutton.button = Button1;
+        XmDrawingAreaCallbackStruct cbs{XmCR_INPUT, &ev, ev.xbutton.window};
+        canvas_input_cb(d->smallArea, d, &cbs);
+    }
+    EXPECT_EQ(image_pixel(d, 43, 5), bg);
+    EXPECT_EQ(image_pixel(d, 44, 5), fg);
+    EXPECT_EQ(image_pixel(d, 43, 6), fg);
 
     // From (10, 10) to (20, 10) in one motion: S = 4.
     area_button(d, ButtonPress, Button1, 4 * 10, 4 * 10);
