@@ -68,11 +68,17 @@ TEST(RootBackground, TilesSelectionOrImage)
     Drawing* bits = create_drawing("bits", 8, 8, 1, None, -1, -1, nullptr);
     ASSERT_NE(bits, nullptr);
     paint_columns(bits, 8, 8, 0);
+    // A text caret standing at (1, 7) has its foot's dots on the clear
+    // columns 2 and 4: the desktop gets the picture, not the caret.
+    select_tool(bits, TOOL_ALPHA);
+    stroke(bits, Button1, {{1, 7}});
+    ASSERT_EQ(image_pixel(bits, 2, 7), 1u);
     ASSERT_EQ(run_command(bits, CMD_SET_ROOT_WINDOW, nullptr, False), 0);
     pump();
     ServerGrab grab;
     EXPECT_EQ(window_pixel(app().root, 1201, 1010), app().blackPixel);
     EXPECT_EQ(window_pixel(app().root, 1202, 1010), app().whitePixel);
+    EXPECT_EQ(window_pixel(app().root, 1202, 1015), app().whitePixel) << "the caret went to the desktop";
 }
 
 // The text caret drawn into the image is not part of the background.
