@@ -7,6 +7,7 @@
 #include <X11/Xutil.h>
 
 #include <memory>
+#include <new>
 #include <vector>
 
 #include "app/app.h"
@@ -108,7 +109,13 @@ void fill_input(Widget w, Drawing* d, XEvent* event)
         if (!pressed)
             break;
         commit(d);
-        fill_at(d, p.x, p.y, (event_state(event) & ControlMask) != 0);
+        // The fill keeps a copy of every pixel on the client side; for a
+        // big picture there may be no room. Nothing is painted then, and
+        // the exception must not run into the toolkit's callbacks.
+        try {
+            fill_at(d, p.x, p.y, (event_state(event) & ControlMask) != 0);
+        } catch (const std::bad_alloc&) {
+        }
         break;
     }
     case ButtonRelease:

@@ -5,9 +5,11 @@
 #include <X11/Xutil.h>
 #include <Xm/DrawingA.h>
 #include <Xm/ToggleB.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <chrono>
+#include <cstdio>
 #include <cstdlib>
 #include <functional>
 #include <string>
@@ -113,6 +115,30 @@ TEST(Fill, SameColourMarksModifiedClickBesideImageIgnored)
     area_button(d, ButtonRelease, Button3, -40, 3, Button3Mask);
     EXPECT_EQ(trap.errors(), 0);
     EXPECT_FALSE(undo_sensitive(d));
+}
+
+// A fill that runs out of memory leaves the picture as it was and the
+// program running.
+TEST(Fill, OutOfMemoryPaintsNothing)
+{
+    Drawing* d = make_drawing(2000, 2000);
+    set_zoom(d, 0);
+    select_tool(d, TOOL_FILL);
+    unsigned long blank = image_pixel(d, 1999, 1999);
+    long pages = 0;
+    FILE* statm = std::fopen("/proc/self/statm", "r");
+    ASSERT_NE(statm, nullptr);
+    ASSERT_EQ(std::fscanf(statm, "%ld", &pages), 1);
+    std::fclose(statm);
+    rlimit old{};
+    getrlimit(RLIMIT_AS, &old);
+    // Room for the server's picture of the image, not for the fill's own.
+    rlimit tight{static_cast<rlim_t>(pages * sysconf(_SC_PAGESIZE) + (12 << 20)), old.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_AS, &tight), 0);
+    area_button(d, ButtonPress, Button1, 5, 5);
+    setrlimit(RLIMIT_AS, &old);
+    area_button(d, ButtonRelease, Button1, 5, 5, Button1Mask);
+    EXPECT_EQ(image_pixel(d, 1999, 1999), blank);
 }
 
 // The eraser's square is 15 x 15 image pixels at actual size and 4 x 4 at zoom factor 4 (5 x 5 off a cell's first
