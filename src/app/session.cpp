@@ -50,8 +50,12 @@ bool executable(const std::string& candidate)
 }
 
 // Raising also de-iconifies, so the user sees which drawing is asking.
+// A closed drawing's window is down for good: a late or repeated message
+// (a second click on the frame's close button) must not map it again.
 void raise_shell(Drawing* d)
 {
+    if (!drawing_is_open(d) && !d->sessionClosed)
+        return;
     if (d->shell && XtIsRealized(d->shell))
         XMapRaised(XtDisplay(d->shell), XtWindow(d->shell));
 }

@@ -125,13 +125,18 @@ TEST(Session, PrepareToDieThenClosedown)
     send_protocol(c, "WM_DELETE_WINDOW");
     EXPECT_FALSE(drawing_is_open(c));
     EXPECT_EQ(registry().openCount, 2);
+    XWindowAttributes attrs{};
+    // A second click on the frame's close button arrives after the close.
+    send_protocol(c, "WM_DELETE_WINDOW");
+    XGetWindowAttributes(app().display, XtWindow(c->shell), &attrs);
+    EXPECT_NE(attrs.map_state, IsViewable) << "a closed drawing's window stays down";
+    EXPECT_EQ(registry().openCount, 2);
 
     b->modified = 1;
     forget_command(a);
     send_protocol(a, "WM_PREPARE_TO_DIE");
     EXPECT_EQ(registry().openCount, 1);
     EXPECT_EQ(a->closing, 1);
-    XWindowAttributes attrs{};
     XGetWindowAttributes(app().display, XtWindow(a->shell), &attrs);
     EXPECT_EQ(attrs.map_state, IsViewable) << "the window stays while the session ends";
     EXPECT_EQ(wm_command(a).size(), 3u) << "the command is refreshed on the way out";
