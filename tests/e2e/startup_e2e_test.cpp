@@ -30,7 +30,6 @@ TEST(StartupE2e, OptionsAndTheFirstWindow)
         {{"-zoomLevel", "7"}, "zoomLevel out of range\n", 4, nullptr},
         {{"-zoomLevel", "2"}, nullptr, 2, nullptr},
         {{"-width", "512"}, "drawAreaWidth out of range\n", -1, nullptr},
-        {{"-width", "511"}, nullptr, -1, nullptr},
     };
     for (const Case& c : cases) {
         E2eApp app;
@@ -39,14 +38,14 @@ TEST(StartupE2e, OptionsAndTheFirstWindow)
         Window w = app.wait_window("Untitled");
         ASSERT_NE(w, 0u) << what << ": " << app.stderr_text();
         if (c.zoom >= 0) {
-            EXPECT_NE(find_canvas(app.display(), w, 64 << c.zoom, 64 << c.zoom), 0u) << what << ": zoom " << c.zoom;
+            EXPECT_NE(find_canvas(app.display(), w, 64 << c.zoom, 64 << c.zoom), 0u) << what;
         }
         EXPECT_EQ(app.stderr_text().find(c.message ? c.message : "out of range") != std::string::npos, !!c.message)
             << what << ": " << app.stderr_text();
         if (!c.status)
             continue;
         if (c.args.size() > 4) {
-            EXPECT_TRUE(app.wait_stdout(std::string("Status: ") + c.status)) << app.stdout_text();
+            EXPECT_TRUE(app.wait_stdout(std::string("Status: ") + c.status)) << "-debug: " << app.stdout_text();
         }
         e2e_sleep_ms(500);
         EXPECT_EQ(app.windows().size(), 1u) << what;
@@ -54,8 +53,8 @@ TEST(StartupE2e, OptionsAndTheFirstWindow)
     }
 }
 
-// Without its application defaults file the program is plainer but works:
-// the pencil paints black and the grid still shows between the cells.
+// Without its application defaults file the program is plainer but works: the pencil paints black and the grid
+// still shows between the cells.
 TEST(StartupE2e, WorksWithoutApplicationDefaults)
 {
     E2eApp app;
@@ -65,22 +64,20 @@ TEST(StartupE2e, WorksWithoutApplicationDefaults)
     ASSERT_NE(w, 0u) << app.stderr_text();
     e2e_sleep_ms(300);
     Display* dpy = app.display();
-    Window canvas = find_canvas(dpy, w, 16 << 3, 16 << 3);
+    Window canvas = find_canvas(dpy, w, 128, 128);
     ASSERT_NE(canvas, 0u);
-    app.click(canvas, 4 * 8 + 3, 2 * 8 + 3);
+    app.click(canvas, 35, 19);
     e2e_sleep_ms(200);
-    ImagePtr shown = read_window(dpy, w, canvas, 16 << 3, 16 << 3);
+    ImagePtr shown = read_window(dpy, w, canvas, 128, 128);
     ASSERT_TRUE(shown);
-    unsigned long painted = XGetPixel(shown.get(), 4 * 8 + 3, 2 * 8 + 3);
-    unsigned long blank = XGetPixel(shown.get(), 8 * 8 + 3, 8 * 8 + 3);
-    EXPECT_EQ(rgb_of(dpy, painted), 0u) << "the pencil paints black";
-    EXPECT_NE(painted, blank);
-    EXPECT_NE(XGetPixel(shown.get(), 8 * 8 + 7, 8 * 8 + 3), blank) << "the grid is invisible";
+    EXPECT_EQ(rgb_of(dpy, XGetPixel(shown.get(), 35, 19)), 0u) << "the pencil paints black";
+    EXPECT_NE(XGetPixel(shown.get(), 35, 19), XGetPixel(shown.get(), 67, 67));
+    EXPECT_NE(XGetPixel(shown.get(), 71, 67), XGetPixel(shown.get(), 67, 67)) << "the grid is invisible";
     EXPECT_EQ(app.stderr_text(), "");
 }
 
-// On a display that is not PseudoColor the program says why on stderr and
-// in a dialog, opens no drawing, and ends with status 0 once OK is pressed.
+// On a display that is not PseudoColor the program says why on stderr and in a dialog, opens no drawing, and ends
+// with status 0 once OK is pressed.
 TEST(StartupE2e, WrongVisualExitsAfterOk)
 {
     const char* display24 = getenv("PICTREL_TEST_DISPLAY24");
@@ -101,8 +98,8 @@ TEST(StartupE2e, WrongVisualExitsAfterOk)
     EXPECT_EQ(status, 0);
 }
 
-// File > Quit (F10 selects File, Down opens it, Up wraps to Quit) and the
-// window manager's delete of the only drawing both end the program with 0.
+// File > Quit (F10 selects File, Down opens it, Up wraps to Quit) and the window manager's delete of the only
+// drawing both end the program with 0.
 TEST(StartupE2e, QuitAndDeleteOfTheLastWindowExit)
 {
     for (bool viaMenu : {true, false}) {
@@ -120,8 +117,7 @@ TEST(StartupE2e, QuitAndDeleteOfTheLastWindowExit)
     }
 }
 
-// Help > On Version (F10, Left wraps to Help, Down, Up to its last item)
-// opens "Show Version", which shows the version number.
+// Help > On Version (F10, Left wraps to Help, Down, Up to its last item) opens "Show Version" with the version.
 TEST(StartupE2e, HelpVersionShowsVersionNumber)
 {
     E2eApp app;

@@ -4,50 +4,38 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
-#include <sstream>
 #include <string>
 
 #include "e2e_support.h"
 
-namespace {
-
 constexpr int SIZE = 16;
-
-// Columns 0-5 black, 6-9 red, 10-15 white.
-std::string picture_xpm()
-{
-    std::ostringstream s;
-    s << "/* XPM */\nstatic char *pic[] = {\n\"16 16 3 1\",\n\"# c #000000 m black\",\n"
-         "\"r c #FF0000 m black\",\n\". c #FFFFFF m white\",\n";
-    for (int y = 0; y < SIZE; y++)
-        s << "\"######rrrr......\"" << (y < SIZE - 1 ? ",\n" : "};\n");
-    return s.str();
-}
-
-}  // namespace
 
 TEST(ViewsSessionE2e, ViewsShowThePictureAndTheSessionEndsIt)
 {
     E2eScratch scratch;
     std::string path = scratch.dir + "/pic.xpm";
-    std::ofstream(path) << picture_xpm();
+    {
+        std::ofstream out(path);   // columns 0-5 black, 6-9 red, 10-15 white
+        out << "/* XPM */\nstatic char *pic[] = {\n\"16 16 3 1\",\n\"# c #000000 m black\",\n"
+               "\"r c #FF0000 m black\",\n\". c #FFFFFF m white\",\n";
+        for (int y = 0; y < SIZE; y++)
+            out << "\"######rrrr......\"" << (y < SIZE - 1 ? ",\n" : "};\n");
+    }
 
     E2eApp app;
-    ASSERT_TRUE(app.connected());
     ASSERT_TRUE(app.start({path, "-zoomLevel", "2"}));
     Window shell = app.wait_window("pic.xpm");
     ASSERT_NE(shell, 0u);
     Display* dpy = app.display();
 
-    // The restart command: program, file and zoom.
     char** argv = nullptr;
     int argc = 0;
     ASSERT_TRUE(XGetCommand(dpy, shell, &argv, &argc));
     std::vector<std::string> cmd(argv, argv + argc);
     XFreeStringList(argv);
     ASSERT_EQ(cmd.size(), 4u);
-    EXPECT_EQ(cmd[0][0], '/');
-    EXPECT_NE(cmd[0].find(app.app_name()), std::string::npos) << cmd[0];
+    EXPECT_EQ(cmd[0].find('/'), 0u);
+    EXPECT_NE(cmd[0].find(app.app_name()), std::string::npos) << "the restart command names the program: " << cmd[0];
     EXPECT_EQ(cmd[1], path);
     EXPECT_EQ(cmd[2], "-zoomLevel");
     EXPECT_EQ(cmd[3], "2");
@@ -65,8 +53,7 @@ TEST(ViewsSessionE2e, ViewsShowThePictureAndTheSessionEndsIt)
         EXPECT_EQ(rgb_of(dpy, XGetPixel(shown.get(), x, 5)), want) << "small view column " << x;
     }
 
-    // The session ends: prepare-to-die closes the unmodified drawing and
-    // the program stays until closedown.
+    // Prepare-to-die closes the unmodified drawing; the program stays until closedown.
     app.send_protocol(shell, "WM_PREPARE_TO_DIE");
     e2e_sleep_ms(300);
     EXPECT_TRUE(app.running()) << "prepare-to-die alone does not end the program";

@@ -41,22 +41,12 @@ TEST(Hsv, ExactColoursAndRoundTrip)
             }
 }
 
-// The wheel in the editor's 160 by 160 area: its rings, what a click
-// picks (centre grey, edge and beyond full saturation, up is 90 degrees),
-// and where the marker of a colour goes.
+// The wheel in the editor's 160 by 160 area: what a click picks (centre grey, edge and beyond full saturation, up is
+// 90 degrees), and where the marker of a colour goes.
 TEST(Wheel, GeometryPickingAndMarker)
 {
     EXPECT_EQ(wheel_radius(160, 160), 70);
-    const int rings[][2] = {{10, 140}, {30, 100}, {50, 60}, {70, 20}};
-    for (int k = 0; k < 4; k++) {
-        WheelArc a = wheel_ring(160, 160, k);
-        EXPECT_TRUE(a.x == rings[k][0] && a.y == rings[k][0] && a.diameter == rings[k][1]) << "ring " << k;
-    }
-    EXPECT_EQ(wheel_cell_colour(10, 0).hue, 60);
-    EXPECT_EQ(wheel_cell_colour(10, 0).saturation, 183);
-    EXPECT_EQ(wheel_cell_colour(26, 7).saturation, 111);
     EXPECT_EQ(wheel_cell_colour(27, 7).saturation, 0) << "the centre is grey";
-
     const int picks[][4] = {{80, 80, 0, 0},  {150, 80, 0, 255},  {80, 45, 90, 127},
                             {80, 150, 270, 255}, {0, 0, 135, 255}};
     for (const auto& p : picks) {
@@ -75,8 +65,8 @@ TEST(Wheel, GeometryPickingAndMarker)
     }
 }
 
-// A click in the middle of each painted sector picks that sector's hue and
-// a saturation near its ring's, so the wheel shows what it picks.
+// A click in the middle of each painted sector picks that sector's hue and a saturation near its ring's, so the
+// wheel shows what it picks.
 TEST(Wheel, PickAgreesWithThePaintedSectors)
 {
     int r = wheel_radius(160, 160), step = r * 2 / 7;

@@ -1,25 +1,26 @@
-// The colour list of a drawing, its dialog, the symbolic colours and the
-// screen grab, against the 8-bit PseudoColor test server.
+// A drawing's colour list and its dialog, the symbolic colours, running out of cells, and the colour editor's live
+// editing of a read/write cell, against the 8-bit PseudoColor test server.
 #include "canvas_support.h"   // first: gtest before Xlib's macros
 #include "files_support.h"
 
 #include <X11/extensions/XTest.h>
+#include <Xm/DrawingA.h>
 #include <Xm/DrawnB.h>
+#include <Xm/Scale.h>
 
 #include <unistd.h>
 
-#include <algorithm>
 #include <atomic>
 #include <thread>
 #include <vector>
 
+#include "colour/color_editor.h"
 #include "colour/color_list.h"
-#include "colour/grab.h"
 #include "files/image_io.h"
 
 namespace {
 
-Colormap cmap() { return DefaultColormap(app().display, app().screen); }
+Colormap cmap() { return app().colormap; }
 
 XColor query(Pixel p)
 {
@@ -29,22 +30,23 @@ XColor query(Pixel p)
     return c;
 }
 
-bool same_rgb(Pixel a, Pixel b)
+::testing::AssertionResult has_rgb(Pixel p, unsigned short r, unsigned short g, unsigned short b)
 {
-    XColor x = query(a), y = query(b);
-    return x.red == y.red && x.green == y.green && x.blue == y.blue;
+    XColor c = query(p);
+    if (c.red == r && c.green == g && c.blue == b)
+        return ::testing::AssertionSuccess();
+    return ::testing::AssertionFailure() << "cell " << p << " holds " << c.red << "," << c.green << "," << c.blue;
 }
 
-std::vector<ColorEntry*> entries(ColorList* list)
+std::vector<ColorEntry*> entries(Drawing* d)
 {
     std::vector<ColorEntry*> out;
-    for (ColorEntry* e = list->anchor->next; e; e = e->next)
+    for (ColorEntry* e = color_list_of(d)->anchor->next; e; e = e->next)
         out.push_back(e);
     return out;
 }
 
-// Whether the cell is still allocated to us: storing into a freed (or
-// read-only) cell is refused with BadAccess.
+// Storing into a freed (or read-only) cell is refused with BadAccess.
 bool cell_writable(Pixel p)
 {
     XColor c = query(p);
@@ -54,11 +56,9 @@ bool cell_writable(Pixel p)
     return trap.errors() == 0;
 }
 
-void activate(Widget w, int clicks)
+void activate(Widget w, int clicks = 1)
 {
-    XmDrawnButtonCallbackStruct cbs{};
-    cbs.reason = XmCR_ACTIVATE;
-    cbs.click_count = clicks;
+    XmDrawnButtonCallbackStruct cbs{XmCR_ACTIVATE, nullptr, 0, clicks};
     XtCallCallbacks(w, XmNactivateCallback, &cbs);
     pump();
 }
@@ -70,88 +70,117 @@ unsigned char shadow_of(Widget w)
     return s;
 }
 
+Widget editor_child(const char* path) { return XtNameToWidget(color_editor_dialog(), path); }
+
+void press_editor(const char* button) { filetest::press(color_editor_dialog(), button); }
+
+void set_value(int value, int reason = XmCR_VALUE_CHANGED)
+{
+    XmScaleCallbackStruct cbs{reason, nullptr, value};
+    XtCallCallbacks(editor_child("*Value"), reason == XmCR_DRAG ? XmNdragCallback : XmNvalueChangedCallback, &cbs);
+    pump();
+}
+
+void click_wheel(int x, int y)
+{
+    XEvent ev{};
+    ev.xbutton = {ButtonRelease};
+    ev.xbutton.x = x;
+    ev.xbutton.y = y;
+    XmDrawingAreaCallbackStruct cbs{XmCR_INPUT, &ev, 0};
+    XtCallCallbacks(editor_child("*HueSat"), XmNinputCallback, &cbs);
+    pump();
+}
+
+int scale_value()
+{
+    int v = -1;
+    XmScaleGetValue(editor_child("*Value"), &v);
+    return v;
+}
+
 }  // namespace
 
-// A new drawing has exactly transparent, white and black, each in a cell of its own; black paints with button 1 and
-// white with button 3, and the empty image is transparent.
+// A new drawing has exactly transparent, white and black, each in a read/write cell of its own; black paints with
+// button 1 and white with button 3, and the empty image is transparent.
 TEST(Colour, NewDrawingHasTransparentWhiteBlack)
 {
     Drawing* d = make_drawing(16, 16);
     ColorList* list = color_list_of(d);
-    ASSERT_NE(list, nullptr);
     ASSERT_EQ(list->anchor->pixel, 3u) << "the anchor counts the colours";
-    std::vector<ColorEntry*> e = entries(list);
+    std::vector<ColorEntry*> e = entries(d);
     ASSERT_EQ(e.size(), 3u);
-
     Pixel dialogBackground = 0;
     XtVaGetValues(d->colourList, XmNbackground, &dialogBackground, nullptr);
     EXPECT_EQ(e[0]->pixel, list->transparentPixel);
     EXPECT_EQ(e[0]->mapsTo, list->transparentPixel);
     EXPECT_EQ(res().background, list->transparentPixel) << "the program's transparent pixel follows";
-    EXPECT_TRUE(same_rgb(e[0]->pixel, dialogBackground)) << "transparent shows the dialog background";
-    for (int i : {1, 2}) {
-        Pixel want = i == 1 ? app().whitePixel : app().blackPixel;
-        EXPECT_TRUE(same_rgb(e[i]->pixel, want)) << i;
-        EXPECT_EQ(e[i]->mapsTo, want) << i;
-    }
-    for (ColorEntry* entry : e) {
+    EXPECT_EQ(filetest::rgb_of_pixel(e[0]->pixel), filetest::rgb_of_pixel(dialogBackground));
+    EXPECT_EQ(filetest::rgb_of_pixel(e[1]->pixel), 0xFFFFFFu);
+    EXPECT_EQ(e[1]->mapsTo, app().whitePixel);
+    EXPECT_EQ(filetest::rgb_of_pixel(e[2]->pixel), 0u);
+    EXPECT_EQ(e[2]->mapsTo, app().blackPixel);
+    for (ColorEntry* entry : e)
         EXPECT_TRUE(cell_writable(entry->pixel)) << "every colour is a read/write cell";
-        ASSERT_NE(entry->button, nullptr);
-        EXPECT_STREQ(XtName(entry->button), "ColorListEntry");
-    }
-
-    EXPECT_EQ(list->foregroundEntry, e[2]);
-    EXPECT_EQ(list->backgroundEntry, e[1]);
     EXPECT_EQ(foreground_pixel(d), e[2]->pixel);
     EXPECT_EQ(background_pixel(d), e[1]->pixel);
     EXPECT_EQ(image_pixel(d, 3, 3), list->transparentPixel);
 }
 
-// The dialog's widget tree: names and parents the application defaults address, the selected foreground well, a
-// hidden message and buttons that leave the dialog up.
-TEST(Colour, DialogTreeAndShowing)
+// The dialog shows beside the drawing window with swatches of the colour and its mapping; a click on a well selects
+// it, New adds white mapped to black into the selected well, a double click does not select, and a chosen swatch
+// becomes the colour the selected well's GC paints with.
+TEST(Colour, DialogWellsNewAndSwatches)
 {
-    Drawing* d = make_drawing(16, 16);
-    Widget dialog = d->colourList;
+    Drawing* d = make_drawing(8, 8);
     ColorList* list = color_list_of(d);
-    EXPECT_STREQ(XtName(dialog), "ColorListDialog");
-    for (const char* name : {"main.Foreground_Label", "main.Background_Label", "New", "EditColor"})
-        EXPECT_NE(XtNameToWidget(dialog, name), nullptr) << name;
-    EXPECT_EQ(list->foregroundButton, XtNameToWidget(dialog, "main.Foreground_Button"));
-    EXPECT_EQ(list->backgroundButton, XtNameToWidget(dialog, "main.Background_Button"));
-    EXPECT_EQ(list->entryBox, XtNameToWidget(dialog, "main.ColorListRCW"));
-    EXPECT_EQ(list->selectedWell, list->foregroundButton);
-    EXPECT_EQ(shadow_of(list->foregroundButton), XmSHADOW_IN);
-    EXPECT_EQ(shadow_of(list->backgroundButton), XmSHADOW_OUT);
-
+    Widget dialog = d->colourList;
     EXPECT_FALSE(XtIsManaged(dialog)) << "not shown until asked for";
     EXPECT_EQ(cmd_show_colors(d, nullptr, False), 0);
     pump();
-    EXPECT_TRUE(XtIsManaged(dialog));
+    ASSERT_TRUE(XtIsManaged(dialog));
     Position sx = 0, sy = 0, dx = 0, dy = 0;
-    Dimension sw = 0;
+    Dimension sw = 0, width = 0, height = 0;
     XtTranslateCoords(d->shell, 0, 0, &sx, &sy);
     XtTranslateCoords(dialog, 0, 0, &dx, &dy);
     XtVaGetValues(d->shell, XmNwidth, &sw, nullptr);
     EXPECT_GE(dx, sx + Position(sw)) << "placed beside the drawing window, not over it";
+    std::vector<ColorEntry*> e = entries(d);
+    XtVaGetValues(e[1]->button, XmNwidth, &width, XmNheight, &height, nullptr);
+    EXPECT_EQ(window_pixel(XtWindow(e[1]->button), width / 3, height / 2), e[1]->pixel);
+    EXPECT_EQ(window_pixel(XtWindow(e[2]->button), width - 6, height / 2), e[2]->mapsTo) << "the mapping strip";
 
-    // The swatch shows its colour with the mapping strip at its right.
-    ColorEntry* white = entries(list)[1];
-    Dimension width = 0, height = 0;
-    XtVaGetValues(white->button, XmNwidth, &width, XmNheight, &height, nullptr);
-    EXPECT_GE(width, 40) << "swatches are readable";
-    EXPECT_GE(height, 12);
-    Window w = XtWindow(white->button);
-    EXPECT_EQ(window_pixel(w, width / 3, height / 2), white->pixel);
-    EXPECT_EQ(window_pixel(w, width - 6, height / 2), white->mapsTo);
+    EXPECT_EQ(list->selectedWell, list->foregroundButton);
+    Pixel oldBackground = background_pixel(d);
+    activate(list->backgroundButton);
+    EXPECT_EQ(list->selectedWell, list->backgroundButton);
+    EXPECT_EQ(shadow_of(list->backgroundButton), XmSHADOW_IN);
+    EXPECT_EQ(shadow_of(list->foregroundButton), XmSHADOW_OUT);
+    filetest::press(dialog, "New");
+    e = entries(d);
+    ASSERT_EQ(e.size(), 4u);
+    EXPECT_EQ(list->backgroundEntry, e[3]);
+    EXPECT_EQ(filetest::rgb_of_pixel(e[3]->pixel), 0xFFFFFFu);
+    EXPECT_EQ(e[3]->mapsTo, app().blackPixel);
+    EXPECT_NE(e[3]->pixel, e[1]->pixel) << "a cell of its own";
+    EXPECT_EQ(background_pixel(d), oldBackground) << "the GC keeps its colour until a swatch is chosen";
+    activate(list->foregroundButton, 2);
+    EXPECT_EQ(list->selectedWell, list->backgroundButton) << "a double click does not select";
 
-    filetest::press(dialog, "EditColor");
-    EXPECT_TRUE(XtIsManaged(dialog)) << "buttons leave the dialog up";
-    EXPECT_EQ(cmd_show_colors(nullptr, nullptr, False), 1);
+    activate(list->foregroundButton);
+    activate(e[1]->button);   // white into the foreground well
+    XFillRectangle(app().display, d->image, d->foregroundGC, 0, 0, 4, 4);
+    EXPECT_EQ(image_pixel(d, 2, 2), e[1]->pixel);
+    activate(list->backgroundButton);
+    activate(e[2]->button);   // black into the background well
+    EXPECT_EQ(list->foregroundEntry, e[1]) << "the other well is left alone";
+    XFillRectangle(app().display, d->image, d->backgroundGC, 4, 4, 4, 4);
+    EXPECT_EQ(image_pixel(d, 5, 5), e[2]->pixel);
 }
 
-// The black-and-white mapping of the keys an image's colour table holds, and the order of a list loaded from one:
-// the dialog background first as transparent, then the image's colours, the first of them the background.
+// The black-and-white mapping of an image's monochrome keys, and a list loaded from a colour table: the dialog
+// background first as transparent, then the image's colours in table order, the first of them the foreground. The
+// replaced colours' cells go back to the colormap, but never the transparent one.
 TEST(Colour, ImageTableLoadsWithMonoKeys)
 {
     const std::pair<const char*, Pixel> keys[] = {{"white", app().whitePixel}, {"w", app().whitePixel},
@@ -161,13 +190,13 @@ TEST(Colour, ImageTableLoadsWithMonoKeys)
         EXPECT_EQ(bw_mapping(key, 77), want) << (key ? key : "a missing key");
 
     Drawing* d = make_drawing(8, 8);
+    std::vector<ColorEntry*> old = entries(d);
     const char* mono[4] = {"w", "b", "None", nullptr};
     const char* colour[4] = {"#FF0000", "#00FF00", "None", "#0000FF"};
     XpmColor colours[4]{};
     XpmColor* table[4];
     Pixel pixels[4];
-    unsigned long planes[1];
-    ASSERT_TRUE(XAllocColorCells(app().display, cmap(), False, planes, 0, pixels, 4));
+    ASSERT_TRUE(XAllocColorCells(app().display, cmap(), False, nullptr, 0, pixels, 4));
     for (int i = 0; i < 4; i++) {
         colours[i].m_color = const_cast<char*>(mono[i]);
         colours[i].c_color = const_cast<char*>(colour[i]);
@@ -177,59 +206,28 @@ TEST(Colour, ImageTableLoadsWithMonoKeys)
     info.colourCount = 4;
     info.colours = table;
     info.pixels = pixels;
-
-    Pixel p = 0;
+    Pixel p = 0, transparent = old[0]->pixel, white = old[1]->pixel, black = old[2]->pixel;
     XtVaGetValues(d->colourList, XmNbackground, &p, nullptr);
     ASSERT_EQ(load_color_list(d->colourList, &info), 0);
     ColorList* list = color_list_of(d);
-    std::vector<ColorEntry*> e = entries(list);
-    ASSERT_EQ(e.size(), 5u) << "loading again replaces the three colours of the new drawing";
+    std::vector<ColorEntry*> e = entries(d);
+    ASSERT_EQ(e.size(), 5u) << "loading replaces the three colours of the new drawing";
     EXPECT_EQ(list->anchor->pixel, 5u);
     EXPECT_EQ(e[0]->pixel, list->transparentPixel);
     for (int i = 0; i < 4; i++)
         EXPECT_EQ(e[i + 1]->pixel, pixels[i]) << "colours keep their cells, in table order";
-    EXPECT_EQ(e[1]->mapsTo, app().whitePixel);
-    EXPECT_EQ(e[2]->mapsTo, app().blackPixel);
-    EXPECT_EQ(e[3]->mapsTo, p) << "the image's None is one of the colours, mapped to transparent";
-    EXPECT_EQ(e[4]->mapsTo, app().blackPixel);
-    EXPECT_EQ(list->backgroundEntry, e[0]);
-    EXPECT_EQ(list->foregroundEntry, e[1]);
+    const Pixel maps[] = {app().whitePixel, app().blackPixel, p, app().blackPixel};
+    for (int i = 0; i < 4; i++)
+        EXPECT_EQ(e[i + 1]->mapsTo, maps[i]) << i << ": the image's None is a colour mapped to transparent";
     EXPECT_EQ(foreground_pixel(d), pixels[0]);
     EXPECT_EQ(background_pixel(d), list->transparentPixel);
-}
-
-// Freeing a list gives its cells back but never the program's transparent
-// cell, and leaves an empty, reloadable list.
-TEST(Colour, FreeKeepsTheTransparentCell)
-{
-    Drawing* d = make_drawing(8, 8);
-    ColorList* list = color_list_of(d);
-    std::vector<ColorEntry*> e = entries(list);
-    ASSERT_EQ(e.size(), 3u);
-    Pixel transparent = e[0]->pixel, white = e[1]->pixel, black = e[2]->pixel;
-    ASSERT_EQ(transparent, res().background);
-
-    free_all_colors(list);
-    pump();
-    EXPECT_EQ(list->anchor->pixel, 0u);
-    EXPECT_EQ(list->anchor->next, nullptr);
-    EXPECT_EQ(list->foregroundEntry, nullptr);
-    EXPECT_EQ(list->backgroundEntry, nullptr);
-    WidgetList children = nullptr;
-    Cardinal count = 0;
-    XtVaGetValues(list->entryBox, XmNchildren, &children, XmNnumChildren, &count, nullptr);
-    EXPECT_EQ(count, 0u) << "the swatches are destroyed";
-    EXPECT_TRUE(cell_writable(transparent)) << "the background cell is never freed";
-    EXPECT_FALSE(cell_writable(white)) << "other cells go back to the colormap";
+    EXPECT_TRUE(cell_writable(transparent)) << "the transparent cell is never freed";
+    EXPECT_FALSE(cell_writable(white));
     EXPECT_FALSE(cell_writable(black));
-
-    ASSERT_EQ(load_color_list(d->colourList, nullptr), 0);
-    EXPECT_EQ(list->anchor->pixel, 3u);
 }
 
-// Every drawing takes a transparent cell of its own; closing the drawing gives it back with the other cells, so
-// opening and closing drawings does not drain the colormap, and the program's transparent pixel never names a cell
-// that went back.
+// Every drawing takes a transparent cell of its own; closing gives it back with the other cells, so opening and
+// closing drawings does not drain the colormap, and the program's transparent pixel never names a freed cell.
 TEST(Colour, CloseGivesTheTransparentCellBack)
 {
     Drawing* first = make_drawing(8, 8);
@@ -237,39 +235,33 @@ TEST(Colour, CloseGivesTheTransparentCellBack)
     Drawing* second = make_drawing(8, 8);
     Pixel secondTransparent = color_list_of(second)->transparentPixel;
     ASSERT_NE(firstTransparent, secondTransparent);
-    ASSERT_EQ(secondTransparent, res().background);
-
     close_drawing(second);
     pump();
     EXPECT_FALSE(cell_writable(secondTransparent)) << "the closed drawing's transparent cell leaks";
     EXPECT_NE(res().background, secondTransparent);
     EXPECT_TRUE(cell_writable(firstTransparent)) << "the open drawing keeps its own";
-
     close_drawing(first);
     pump();
     EXPECT_FALSE(cell_writable(firstTransparent));
     Drawing* again = make_drawing(8, 8);
-    ASSERT_NE(again, nullptr) << "the drawing after them still gets its colours";
-    EXPECT_EQ(entries(color_list_of(again)).size(), 3u);
+    EXPECT_EQ(entries(again).size(), 3u);
     EXPECT_TRUE(cell_writable(res().background));
 }
 
-// The symbolic colour table is filled once: a later widget with other
-// colours does not change it, only a given transparent pixel does.
+// The symbolic colour table is filled once: a later widget with other colours does not change it, only a given
+// transparent pixel does.
 TEST(Colour, SymbolicColoursFilledOnce)
 {
     Drawing* d = make_drawing(8, 8);
     int n = 0;
-    XpmColorSymbol* first = symbolic_colors(d->shell, nullptr, &n);
+    ASSERT_EQ(symbolic_colors(d->shell, nullptr, &n), symbolicColors);
     ASSERT_EQ(n, 18);
-    ASSERT_EQ(first, symbolicColors);
-    EXPECT_NE(first[0].pixel, 9999u) << "filled, even without a desktop scheme";
-    EXPECT_EQ(first[14].pixel, app().whitePixel);
-    EXPECT_EQ(first[15].pixel, app().blackPixel);
+    EXPECT_NE(symbolicColors[0].pixel, 9999u) << "filled, even without a desktop scheme";
+    EXPECT_EQ(symbolicColors[14].pixel, app().whitePixel);
+    EXPECT_EQ(symbolicColors[15].pixel, app().blackPixel);
     Pixel before[18];
     for (int i = 0; i < 18; i++)
-        before[i] = first[i].pixel;
-
+        before[i] = symbolicColors[i].pixel;
     XColor red{};
     red.red = 65535;
     ASSERT_TRUE(XAllocColor(app().display, cmap(), &red));
@@ -278,61 +270,10 @@ TEST(Colour, SymbolicColoursFilledOnce)
     symbolic_colors(other, nullptr, &n);
     for (int i = 0; i < 18; i++)
         EXPECT_EQ(symbolicColors[i].pixel, before[i]) << "entry " << i << " was read again";
-
     Pixel transparent = 42;
     symbolic_colors(other, &transparent, &n);
-    for (int i : {8, 10, 16, 17})
-        EXPECT_EQ(symbolicColors[i].pixel, 42u) << "entry " << i;
-    for (int i : {0, 9, 11, 12, 13})
-        EXPECT_EQ(symbolicColors[i].pixel, before[i]) << "entry " << i;
-    XtDestroyWidget(other);
-}
-
-// New adds white mapped to black and gives it to the selected well, whose GC keeps its colour until a swatch is
-// chosen; a chosen swatch paints.
-TEST(Colour, NewGoesToTheSelectedWellAndSwatchesPaint)
-{
-    Drawing* d = make_drawing(8, 8);
-    ColorList* list = color_list_of(d);
-    Pixel oldBackground = background_pixel(d);
-
-    activate(list->backgroundButton, 1);
-    EXPECT_EQ(list->selectedWell, list->backgroundButton);
-    EXPECT_EQ(shadow_of(list->backgroundButton), XmSHADOW_IN);
-    EXPECT_EQ(shadow_of(list->foregroundButton), XmSHADOW_OUT);
-    activate(list->backgroundButton, 1);
-    EXPECT_EQ(shadow_of(list->backgroundButton), XmSHADOW_IN) << "clicking it again changes nothing";
-
-    filetest::press(d->colourList, "New");
-    std::vector<ColorEntry*> e = entries(list);
-    ASSERT_EQ(e.size(), 4u);
-    ColorEntry* added = e[3];
-    EXPECT_EQ(list->backgroundEntry, added);
-    EXPECT_TRUE(same_rgb(added->pixel, app().whitePixel));
-    EXPECT_EQ(added->mapsTo, app().blackPixel);
-    EXPECT_NE(added->pixel, e[1]->pixel) << "a cell of its own";
-    EXPECT_EQ(background_pixel(d), oldBackground);
-
-    activate(added->button, 2);   // double click: the editor, not built yet
-    activate(list->foregroundButton, 2);
-    EXPECT_EQ(list->selectedWell, list->backgroundButton) << "a double click does not select";
-
-    // Choosing a swatch changes the selected well's GC, so the next stroke paints with the chosen colour.
-    activate(list->foregroundButton, 1);
-    activate(e[1]->button, 1);   // white into the foreground well
-    EXPECT_EQ(list->foregroundEntry, e[1]);
-    XFillRectangle(app().display, d->image, d->foregroundGC, 0, 0, 4, 4);
-    EXPECT_EQ(image_pixel(d, 2, 2), e[1]->pixel);
-
-    activate(list->backgroundButton, 1);
-    activate(e[2]->button, 1);   // black into the background well
-    EXPECT_EQ(list->backgroundEntry, e[2]);
-    EXPECT_EQ(list->foregroundEntry, e[1]) << "the other well is left alone";
-    XFillRectangle(app().display, d->image, d->backgroundGC, 4, 4, 4, 4);
-    EXPECT_EQ(image_pixel(d, 5, 5), e[2]->pixel);
-
-    choose_color_entry(list, nullptr);   // no entry: the well's own
-    EXPECT_EQ(list->backgroundEntry, e[2]);
+    for (int i = 0; i < 18; i++)
+        EXPECT_EQ(symbolicColors[i].pixel, i == 8 || i == 10 || i >= 16 ? 42u : before[i]) << "entry " << i;
 }
 
 // With every cell of the colormap taken, adding fails cleanly: the list keeps its count and chain, a new drawing is
@@ -342,9 +283,8 @@ TEST(Colour, RunningOutOfCells)
     Drawing* d = make_drawing(8, 8);
     ColorList* list = color_list_of(d);
     std::vector<Pixel> taken;
-    unsigned long planes[1];
     Pixel p;
-    while (taken.size() < 256 && XAllocColorCells(app().display, cmap(), False, planes, 0, &p, 1))
+    while (taken.size() < 256 && XAllocColorCells(app().display, cmap(), False, nullptr, 0, &p, 1))
         taken.push_back(p);
 
     EXPECT_EQ(add_color(list, app().whitePixel, app().blackPixel, 1), nullptr);
@@ -353,17 +293,14 @@ TEST(Colour, RunningOutOfCells)
     EXPECT_EQ(add_color(list, background, background, 1), nullptr) << "nor a transparent colour";
     filetest::press(d->colourList, "New");
     EXPECT_EQ(list->anchor->pixel, 3u);
-    EXPECT_EQ(entries(list).size(), 3u) << "no uncounted entry is left in the chain";
-
-    int open = registry().openCount;
+    EXPECT_EQ(entries(d).size(), 3u) << "no uncounted entry is left in the chain";
     EXPECT_EQ(make_drawing(8, 8, true), nullptr) << "a new drawing needs cells";
-    EXPECT_EQ(registry().openCount, open);
+    EXPECT_EQ(registry().openCount, 1);
 
-    ColorEntry* black = entries(list)[2];
+    ColorEntry* black = entries(d)[2];
     choose_color_entry(list, black);
     XFillRectangle(app().display, d->image, d->foregroundGC, 0, 0, 2, 2);
     EXPECT_EQ(image_pixel(d, 1, 1), black->pixel);
-
     if (!taken.empty())
         XFreeColors(app().display, cmap(), taken.data(), int(taken.size()), 0);
     pump();
@@ -371,107 +308,189 @@ TEST(Colour, RunningOutOfCells)
     EXPECT_EQ(list->anchor->pixel, 4u);
 }
 
-// The grab takes the pixel under the pointer at the release of any button,
-// and the click goes to the grab, not to the window under it.
-TEST(Colour, GrabReadsThePixelUnderThePointer)
+// EditColor opens the editor on the selected well's colour, its wheel painted in cells of its own round the edited
+// colour; the scale, clicks and drags on the wheel write straight into the entry's cell, which every pixel of the
+// image shows, and Undo puts the loaded colour back.
+TEST(ColorEditor, OpensAndEditsTheCellLive)
 {
-    Display* dpy = app().display;
-    Cursor cursor = grab_pixel_cursor(dpy);
-    EXPECT_NE(cursor, None);
-    EXPECT_EQ(grab_pixel_cursor(dpy), cursor) << "made once and kept";
+    Drawing* d = make_drawing(16, 16);
+    ColorEntry* black = color_list_of(d)->foregroundEntry;
+    XFillRectangle(app().display, d->image, d->foregroundGC, 0, 0, 4, 4);
+    filetest::press(d->colourList, "EditColor");
+    ColorEditor* ed = color_editor();
+    ASSERT_NE(ed, nullptr);
+    ASSERT_TRUE(XtIsManaged(color_editor_dialog()));
+    EXPECT_EQ(ed->saved.pixel, black->pixel);
+    EXPECT_EQ(shadow_of(ed->blackSample), XmSHADOW_IN) << "black's mapping is selected";
+    EXPECT_EQ(scale_value(), 0);
+    EXPECT_FALSE(d->modified) << "opening the editor is not an edit";
 
+    HsvState* s = hsv_state();
+    Window wheel = XtWindow(s->hueSat);
+    EXPECT_EQ(window_pixel(wheel, 140, 76), s->hueSatCells[0]) << "outer ring, first sector";
+    EXPECT_EQ(window_pixel(wheel, 80, 20), s->hueSatCells[2]) << "outer ring, 80..120 degrees";
+    EXPECT_EQ(window_pixel(wheel, 2, 2), black->pixel) << "the edited colour round the wheel";
+    EXPECT_EQ(window_pixel(XtWindow(ed->colorSample), 10, 10), black->pixel);
+
+    set_value(255);
+    EXPECT_TRUE(has_rgb(black->pixel, 65535, 65535, 65535)) << "full value at the centre";
+    EXPECT_TRUE(has_rgb(s->hueSatCells[0], 65535, 21845, 0)) << "the wheel follows the value";
+    EXPECT_TRUE(d->modified);
+    click_wheel(150, 80);
+    EXPECT_TRUE(has_rgb(black->pixel, 65535, 0, 0)) << "right edge: red";
+    EXPECT_EQ(s->markerX, 150);
+    send_motion(wheel, 10, 80, Button1Mask);
+    EXPECT_TRUE(has_rgb(black->pixel, 0, 65535, 65535)) << "dragging to the left edge: cyan";
+    EXPECT_EQ(s->markerX, 150) << "the marker waits for the release";
+    send_motion(wheel, 80, 80, 0);
+    EXPECT_EQ(s->hue, 180) << "moving without the button changes nothing";
+    set_value(128, XmCR_DRAG);
+    EXPECT_TRUE(has_rgb(black->pixel, 0, 128 * 257, 128 * 257));
+    EXPECT_EQ(image_pixel(d, 1, 1), black->pixel) << "the image keeps its cell; the cell changes";
+
+    press_editor("Undo");
+    EXPECT_TRUE(has_rgb(black->pixel, 0, 0, 0));
+    EXPECT_EQ(scale_value(), 0) << "the controls show the restored colour";
+    press_editor("Close");
+    EXPECT_FALSE(XtIsManaged(color_editor_dialog()));
+}
+
+// The samples set the mapping of the edited entry and redraw its swatch; Undo brings the loaded mapping back;
+// choosing another swatch while the editor is open reloads it, moving the Undo point.
+TEST(ColorEditor, MappingSamplesAndReload)
+{
+    Drawing* d = make_drawing(16, 16);
+    cmd_show_colors(d, nullptr, False);
+    pump();
+    ColorEntry* white = entries(d)[1];
+    ColorEntry* black = entries(d)[2];
+    activate(white->button);
+    activate(white->button, 2);
+    ColorEditor* ed = color_editor();
+    ASSERT_NE(ed, nullptr);
+    ASSERT_EQ(ed->saved.pixel, white->pixel) << "a double click on a swatch edits it";
+    EXPECT_EQ(shadow_of(ed->whiteSample), XmSHADOW_IN);
+
+    activate(ed->blackSample);
+    EXPECT_EQ(white->mapsTo, app().blackPixel);
+    EXPECT_EQ(shadow_of(ed->whiteSample), XmSHADOW_OUT);
+    EXPECT_EQ(filetest::xm_resource_text(ed->mapLabel, XmNlabelString),
+              filetest::xm_resource_text(ed->blackSample, XmNlabelString));
+    EXPECT_TRUE(d->modified);
+    Dimension width = 0, height = 0;
+    XtVaGetValues(white->button, XmNwidth, &width, XmNheight, &height, nullptr);
+    EXPECT_EQ(window_pixel(XtWindow(white->button), width - 6, height / 2), app().blackPixel)
+        << "the swatch's strip shows the new mapping";
+    activate(ed->transparentSample);
+    EXPECT_EQ(white->mapsTo, color_list_of(d)->transparentPixel);
+    press_editor("Undo");
+    EXPECT_EQ(white->mapsTo, app().whitePixel);
+
+    activate(black->button);
+    EXPECT_EQ(ed->saved.pixel, black->pixel) << "the open editor follows the chosen colour";
+    set_value(255);
+    press_editor("Undo");
+    EXPECT_TRUE(has_rgb(black->pixel, 0, 0, 0));
+    EXPECT_TRUE(has_rgb(white->pixel, 65535, 65535, 65535));
+}
+
+// Closing the drawing being edited closes the editor and lets go of its cells: the stale controls write nothing
+// into cells handed to the next drawing, and the editor opens again on another drawing.
+TEST(ColorEditor, DrawingClosedUnderTheEditor)
+{
+    Drawing* keep = make_drawing(8, 8);
+    Drawing* d = make_drawing(8, 8);
+    activate(color_list_of(d)->foregroundButton, 2);
+    ColorEditor* ed = color_editor();
+    ASSERT_NE(ed, nullptr);
+    close_drawing(d);
+    pump();
+    EXPECT_FALSE(XtIsManaged(color_editor_dialog()));
+    EXPECT_EQ(ed->list, nullptr);
+
+    Drawing* next = make_drawing(8, 8);
+    std::vector<unsigned> before;
+    for (ColorEntry* e : entries(next))
+        before.push_back(filetest::rgb_of_pixel(e->pixel));
+    {
+        XErrorTrap trap;
+        set_value(200);
+        click_wheel(150, 80);
+        press_editor("Undo");
+        activate(ed->whiteSample);
+        XSync(app().display, False);
+        EXPECT_EQ(trap.errors(), 0);
+    }
+    std::vector<ColorEntry*> after = entries(next);
+    ASSERT_EQ(after.size(), before.size());
+    for (size_t i = 0; i < after.size(); i++)
+        EXPECT_EQ(filetest::rgb_of_pixel(after[i]->pixel), before[i]) << "entry " << i;
+    EXPECT_NE(color_list_of(next)->foregroundEntry->mapsTo, app().whitePixel);
+
+    activate(color_list_of(keep)->foregroundButton, 2);
+    EXPECT_TRUE(XtIsManaged(color_editor_dialog()));
+    set_value(255);
+    EXPECT_TRUE(has_rgb(color_list_of(keep)->foregroundEntry->pixel, 65535, 65535, 65535));
+}
+
+// Grab From Screen puts the exact colour of the pixel clicked anywhere on the screen into the edited cell and the
+// controls follow it; the click goes to the grab, not to the window under it.
+TEST(ColorEditor, GrabSetsTheEditedColour)
+{
+    Drawing* d = make_drawing(8, 8);
+    activate(color_list_of(d)->foregroundButton, 2);
+    Pixel edited = color_list_of(d)->foregroundEntry->pixel;
+    Display* dpy = app().display;
     Pixel cell;
-    unsigned long planes[1];
-    ASSERT_TRUE(XAllocColorCells(dpy, cmap(), False, planes, 0, &cell, 1));
-    XColor c{cell, 0x1234, 0xfedc, 0x8000, DoRed | DoGreen | DoBlue, 0};
+    ASSERT_TRUE(XAllocColorCells(dpy, cmap(), False, nullptr, 0, &cell, 1));
+    XColor c{cell, 0x2000, 0xc000, 0x4000, DoRed | DoGreen | DoBlue, 0};
     XStoreColor(dpy, cmap(), &c);
-    // The window goes under the pointer where it is, so that the test moves
-    // nothing that tests running beside it might be using.
-    Window rootReturn, childReturn;
-    int px = 0, py = 0, wx, wy;
-    unsigned mask;
-    XQueryPointer(dpy, app().root, &rootReturn, &childReturn, &px, &py, &wx, &wy, &mask);
-    int left = std::clamp(px - 30, 0, DisplayWidth(dpy, app().screen) - 60);
-    int top = std::clamp(py - 30, 0, DisplayHeight(dpy, app().screen) - 60);
+    XColor want = query(cell);
     XSetWindowAttributes attrs{};
     attrs.background_pixel = cell;
     attrs.override_redirect = True;
-    Window w = XCreateWindow(dpy, app().root, left, top, 60, 60, 0, CopyFromParent, InputOutput,
-                             CopyFromParent, CWBackPixel | CWOverrideRedirect, &attrs);
+    Window w = XCreateWindow(dpy, app().root, 0, 0, 60, 60, 0, CopyFromParent, InputOutput, CopyFromParent,
+                             CWBackPixel | CWOverrideRedirect, &attrs);
     XMapRaised(dpy, w);
     pump();
+    xtest_move(w, 30, 30);
 
-    // A second client plays the user. It owns the button events of the window, so a click that escaped the grab
-    // would go to it and the grab would never end. It clicks only once the grab is seen to be active: fake input
-    // sent before grab_pixel would be handled before the grab.
+    // A second client plays the user and owns the window's button events, so a click that escaped the grab would
+    // reach it. It clicks only once it sees the pointer grabbed: earlier input would be handled before the grab.
     Display* input = XOpenDisplay(DisplayString(dpy));
     ASSERT_NE(input, nullptr);
     XSelectInput(input, w, ButtonPressMask | ButtonReleaseMask);
     XSync(input, False);
     std::atomic<bool> clicked{false};
     std::thread user([&] {
-        Window root = DefaultRootWindow(input);
-        for (int i = 0; i < 1000; i++) {
-            int status = XGrabPointer(input, root, False, ButtonPressMask, GrabModeAsync,
-                                      GrabModeAsync, None, None, CurrentTime);
+        for (int i = 0; i < 1000 && !clicked; i++, usleep(10000)) {
+            int status = XGrabPointer(input, DefaultRootWindow(input), False, ButtonPressMask,
+                                      GrabModeAsync, GrabModeAsync, None, None, CurrentTime);
             if (status == AlreadyGrabbed) {
-                XTestFakeButtonEvent(input, 3, True, 0);
-                XTestFakeButtonEvent(input, 3, False, 0);
-                XSync(input, False);
+                XTestFakeButtonEvent(input, 1, True, 0);
+                XTestFakeButtonEvent(input, 1, False, 0);
                 clicked = true;
-                return;
-            }
-            if (status == GrabSuccess)
+            } else if (status == GrabSuccess) {
                 XUngrabPointer(input, CurrentTime);
+            }
             XSync(input, False);
-            usleep(10000);
         }
     });
-    alarm(30);   // a lost release would hang the grab loop
-    Pixel got = grab_pixel(dpy);
+    alarm(30);   // a lost release would hang the grab
+    XtCallCallbacks(editor_child("main.grabButton"), XmNactivateCallback, nullptr);
     alarm(0);
     user.join();
+    pump();
     EXPECT_TRUE(clicked);
-    EXPECT_EQ(got, cell);
-
     XEvent ev;
     XSync(input, False);
     EXPECT_FALSE(XCheckWindowEvent(input, w, ButtonPressMask | ButtonReleaseMask, &ev))
         << "the click reached the window under the grab";
     XCloseDisplay(input);
+    EXPECT_TRUE(has_rgb(edited, want.red, want.green, want.blue));
+    EXPECT_EQ(scale_value(), want.green / 257) << "the scale shows the grabbed value";
+    press_editor("Undo");
+    EXPECT_TRUE(has_rgb(edited, 0, 0, 0));
     XDestroyWindow(dpy, w);
     XFreeColors(dpy, cmap(), &cell, 1, 0);
-}
-
-// A file's transparent colour: the dialog background still comes first as the list's transparent colour, the file's
-// pixels of "None" hold it, and the other colours keep their file order and monochrome keys.
-TEST(Colour, FileWithTransparentColour)
-{
-    filetest::ScratchDir dir;
-    std::string path = dir.file("pic.xpm", "/* XPM */\nstatic char * pic[] = {\n\"4 2 3 1\",\n\". c None m None\",\n"
-                                           "\"r c #FF0000 m black\",\n\"w c #FFFFFF m white\",\n\".rw.\",\n\"wr..\"};\n");
-    ASSERT_EQ(open_file(path.c_str()), 0);
-    Drawing* d = first_open_drawing();
-    ASSERT_NE(d, nullptr);
-    ColorList* list = color_list_of(d);
-    ASSERT_NE(list, nullptr);
-    std::vector<ColorEntry*> e = entries(list);
-    ASSERT_GE(e.size(), 3u);
-    EXPECT_EQ(list->anchor->pixel, e.size());
-    EXPECT_EQ(e[0]->pixel, list->transparentPixel);
-    EXPECT_EQ(e[0]->mapsTo, list->transparentPixel);
-    EXPECT_EQ(image_pixel(d, 0, 0), list->transparentPixel) << "the file's None pixels are transparent";
-    Pixel red = image_pixel(d, 1, 0), white = image_pixel(d, 2, 0);
-    EXPECT_EQ(image_pixel(d, 1, 1), red);
-    for (auto [pixel, mapsTo] : {std::pair{red, app().blackPixel}, {white, app().whitePixel}}) {
-        auto found = std::find_if(e.begin(), e.end(), [&](ColorEntry* entry) { return entry->pixel == pixel; });
-        ASSERT_NE(found, e.end()) << "the painted cell " << pixel << " is in the list";
-        EXPECT_EQ((*found)->mapsTo, mapsTo);
-    }
-    XColor c = query(red);
-    EXPECT_EQ(c.red, 0xffff);
-    EXPECT_EQ(c.green, 0);
-    EXPECT_EQ(list->backgroundEntry, e[0]);
-    EXPECT_EQ(list->foregroundEntry, e[1]);
-    EXPECT_EQ(foreground_pixel(d), e[1]->pixel);
 }
