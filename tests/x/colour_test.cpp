@@ -4,7 +4,6 @@
 #include "files_support.h"
 
 #include <X11/extensions/XTest.h>
-#include <Xm/DrawingA.h>
 #include <Xm/DrawnB.h>
 #include <Xm/Scale.h>
 
@@ -70,12 +69,7 @@ void set_value(int value, int reason = XmCR_VALUE_CHANGED)
 
 void click_wheel(int x, int y)
 {
-    XEvent ev{};
-    ev.xbutton = {ButtonRelease};
-    ev.xbutton.x = x;
-    ev.xbutton.y = y;
-    XmDrawingAreaCallbackStruct cbs{XmCR_INPUT, &ev, 0};
-    XtCallCallbacks(editor_child("*HueSat"), XmNinputCallback, &cbs);
+    post_pointer(XtWindow(hsv_state()->hueSat), ButtonRelease, 1, x, y);
     pump();
 }
 
