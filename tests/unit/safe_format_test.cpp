@@ -4,15 +4,6 @@
 
 #include "app/safe_format.h"
 
-TEST(SafeFormat, ConversionsAreRecognised)
-{
-    const char* cases[][2] = {{"Width - %d, Height - %d", "dd"}, {"Can't open the file %s.", "s"},
-                              {"100%% sure", ""}, {"%-5.2ld and %n", "d?"}, {"trailing %", "?"}, {"%ls", "?"},
-                              {"%5s %.300s %999d", "ssd"}, {"%1000s", "?"}, {"%.99999d", "?"}};
-    for (auto [format, want] : cases)
-        EXPECT_EQ(format_conversions(format), want) << format;
-}
-
 TEST(SafeFormat, MatchingFormatsAreUsedAndWrongOnesFallBack)
 {
     EXPECT_EQ(format_int("Untitled", 3, "Untitled"), "Untitled");
@@ -26,4 +17,6 @@ TEST(SafeFormat, MatchingFormatsAreUsedAndWrongOnesFallBack)
     EXPECT_EQ(format_str("Overwrite %ls?", "a.xpm", "Overwrite %s?"), "Overwrite a.xpm?");
     EXPECT_EQ(format_str("%999999999s", "a.xpm", "[%s]"), "[a.xpm]");
     EXPECT_EQ(format_int2("Width - %0999999999d", 1, 2, "%d x %d"), "1 x 2");
+    EXPECT_EQ(format_int("%d%n", 1, "[%d]"), "[1]") << "%n writes through a pointer";
+    EXPECT_EQ(format_str("trailing %", "a", "[%s]"), "[a]");
 }

@@ -4,24 +4,14 @@
 
 #include <cstring>
 #include <set>
-#include <string>
 
 #include "app/logo_data.h"
 #include "app/placement.h"
 #include "colour/pixmap_name.h"
 
-// A resource value names the file up to its first blank or tab; null, empty and Motif's "unspecified_pixmap" mean
-// no picture.
-TEST(PixmapName, CutAtFirstBlankOrTabAndUnspecifiedNames)
+// Null, empty and Motif's "unspecified_pixmap" mean no picture; nothing else does.
+TEST(PixmapName, UnspecifiedNames)
 {
-    const char* cases[][2] = {{"rect.xpm", "rect.xpm"}, {"rect.xpm the filled one", "rect.xpm"},
-                              {"a\tb c", "a"}, {" leading", ""}, {"", ""}};
-    for (auto [value, want] : cases) {
-        std::string s = value;
-        cut_at_blank(s.data());
-        EXPECT_STREQ(s.c_str(), want) << value;
-    }
-    cut_at_blank(nullptr);
     for (const char* name : {(const char*)nullptr, "", "unspecified_pixmap"})
         EXPECT_TRUE(is_unspecified_name(name));
     EXPECT_FALSE(is_unspecified_name("unspecified_pixmap.xpm"));

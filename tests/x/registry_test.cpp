@@ -1,11 +1,9 @@
-// The drawing registry: slot choice and reuse, the eight-drawing limit, names and titles.
+// The drawing registry: slot choice and reuse, the eight-drawing limit, names of files from the command line.
 #include "x_env.h"
 #include "files_support.h"
 
 #include <Xm/Xm.h>
 
-#include "app/commands.h"
-#include "app/menus.h"
 #include "app/message.h"
 #include "app/startup.h"
 
@@ -52,19 +50,6 @@ TEST(Registry, NinthDrawingIsRefused)
     ASSERT_NE(dialog, nullptr);
     EXPECT_TRUE(XtIsManaged(dialog));
     EXPECT_EQ(filetest::dialog_message(dialog), "Too many drawings");
-}
-
-// Titles show the last path component; a widget finds its drawing, even from a pulldown's own shell; unused
-// command numbers dispatch nowhere.
-TEST(Registry, NamesAndFinding)
-{
-    Drawing* d = make_drawing(0, 0);
-    set_name(d, "/a/b/pic.xpm");
-    EXPECT_EQ(d->name, "/a/b/pic.xpm");
-    EXPECT_EQ(shell_title(d), "pic.xpm");
-    EXPECT_EQ(find_drawing_of_widget(menu_item(d, CMD_UNDO)), d);
-    EXPECT_EQ(find_drawing_of_widget(app().topLevel), nullptr);
-    EXPECT_EQ(run_command(d, 4, nullptr, False), -1);
 }
 
 // Files named on the command line are named through the untitled format:
