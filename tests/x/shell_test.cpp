@@ -33,14 +33,19 @@ void record_cb(Widget, XtPointer clientData, XtPointer callData)
     a->code = static_cast<XmAnyCallbackStruct*>(callData)->reason;
 }
 
-Pixmap convert_picture(Widget w, const char* value, const char* toType)
+// A resource conversion through the toolkit; T{} when it fails.
+template <class T>
+T convert(Widget w, const char* fromType, const void* value, unsigned size, const char* toType)
 {
-    XrmValue from{static_cast<unsigned>(strlen(value) + 1), const_cast<char*>(value)};
-    Pixmap result = None;
-    XrmValue to{sizeof(Pixmap), reinterpret_cast<XPointer>(&result)};
-    if (!XtConvertAndStore(w, XtRString, &from, const_cast<char*>(toType), &to))
-        return None;
-    return result;
+    T result{};
+    XrmValue from{size, static_cast<XPointer>(const_cast<void*>(value))};
+    XrmValue to{sizeof(T), reinterpret_cast<XPointer>(&result)};
+    return XtConvertAndStore(w, fromType, &from, const_cast<char*>(toType), &to) ? result : T{};
+}
+
+Pixmap convert_picture(Widget w, const char* name, const char* toType)
+{
+    return convert<Pixmap>(w, XtRString, name, static_cast<unsigned>(strlen(name) + 1), toType);
 }
 
 unsigned pixmap_width(Pixmap p, unsigned* depth)
@@ -143,22 +148,15 @@ TEST(ShellConverters, BitmapIconAndBitsConversions)
     EXPECT_EQ(convert_picture(w, "no-such-bitmap.xbm", XtRBitmap), None);
 
     for (const char* name : {"ovalfilled.xpm", "missing-icon.xpm"}) {
-        Icon* icon = nullptr;
-        XrmValue from{static_cast<unsigned>(strlen(name) + 1), const_cast<char*>(name)};
-        XrmValue to{sizeof(Icon*), reinterpret_cast<XPointer>(&icon)};
-        ASSERT_TRUE(XtConvertAndStore(w, XtRString, &from, const_cast<char*>("Icon"), &to));
-        ASSERT_NE(icon, nullptr);
+        Icon* icon = convert<Icon*>(w, XtRString, name, static_cast<unsigned>(strlen(name) + 1), "Icon");
+        ASSERT_NE(icon, nullptr) << name;
         EXPECT_EQ(icon->pixmap == builtin_icon_pixmap(w), name[0] == 'm') << name;
     }
     static const char* good[] = {"2 1 2 1", "a c black", "b c white", "ab"};
     static const char* bad[] = {"not xpm at all"};
-    for (auto [data, ok] : {std::pair{good, true}, std::pair{bad, false}}) {
-        Pixmap p = None;
-        XrmValue f{sizeof(char**), reinterpret_cast<XPointer>(data)};
-        XrmValue t{sizeof(Pixmap), reinterpret_cast<XPointer>(&p)};
-        ASSERT_TRUE(XtConvertAndStore(w, "Bits", &f, XtRPixmap, &t));
-        EXPECT_EQ(p == XmUNSPECIFIED_PIXMAP, !ok);
-    }
+    Pixmap fromGood = convert<Pixmap>(w, "Bits", good, sizeof(char**), XtRPixmap);
+    EXPECT_TRUE(fromGood != None && fromGood != XmUNSPECIFIED_PIXMAP);
+    EXPECT_EQ(convert<Pixmap>(w, "Bits", bad, sizeof(char**), XtRPixmap), XmUNSPECIFIED_PIXMAP);
 
     Icon* icon = make_icon_from_file(w, xbm.c_str(), app().blackPixel, app().whitePixel);
     ASSERT_NE(icon, nullptr);
