@@ -21,18 +21,6 @@ namespace {
 
 std::string label_text(Widget label) { return xm_resource_text(label, XmNlabelString); }
 
-struct Answer {
-    int calls = 0;
-    int code = -1;
-};
-
-void record_cb(Widget, XtPointer clientData, XtPointer callData)
-{
-    auto* a = static_cast<Answer*>(clientData);
-    a->calls++;
-    a->code = static_cast<XmAnyCallbackStruct*>(callData)->reason;
-}
-
 // A resource conversion through the toolkit; T{} when it fails.
 template <class T>
 T convert(Widget w, const char* fromType, const void* value, unsigned size, const char* toType)
@@ -60,7 +48,7 @@ unsigned pixmap_width(Pixmap p, unsigned* depth)
 }  // namespace
 
 // A drawing's message appears centred over its window; a second message reuses the same "Error" dialog with the
-// second text, and OK without a response hides it. Every set has a dialog of its own; there is no set above 5.
+// second text, and OK without a response hides it.
 TEST(ShellMessage, SecondMessageReusesDialogWithNewText)
 {
     Drawing* d = make_drawing(32, 32);
@@ -88,28 +76,6 @@ TEST(ShellMessage, SecondMessageReusesDialogWithNewText)
     EXPECT_TRUE(XtIsManaged(XmMessageBoxGetChild(first, XmDIALOG_MESSAGE_LABEL)));
     press(first, "OK");
     EXPECT_FALSE(XtIsManaged(first));
-    EXPECT_NE(message_dialog(2), first);
-    EXPECT_EQ(show_message(nullptr, "nowhere", 6, nullptr, nullptr), -1);
-}
-
-// A second show before the first is answered replaces the pending response;
-// the answer carries the pressed button's code and the dialog goes away.
-TEST(ShellMessage, SecondShowReplacesPendingResponse)
-{
-    Answer first, second, third;
-    show_message(nullptr, "question one", 4, record_cb, &first);
-    show_message(nullptr, "question two", 4, record_cb, &second);
-    pump();
-    Widget dialog = message_dialog(4);
-    press(dialog, "Cancel");
-    EXPECT_EQ(first.calls, 0);
-    EXPECT_EQ(second.calls, 1);
-    EXPECT_EQ(second.code, MSG_CANCEL);
-    EXPECT_FALSE(XtIsManaged(dialog));
-    show_message(nullptr, "question three", 4, record_cb, &third);
-    pump();
-    press(dialog, "Yes");
-    EXPECT_EQ(third.code, MSG_YES);
 }
 
 // A picture name is cut at its first blank or tab before it is looked up; missing and "unspecified_pixmap" names
@@ -141,7 +107,8 @@ TEST(ShellConverters, BitmapIconAndBitsConversions)
 {
     Widget w = app().topLevel;
     ScratchDir dir;
-    std::string xbm = dir.file("t.xbm", "#define t_width 8\n#define t_height 2\nstatic char t_bits[] = {\n0x01, 0x80};\n");
+    std::string xbm = dir.file("t.xbm", "#define t_width 8\n#define t_height 2\n"
+                                        "static char t_bits[] = {\n0x01, 0x80};\n");
     unsigned depth = 0;
     EXPECT_EQ(pixmap_width(convert_picture(w, xbm.c_str(), XtRBitmap), &depth), 8u);
     EXPECT_EQ(depth, 1u);
@@ -167,8 +134,8 @@ TEST(ShellConverters, BitmapIconAndBitsConversions)
     EXPECT_EQ(make_icon_from_file(w, "no-such-file.xpm", 0, 0), nullptr);
 }
 
-// The tool cursors exist and differ; setting one out of range, on no drawing, or through the help cursor callback
-// on widgets with no drawing is harmless.
+// The tool cursors exist and differ; setting one on a drawing whose views are not all realised, or one out of
+// range, is harmless.
 TEST(ShellCursors, CursorsDefinedAndSetSafely)
 {
     for (int i = 0; i < CURSOR_COUNT; i++)
@@ -177,10 +144,9 @@ TEST(ShellCursors, CursorsDefinedAndSetSafely)
     EXPECT_EQ(tool_cursor(CURSOR_COUNT), None);
     EXPECT_EQ(tool_cursor(-1), None);
     Drawing* d = make_drawing(16, 16);
+    set_cursor(d, CURSOR_BUCKET);
     set_cursor(d, 99);
     set_cursor(nullptr, 0);
-    help_cursor_cb(d->shell, True, tool_cursor(CURSOR_TEXT));
-    help_cursor_cb(app().topLevel, False, None);
     pump();
 }
 
