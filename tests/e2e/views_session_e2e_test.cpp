@@ -36,9 +36,7 @@ TEST(ViewsSessionE2e, ViewsShowThePictureAndTheSessionEndsIt)
     ASSERT_EQ(cmd.size(), 4u);
     EXPECT_EQ(cmd[0].find('/'), 0u);
     EXPECT_NE(cmd[0].find(app.app_name()), std::string::npos) << "the restart command names the program: " << cmd[0];
-    EXPECT_EQ(cmd[1], path);
-    EXPECT_EQ(cmd[2], "-zoomLevel");
-    EXPECT_EQ(cmd[3], "2");
+    EXPECT_EQ(cmd, (std::vector<std::string>{cmd[0], path, "-zoomLevel", "2"}));
 
     // View > Actual Size View, through the menu keys.
     app.keys(shell, {"F10", "Right", "Right", "Down", "a"});

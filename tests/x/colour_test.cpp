@@ -178,17 +178,14 @@ TEST(Colour, ImageTableLoadsWithMonoKeys)
 
     Drawing* d = make_drawing(8, 8);
     std::vector<ColorEntry*> old = entries(d);
-    const char* mono[4] = {"w", "b", "None", nullptr};
-    const char* colour[4] = {"#FF0000", "#00FF00", "None", "#0000FF"};
-    XpmColor colours[4]{};
-    XpmColor* table[4];
+    auto c = [](const char* s) { return const_cast<char*>(s); };
+    XpmColor colours[4] = {{nullptr, nullptr, c("w"), nullptr, nullptr, c("#FF0000")},
+                           {nullptr, nullptr, c("b"), nullptr, nullptr, c("#00FF00")},
+                           {nullptr, nullptr, c("None"), nullptr, nullptr, c("None")},
+                           {nullptr, nullptr, nullptr, nullptr, nullptr, c("#0000FF")}};
+    XpmColor* table[4] = {&colours[0], &colours[1], &colours[2], &colours[3]};
     Pixel pixels[4];
     ASSERT_TRUE(XAllocColorCells(app().display, cmap(), False, nullptr, 0, pixels, 4));
-    for (int i = 0; i < 4; i++) {
-        colours[i].m_color = const_cast<char*>(mono[i]);
-        colours[i].c_color = const_cast<char*>(colour[i]);
-        table[i] = &colours[i];
-    }
     DrawingXpmInfo info{};
     info.colourCount = 4;
     info.colours = table;
