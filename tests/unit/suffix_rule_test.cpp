@@ -1,44 +1,35 @@
-// The suffix rule of the save dialogs.
+// The suffix rule of the save dialogs, and the base name that the staged file and its identifiers take.
 #include <gtest/gtest.h>
 
-#include "files/suffix_rule.h"
 #include "files/staging.h"
+#include "files/suffix_rule.h"
 
-// Colour drawings keep ".px" and ".xpm" and otherwise get ".px"; bitmaps
-// always end in ".xbm"; a name that is only a suffix gets one added.
+// Colour drawings (mode 2 and up) keep ".px" and ".xpm" and otherwise get ".px"; bitmaps (modes 0 and 1) always
+// end in ".xbm"; suffixes are case-sensitive and a name that is only a suffix gets one added.
 TEST(SuffixRule, ColourAndBitmapNames)
 {
-    const int colour = 8, bitmap = 1, bw = 1;
-    EXPECT_EQ(apply_suffix(colour, "pic"), "pic.px");
-    EXPECT_EQ(apply_suffix(colour, "pic.xpm"), "pic.xpm");
-    EXPECT_EQ(apply_suffix(colour, "pic.px"), "pic.px");
-    EXPECT_EQ(apply_suffix(colour, "pic.xbm"), "pic.xbm.px");
-    EXPECT_EQ(apply_suffix(colour, "dir.xpm/pic"), "dir.xpm/pic.px");
-    EXPECT_EQ(apply_suffix(colour, "pic.XPM"), "pic.XPM.px") << "suffixes are case-sensitive";
-    EXPECT_EQ(apply_suffix(bitmap, "pic.xpm"), "pic.xpm.xbm");
-    EXPECT_EQ(apply_suffix(bitmap, "pic.xbm"), "pic.xbm");
-    EXPECT_EQ(apply_suffix(bitmap, "pic.px"), "pic.px.xbm");
-    EXPECT_EQ(apply_suffix(bw, "pic"), "pic.xbm");
-    EXPECT_EQ(apply_suffix(0, "pic"), "pic.xbm") << "mode 0 counts as a bitmap";
-    EXPECT_EQ(apply_suffix(2, "pic"), "pic.px") << "mode 2 is the first colour mode";
-
-    EXPECT_EQ(apply_suffix(bitmap, ".xbm"), ".xbm.xbm");
-    EXPECT_EQ(apply_suffix(colour, ".px"), ".px.px");
-    EXPECT_EQ(apply_suffix(colour, ".xpm"), ".xpm.px");
-    EXPECT_EQ(apply_suffix(colour, "a.px"), "a.px");
-    EXPECT_EQ(apply_suffix(bitmap, "a.xbm"), "a.xbm");
-    EXPECT_EQ(apply_suffix(colour, ""), ".px");
-    EXPECT_EQ(apply_suffix(bitmap, ""), ".xbm");
+    const struct {
+        int mode;
+        const char *name, *offered;
+    } cases[] = {
+        {8, "pic", "pic.px"},          {8, "pic.xpm", "pic.xpm"},       {8, "pic.px", "pic.px"},
+        {8, "pic.xbm", "pic.xbm.px"},  {8, "dir.xpm/pic", "dir.xpm/pic.px"}, {8, "pic.XPM", "pic.XPM.px"},
+        {1, "pic.xpm", "pic.xpm.xbm"}, {1, "pic.xbm", "pic.xbm"},       {1, "pic.px", "pic.px.xbm"},
+        {1, "pic", "pic.xbm"},         {0, "pic", "pic.xbm"},           {2, "pic", "pic.px"},
+        {1, ".xbm", ".xbm.xbm"},       {8, ".px", ".px.px"},            {8, ".xpm", ".xpm.px"},
+        {8, "", ".px"},                {1, "", ".xbm"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(apply_suffix(c.mode, c.name), c.offered) << c.mode << " " << c.name;
 }
 
-// The staged file is named after the target's last component cut at its
-// first '.', which is where the identifiers inside the file come from.
+// The last component cut at its first '.', made of identifier characters (blanks would make an unreadable XBM),
+// and a usable name when nothing is left.
 TEST(SuffixRule, StagingBaseName)
 {
     EXPECT_EQ(staging_base_name("/home/u/a.b.px"), "a");
-    EXPECT_EQ(staging_base_name("pic.xpm"), "pic");
     EXPECT_EQ(staging_base_name("/x.y/pic"), "pic");
-    EXPECT_EQ(staging_base_name("/home/u/.hidden"), "image") << "nothing left: a usable name";
+    EXPECT_EQ(staging_base_name("/home/u/.hidden"), "image");
     EXPECT_EQ(staging_base_name("dir/"), "image");
-    EXPECT_EQ(staging_base_name("/x/my pic-2.xbm"), "my_pic_2") << "blanks would make an unreadable XBM";
+    EXPECT_EQ(staging_base_name("/x/my pic-2.xbm"), "my_pic_2");
 }
