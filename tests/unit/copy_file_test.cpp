@@ -85,80 +85,57 @@ TEST(CopyFile, FailureLeavesTargetIntact)
     write_text(src, "new contents");
     write_text(dst, "old contents");
 
-    EXPECT_EQ(copy_file((t.path + "/missing").c_str(), dst.c_str()), 0);
-    EXPECT_EQ(read_text(dst), "old contents") << "missing source";
-
-    EXPECT_EQ(copy_file(src.c_str(), (t.path + "/gone/dst").c_str()), 0) << "vanished directory";
-
-    EXPECT_EQ(copy_file(src.c_str(), (dst + "/under-a-file").c_str()), 0);
-    EXPECT_EQ(read_text(dst), "old contents") << "a path through a file";
-
     std::string dir = t.path + "/adir";
     mkdir(dir.c_str(), 0700);
-    EXPECT_EQ(copy_file(src.c_str(), dir.c_str()), 0) << "a directory is never replaced";
+    const struct {
+        std::string from, to;
+        const char* what;
+    } cases[] = {
+        {t.path + "/missing", dst, "missing source"},         {src, t.path + "/gone/dst", "vanished directory"},
+        {src, dst + "/under-a-file", "a path through a file"}, {src, dir, "a directory is never replaced"},
+        {t.path, dst, "a directory is no source"},            {src, "", "no target"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(copy_file(c.from.c_str(), c.to.c_str()), 0) << c.what;
+        EXPECT_EQ(read_text(dst), "old contents") << c.what;
+    }
     EXPECT_EQ(entries(dir), 0);
-
-    EXPECT_EQ(copy_file(t.path.c_str(), dst.c_str()), 0) << "a directory is no source";
-    EXPECT_EQ(read_text(dst), "old contents");
-    EXPECT_EQ(copy_file(src.c_str(), ""), 0);
     EXPECT_EQ(copy_file(src.c_str(), dst.c_str()), 1);
     EXPECT_EQ(entries("/proc/self/fd"), openFiles);
 }
 
-// A target that can be written neither beside nor in place is left as it was. Root ignores permission bits: there
-// the directory is a read-only tmpfs.
-TEST(CopyFile, UnwritableDirectoryLeavesTargetIntact)
+// Where no file can take the target's place (an unwritable directory; for root, who ignores permission bits, a
+// read-only tmpfs or a target that is a mount point) a writable target is rewritten in place, longer or shorter, so
+// the save is not lost; an unwritable one is left as it was. Nothing is left beside either.
+TEST(CopyFile, UnwritablePlace)
 {
     TempDir t;
-    std::string src = t.path + "/src", dir = t.path + "/ro", dst = dir + "/dst";
-    write_text(src, "new");
+    std::string src = t.path + "/src", dir = t.path + "/d", dst = dir + "/dst";
     mkdir(dir.c_str(), 0700);
-    bool mounted = false;
-    if (geteuid() == 0) {
-        if (mount("tmpfs", dir.c_str(), "tmpfs", 0, "size=64k") != 0)
-            GTEST_SKIP() << "root without mount rights: nothing here is unwritable";
-        mounted = true;
-    }
+    bool root = geteuid() == 0;
+    if (root && mount("tmpfs", dir.c_str(), "tmpfs", 0, "size=64k") != 0)
+        GTEST_SKIP() << "root without mount rights: nothing here is unwritable";
     write_text(dst, "old");
-    chmod(dst.c_str(), 0400);
-    if (!mounted)
-        chmod(dir.c_str(), 0500);
+    if (root)
+        ASSERT_EQ(mount(dst.c_str(), dst.c_str(), nullptr, MS_BIND, nullptr), 0);
     else
-        ASSERT_EQ(mount("tmpfs", dir.c_str(), "tmpfs", MS_REMOUNT | MS_RDONLY, "size=64k"), 0);
-    EXPECT_EQ(copy_file(src.c_str(), dst.c_str()), 0);
-    EXPECT_EQ(read_text(dst), "old");
-    EXPECT_EQ(entries(dir), 1) << "no temporary file beside the target";
-    if (mounted)
-        umount2(dir.c_str(), MNT_DETACH);
-    else
-        chmod(dir.c_str(), 0700);
-}
-
-// Where no file can take the target's place (an unwritable directory; for root, a target that is a mount point) a
-// writable target is rewritten in place: the save is not lost. A longer and a shorter copy both fit exactly.
-TEST(CopyFile, WritableTargetInUnwritablePlaceIsRewritten)
-{
-    TempDir t;
-    std::string dir = t.path + "/d", dst = dir + "/dst", src = t.path + "/src";
-    mkdir(dir.c_str(), 0700);
-    write_text(dst, "old contents");
-    bool mounted = false;
-    if (geteuid() == 0) {
-        if (mount(dst.c_str(), dst.c_str(), nullptr, MS_BIND, nullptr) != 0)
-            GTEST_SKIP() << "root without mount rights";
-        mounted = true;
-    } else {
         chmod(dir.c_str(), 0500);
-    }
     for (const std::string& text : {std::string(5000, 'n'), std::string("short")}) {
         write_text(src, text);
         EXPECT_EQ(copy_file(src.c_str(), dst.c_str()), 1);
         EXPECT_EQ(read_text(dst), text);
     }
-    if (mounted)
+    if (root) {
         umount2(dst.c_str(), MNT_DETACH);
-    else
-        chmod(dir.c_str(), 0700);
+        ASSERT_EQ(mount("tmpfs", dir.c_str(), "tmpfs", MS_REMOUNT | MS_RDONLY, "size=64k"), 0);
+    }
+    chmod(dst.c_str(), 0400);
+    EXPECT_EQ(copy_file(src.c_str(), dst.c_str()), 0);
+    EXPECT_EQ(read_text(dst), "short");
+    EXPECT_EQ(entries(dir), 1) << "no temporary file beside the target";
+    if (root)
+        umount2(dir.c_str(), MNT_DETACH);
+    chmod(dir.c_str(), 0700);
 }
 
 // A full file system: the copy fails, the old target is whole and nothing is left beside it, whether the copy

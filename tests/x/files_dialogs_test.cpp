@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <Xm/Text.h>
-#include <Xm/TextF.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -22,15 +21,18 @@ using namespace filetest;
 
 namespace {
 
-std::string file_text()
+// The text of a text or text field widget (Motif's text calls take both).
+std::string text_of(Widget w)
 {
-    char* s = XmTextGetString(file_dialog_text());
+    char* s = XmTextGetString(w);
     std::string v = s ? s : "";
     XtFree(s);
     return v;
 }
 
-void set_file_text(const std::string& v) { XmTextSetString(file_dialog_text(), const_cast<char*>(v.c_str())); }
+void set_text(Widget w, const std::string& v) { XmTextSetString(w, const_cast<char*>(v.c_str())); }
+std::string file_text() { return text_of(file_dialog_text()); }
+void set_file_text(const std::string& v) { set_text(file_dialog_text(), v); }
 
 // OK of the file dialog, as the dialog itself calls it.
 void press_file_ok()
@@ -43,26 +45,7 @@ void press_file_ok()
 
 bool managed(Widget w) { return w && XtIsManaged(w); }
 
-// Save As from the drawing, with `path` typed into the file dialog and OK pressed.
-void save_as_to(Drawing* d, const std::string& path)
-{
-    save_as(d, nullptr);
-    pump();
-    set_file_text(path);
-    press_file_ok();
-}
-
 Widget field(const char* name) { return XtNameToWidget(new_dialog(), (std::string("*") + name).c_str()); }
-
-std::string field_text(const char* name)
-{
-    char* s = XmTextFieldGetString(field(name));
-    std::string v = s ? s : "";
-    XtFree(s);
-    return v;
-}
-
-void set_field(const char* name, const char* value) { XmTextFieldSetString(field(name), const_cast<char*>(value)); }
 
 std::string error_text() { return dialog_message(message_dialog(0)); }
 
@@ -73,6 +56,14 @@ Drawing* painted_drawing(int w = 12, int h = 10)
     XFillRectangle(app().display, d->image, d->foregroundGC, 1, 1, 4, 3);
     d->modified = 1;
     return d;
+}
+
+// Asks to close the drawing: whether the confirm-close dialog came up.
+bool asks_to_close(Drawing* d)
+{
+    request_close(d);
+    pump();
+    return managed(confirm_dialog());
 }
 
 bool exists(const std::string& p) { return access(p.c_str(), F_OK) == 0; }
@@ -99,26 +90,37 @@ struct ReadOnlyFile {
 
 }  // namespace
 
-
 // Save As offers the drawing's name with the suffix rule applied (a bitmap's "pic.xpm" -> "pic.xpm.xbm", a colour
-// drawing's "pic" -> "pic.px"), writes the file, renames the drawing and its window and marks it saved.
+// drawing's "pic" -> "pic.px"), writes the file, renames the drawing and its window and marks it saved. Save As
+// black-and-white offers the name unchanged, writes an XBM of the black-and-white rendering, and changes neither
+// name nor modified flag.
 TEST(FilesSave, SaveAsOffersWritesAndRenames)
 {
     ScratchDir dir;
     ASSERT_EQ(open_file(dir.file("pic.xpm", xbm_text(pattern_xbm(5, 5))).c_str()), 0);
     pump();
-    Drawing* bitmap = drawing_named(dir.path("pic.xpm"));
-    ASSERT_NE(bitmap, nullptr);
-    save_as(bitmap, nullptr);
+    save_as(drawing_named(dir.path("pic.xpm")), nullptr);
     pump();
     EXPECT_EQ(file_text(), dir.path("pic.xpm.xbm"));
     hide_file_dialog();
 
-    Drawing* d = painted_drawing();
-    d->name = dir.path("pic");
+    Drawing* d = painted_drawing(9, 7);
+    std::string name = d->name = dir.path("pic");
+    save_as_bw(d, nullptr);
+    pump();
+    EXPECT_EQ(file_text(), name);
+    set_file_text(dir.path("bw"));
+    press_file_ok();
+    XbmBack back = read_xbm(dir.path("bw.xbm"));
+    ASSERT_EQ(back.status, BitmapSuccess);
+    EXPECT_EQ(back.width, 9u);
+    EXPECT_EQ(back.bit(2, 2), 1) << "black paint is a set bit";
+    EXPECT_EQ(back.bit(7, 6), 0);
+    EXPECT_EQ(d->name, name);
+    EXPECT_EQ(d->modified, 1);
+
     save_as(d, nullptr);
     pump();
-    ASSERT_TRUE(managed(file_dialog()));
     std::string target = dir.path("pic.px");
     EXPECT_EQ(file_text(), target);
     press_file_ok();
@@ -132,41 +134,37 @@ TEST(FilesSave, SaveAsOffersWritesAndRenames)
     EXPECT_STREQ(title, "pic.px");
 }
 
-// An existing target is not written until the overwrite question is answered OK; OK writes it and marks the
-// drawing saved.
-TEST(FilesSave, OverwriteAsksFirst)
+// A write that cannot reach its target shows "Can't open the file %s." and leaves the drawing's name and modified
+// flag; an existing target is not written until the overwrite question is answered OK. Both keep the file dialog up.
+TEST(FilesSave, FailedWriteAndOverwrite)
 {
     ScratchDir dir;
-    std::string target = dir.file("old.px", "old contents");
     Drawing* d = painted_drawing();
-    save_as_to(d, target);
+    std::string name = d->name;
+    std::string gone = dir.path("gone/pic.px");
+    save_as(d, nullptr);
+    pump();
+    set_file_text(gone);
+    press_file_ok();
+    EXPECT_EQ(dialog_message(warning_dialog()), "Can't open the file " + gone + ".");
+    EXPECT_TRUE(managed(file_dialog()));
+    EXPECT_EQ(d->name, name);
+    EXPECT_EQ(d->modified, 1);
+    EXPECT_EQ(d->hasFile, 0);
+
+    std::string target = dir.file("old.px", "old contents");
+    set_file_text(target);
+    press_file_ok();
     ASSERT_TRUE(managed(overwrite_dialog()));
     EXPECT_EQ(dialog_message(overwrite_dialog()), "Overwrite " + target + "?");
     EXPECT_EQ(read_file(target), "old contents");
-    EXPECT_TRUE(managed(file_dialog())) << "the file dialog stays up meanwhile";
+    EXPECT_TRUE(managed(file_dialog()));
     XtCallCallbacks(overwrite_dialog(), XmNokCallback, nullptr);
     pump();
     EXPECT_NE(read_file(target), "old contents");
     EXPECT_FALSE(managed(file_dialog()));
     EXPECT_EQ(d->modified, 0);
     EXPECT_EQ(d->name, target);
-}
-
-// A write that cannot reach its target shows "Can't open the file %s.", keeps the dialog up and leaves the
-// drawing's name and modified flag.
-TEST(FilesSave, FailedWriteWarnsAndKeepsState)
-{
-    ScratchDir dir;
-    Drawing* d = painted_drawing();
-    std::string name = d->name;
-    std::string target = dir.path("gone/pic.px");
-    save_as_to(d, target);
-    ASSERT_TRUE(managed(warning_dialog()));
-    EXPECT_EQ(dialog_message(warning_dialog()), "Can't open the file " + target + ".");
-    EXPECT_TRUE(managed(file_dialog()));
-    EXPECT_EQ(d->name, name);
-    EXPECT_EQ(d->modified, 1);
-    EXPECT_EQ(d->hasFile, 0);
 }
 
 // Save writes straight to a drawing's own writable file, silently; without a file, or with one it may not write,
@@ -204,28 +202,6 @@ TEST(FilesSave, DirectSaveOrSaveAs)
     EXPECT_EQ(d->modified, 1);
     EXPECT_EQ(read_file(ro.path), "old");
     hide_file_dialog();
-}
-
-// Save As black-and-white offers the name unchanged, writes an XBM of the black-and-white rendering, and changes
-// neither name nor modified flag.
-TEST(FilesSave, SaveAsBlackAndWhite)
-{
-    ScratchDir dir;
-    Drawing* d = painted_drawing(9, 7);
-    std::string name = d->name;
-    save_as_bw(d, nullptr);
-    pump();
-    EXPECT_EQ(file_text(), name);
-    set_file_text(dir.path("bw"));
-    press_file_ok();
-    XbmBack back = read_xbm(dir.path("bw.xbm"));
-    ASSERT_EQ(back.status, BitmapSuccess);
-    EXPECT_EQ(back.width, 9u);
-    EXPECT_EQ(back.height, 7u);
-    EXPECT_EQ(back.bit(2, 2), 1) << "black paint is a set bit";
-    EXPECT_EQ(back.bit(7, 6), 0);
-    EXPECT_EQ(d->name, name);
-    EXPECT_EQ(d->modified, 1);
 }
 
 // Open reads the chosen file into a new drawing and hides the dialog; a file that cannot be read is reported and
@@ -275,9 +251,9 @@ TEST(FilesNew, LimitsAndDefaults)
     run_command(d, CMD_NEW, nullptr, False);
     pump();
     ASSERT_TRUE(managed(new_dialog()));
-    EXPECT_EQ(field_text("WidthTW"), std::to_string(res().drawAreaWidth));
-    set_field("WidthTW", "x12");
-    EXPECT_EQ(field_text("WidthTW"), std::to_string(res().drawAreaWidth)) << "sizes start with a digit";
+    EXPECT_EQ(text_of(field("WidthTW")), std::to_string(res().drawAreaWidth));
+    set_text(field("WidthTW"), "x12");
+    EXPECT_EQ(text_of(field("WidthTW")), std::to_string(res().drawAreaWidth)) << "sizes start with a digit";
 
     const struct {
         const char *name, *w, *h;
@@ -296,9 +272,9 @@ TEST(FilesNew, LimitsAndDefaults)
         if (!managed(new_dialog()))
             show_new_dialog(d);
         pump();
-        set_field("NameTW", c.name);
-        set_field("WidthTW", c.w);
-        set_field("HeightTW", c.h);
+        set_text(field("NameTW"), c.name);
+        set_text(field("WidthTW"), c.w);
+        set_text(field("HeightTW"), c.h);
         press(new_dialog(), "OK");
         std::string what = std::string(c.name) + " " + c.w + "x" + c.h;
         if (!c.message.empty()) {
@@ -320,17 +296,11 @@ TEST(FilesClose, AskOnlyWhenModifiedAndQuitCancelled)
     Drawing* keep = make_drawing();
     Drawing* d = make_drawing();
     Drawing* other = make_drawing();
-    int count = open_count();
-    request_close(d);
-    pump();
+    EXPECT_FALSE(asks_to_close(d));
     EXPECT_FALSE(drawing_is_open(d));
-    EXPECT_FALSE(managed(confirm_dialog()));
-    EXPECT_EQ(open_count(), count - 1);
 
     Drawing* e = painted_drawing();
-    request_close(e);
-    pump();
-    ASSERT_TRUE(managed(confirm_dialog()));
+    ASSERT_TRUE(asks_to_close(e));
     press(confirm_dialog(), "Cancel");
     EXPECT_FALSE(managed(confirm_dialog()));
     EXPECT_TRUE(drawing_is_open(e));
@@ -339,58 +309,49 @@ TEST(FilesClose, AskOnlyWhenModifiedAndQuitCancelled)
     pump();
     ASSERT_TRUE(managed(confirm_dialog()));
     press(confirm_dialog(), "Cancel");
-    EXPECT_TRUE(drawing_is_open(e));
-    EXPECT_TRUE(drawing_is_open(other));
-    request_close(other);
-    pump();
+    EXPECT_TRUE(drawing_is_open(e) && drawing_is_open(other));
+    EXPECT_FALSE(asks_to_close(other));
     EXPECT_TRUE(drawing_is_open(e)) << "a cancelled Quit does not resume";
 
     run_command(e, CMD_CLOSE, nullptr, False);
     pump();
-    ASSERT_TRUE(managed(confirm_dialog()));
     press(confirm_dialog(), "Discard");
     EXPECT_FALSE(drawing_is_open(e));
     EXPECT_TRUE(drawing_is_open(keep));
 }
 
 // Save in the confirm dialog closes the drawing only after a successful write: through Save As when it has no file,
-// where a cancel or a failed write leaves it open.
+// where a cancel or a failed write leaves it open, or straight to a writable file of its own.
 TEST(FilesClose, SaveClosesOnlyAfterWrite)
 {
     ScratchDir dir;
     Drawing* keep = make_drawing();
     Drawing* d = painted_drawing();
-    request_close(d);
-    pump();
+    ASSERT_TRUE(asks_to_close(d));
     press(confirm_dialog(), "Save");
     ASSERT_TRUE(managed(file_dialog())) << "no file: Save As";
     XtCallCallbacks(file_dialog(), XmNcancelCallback, nullptr);
     pump();
     EXPECT_TRUE(drawing_is_open(d)) << "cancelled Save As keeps the drawing";
 
-    request_close(d);
-    pump();
+    ASSERT_TRUE(asks_to_close(d));
     press(confirm_dialog(), "Save");
     set_file_text(dir.path("missing/x"));
     press_file_ok();
     EXPECT_TRUE(drawing_is_open(d)) << "failed write keeps the drawing";
-
     set_file_text(dir.path("closing"));
     press_file_ok();
     EXPECT_TRUE(exists(dir.path("closing.px")));
     EXPECT_FALSE(drawing_is_open(d));
     EXPECT_TRUE(drawing_is_open(keep));
 
-    // A drawing with a writable file of its own is written and closed.
     Drawing* e = painted_drawing();
-    std::string own = dir.file("own.px", "x");
-    e->name = own;
+    e->name = dir.file("own.px", "x");
     e->hasFile = 1;
-    request_close(e);
-    pump();
+    ASSERT_TRUE(asks_to_close(e));
     press(confirm_dialog(), "Save");
     EXPECT_FALSE(drawing_is_open(e));
-    EXPECT_NE(read_file(own), "x");
+    EXPECT_NE(read_file(dir.path("own.px")), "x");
 }
 
 namespace {

@@ -24,11 +24,8 @@ const std::string pixelChars =
 std::string code_of(int index, int cpp)
 {
     std::string code;
-    int base = static_cast<int>(pixelChars.size());
-    for (int i = 0; i < cpp; i++) {
-        code += pixelChars[index % base];
-        index /= base;
-    }
+    for (size_t i = 0, n = static_cast<size_t>(index); i < static_cast<size_t>(cpp); i++, n /= pixelChars.size())
+        code += pixelChars[n % pixelChars.size()];
     return code;
 }
 
@@ -36,14 +33,10 @@ std::string code_of(int index, int cpp)
 
 TestXpm pattern_xpm(int width, int height, int count, int cpp)
 {
-    TestXpm x;
-    x.width = width;
-    x.height = height;
-    x.cpp = cpp;
+    TestXpm x{.width = width, .height = height, .cpp = cpp};
     for (int i = 0; i < count; i++) {
         char spec[16];
-        // Distinct at 8 bits a channel, and never the program's own
-        // transparent grey by accident.
+        // Distinct at 8 bits a channel, and never the program's own transparent grey by accident.
         std::snprintf(spec, sizeof spec, "#%02X%02X%02X", (i * 37 + 11) & 0xFF, (i * 89 + 3) & 0xFF,
                       (i * 7 + 200 + i / 36) & 0xFF);
         x.colours.push_back({spec, ""});
@@ -51,7 +44,6 @@ TestXpm pattern_xpm(int width, int height, int count, int cpp)
     for (int y = 0; y < height; y++)
         for (int px = 0; px < width; px++)
             x.pixels.push_back((px * 3 + y * 7 + px * y) % count);
-    // Make sure every colour appears at least once.
     for (int i = 0; i < count && i < width * height; i++)
         x.pixels[static_cast<size_t>(i)] = i;
     return x;
@@ -67,9 +59,7 @@ std::string xpm_text(const TestXpm& x)
     s << "\",\n";
     for (size_t i = 0; i < x.colours.size(); i++) {
         s << '"' << code_of(static_cast<int>(i), x.cpp) << " c " << x.colours[i].c;
-        if (!x.colours[i].m.empty())
-            s << " m " << x.colours[i].m;
-        s << "\",\n";
+        s << (x.colours[i].m.empty() ? "" : " m " + x.colours[i].m) << "\",\n";
     }
     for (int y = 0; y < x.height; y++) {
         s << '"';
@@ -82,9 +72,7 @@ std::string xpm_text(const TestXpm& x)
 
 TestXbm pattern_xbm(int width, int height)
 {
-    TestXbm b;
-    b.width = width;
-    b.height = height;
+    TestXbm b{.width = width, .height = height};
     for (int y = 0; y < height; y++)
         for (int x = 0; x < width; x++)
             b.bits.push_back(((x * x + y * 3) % 5) < 2 ? 1 : 0);
@@ -110,8 +98,8 @@ std::string xbm_text(const TestXbm& b, const char* name)
                     v |= 1 << bit;
             }
             char hex[16];
-            std::snprintf(hex, sizeof hex, "0x%02x", v);
-            s << (first ? "" : ", ") << hex;
+            std::snprintf(hex, sizeof hex, first ? "0x%02x" : ", 0x%02x", v);
+            s << hex;
             first = false;
         }
     s << "};\n";
@@ -149,16 +137,14 @@ ScratchDir::~ScratchDir()
 
 std::string ScratchDir::file(const std::string& name, const std::string& contents) const
 {
-    std::string p = path(name);
-    std::ofstream(p, std::ios::binary) << contents;
-    return p;
+    std::ofstream(path(name), std::ios::binary) << contents;
+    return path(name);
 }
 
 std::string read_file(const std::string& path)
 {
-    std::ifstream in(path, std::ios::binary);
     std::stringstream s;
-    s << in.rdbuf();
+    s << std::ifstream(path, std::ios::binary).rdbuf();
     return s.str();
 }
 
@@ -168,8 +154,7 @@ std::string xm_resource_text(Widget w, const char* resource)
     XtVaGetValues(w, resource, &xs, nullptr);
     if (!xs)
         return "";
-    // Line breaks are separators inside the compound string: give them
-    // back as "\n".
+    // Line breaks are separators inside the compound string: give them back as "\n".
     XmString separator = XmStringSeparatorCreate();
     Arg args[4];
     XtSetArg(args[0], XmNincludeStatus, XmINSERT);
@@ -237,13 +222,11 @@ unsigned rgb_of_pixel(unsigned long pixel)
 
 unsigned rgb_of_spec(const std::string& spec)
 {
-    if (spec.size() == 7)
-        return static_cast<unsigned>(std::strtoul(spec.c_str() + 1, nullptr, 16));
-    if (spec.size() == 13) {
-        auto part = [&](int i) { return std::strtoul(spec.substr(1 + 4 * i, 2).c_str(), nullptr, 16); };
-        return static_cast<unsigned>((part(0) << 16) | (part(1) << 8) | part(2));
-    }
-    return 0xFFFFFFFF;
+    size_t digits = spec.size() == 7 ? 2 : spec.size() == 13 ? 4 : 0;   // per channel; the top two count
+    if (digits == 0)
+        return 0xFFFFFFFF;
+    auto part = [&](size_t i) { return std::strtoul(spec.substr(1 + digits * i, 2).c_str(), nullptr, 16); };
+    return static_cast<unsigned>((part(0) << 16) | (part(1) << 8) | part(2));
 }
 
 }  // namespace filetest
