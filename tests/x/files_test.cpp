@@ -4,7 +4,6 @@
 #include <X11/xpm.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
@@ -55,11 +54,14 @@ void undo_read(ReadResult& r, Pixel oldBackground)
     release_xpm_info(&r.info);
 }
 
+// Opens a file as the program does; the test fails when no drawing comes of it.
 Drawing* open_drawing(const std::string& path)
 {
     EXPECT_EQ(open_file(path.c_str()), 0) << path;
     pump();
-    return drawing_named(path);
+    Drawing* d = drawing_named(path);
+    EXPECT_NE(d, nullptr) << path;
+    return d;
 }
 
 bool is_transparent_spec(const std::string& c) { return c == "None" || c == "none" || c == "#Transparent"; }
@@ -97,14 +99,13 @@ void expect_file_matches(const std::string& path, const TestXpm& x)
     EXPECT_EQ(hot ? static_cast<int>(info.y_hotspot) : -1, x.hotspotY);
     for (unsigned i = 0; i < image.width * image.height && i < x.pixels.size(); i++) {
         const XpmColor& got = image.colorTable[image.data[i]];
-        std::string c = got.c_color ? got.c_color : "", m = got.m_color ? got.m_color : "";
         const TestColour& want = x.colours[static_cast<size_t>(x.pixels[i])];
-        if (is_transparent_spec(want.c)) {
-            EXPECT_EQ(c + "/" + m, "None/None") << "pixel " << i;
-        } else {
-            EXPECT_EQ(rgb_of_spec(c), rgb_of_spec(want.c)) << "pixel " << i;
-            EXPECT_EQ(m, want.m == "black" ? "black" : "white") << "pixel " << i << " colour " << want.c;
-        }
+        std::string c = got.c_color ? got.c_color : "", m = got.m_color ? got.m_color : "";
+        if (!is_transparent_spec(want.c))
+            c = std::to_string(rgb_of_spec(c));
+        ASSERT_EQ(c + "/" + m, is_transparent_spec(want.c) ? "None/None"
+                                   : std::to_string(rgb_of_spec(want.c)) + (want.m == "black" ? "/black" : "/white"))
+            << "pixel " << i << " colour " << want.c;
     }
     XpmFreeXpmImage(&image);
     XpmFreeXpmInfo(&info);
@@ -119,11 +120,9 @@ TEST(FilesRead, XbmRoundTripWithAndWithoutHotspot)
     ScratchDir dir;
     for (bool withHotspot : {true, false}) {
         TestXbm b = pattern_xbm(13, 9);
-        b.hotspotX = withHotspot ? 5 : -1;
-        b.hotspotY = withHotspot ? 7 : -1;
+        b.hotspotX = b.hotspotY = withHotspot ? 5 : -1;
         // The name's suffix decides nothing.
         Drawing* d = open_drawing(dir.file(withHotspot ? "hot.xpm" : "plain.xbm", xbm_text(b)));
-        ASSERT_NE(d, nullptr);
         EXPECT_EQ(d->depth, 1);
         EXPECT_EQ(d->hotspotX, b.hotspotX);
         EXPECT_EQ(d->hotspotY, b.hotspotY);
@@ -168,7 +167,6 @@ TEST(FilesRead, XpmRoundTripTransparencyMonoKeysHotspot)
         SCOPED_TRACE(i);
         int freeBefore = free_cells();
         Drawing* d = open_drawing(dir.file("in" + std::to_string(i) + ".xpm", xpm_text(cases[i])));
-        ASSERT_NE(d, nullptr);
         EXPECT_NE(d->depth, 1);
         EXPECT_EQ(d->hotspotX, cases[i].hotspotX);
         EXPECT_EQ(d->hotspotY, cases[i].hotspotY);
@@ -192,11 +190,9 @@ TEST(FilesRead, WrittenFileOpensAgainUnchanged)
     x.hotspotX = 15;
     x.hotspotY = 0;
     Drawing* d = open_drawing(one.file("src.xpm", xpm_text(x)));
-    ASSERT_NE(d, nullptr);
     std::string first = one.path("pic.px"), second = two.path("pic.px");
     ASSERT_EQ(write_drawing(d, first.c_str(), false), 0);
     Drawing* e = open_drawing(first);
-    ASSERT_NE(e, nullptr);
     expect_drawing_matches(e, x);
     ASSERT_EQ(write_drawing(e, second.c_str(), false), 0);
     EXPECT_EQ(read_file(first), read_file(second));
@@ -211,7 +207,6 @@ TEST(FilesRead, TwoToHundredColoursRoundTrip)
         TestXpm x = pattern_xpm(40, 30, count, 2);
         std::string name = "c" + std::to_string(count);
         Drawing* d = open_drawing(dir.file(name + ".xpm", xpm_text(x)));
-        ASSERT_NE(d, nullptr);
         expect_drawing_matches(d, x);
         ASSERT_EQ(d->xpmAttributes->tableCount, static_cast<unsigned>(count));
         std::vector<Pixel> cells(d->xpmAttributes->pixels, d->xpmAttributes->pixels + count);
@@ -228,7 +223,6 @@ TEST(FilesRead, TwoToHundredColoursRoundTrip)
     TestXpm same{.width = 3, .height = 1, .colours = {{"#FF0000", ""}, {"#FF0000", "black"}, {"#0000FF", ""}},
                  .pixels = {0, 1, 2}};
     Drawing* d = open_drawing(dir.file("same.xpm", xpm_text(same)));
-    ASSERT_NE(d, nullptr);
     expect_drawing_matches(d, same);
     EXPECT_NE(d->xpmAttributes->pixels[0], d->xpmAttributes->pixels[1]) << "one RGB, two colours, two cells";
 }
@@ -242,16 +236,13 @@ TEST(FilesRead, CompressedXpm)
     std::string path = dir.file("z.xpm", xpm_text(x));
     ASSERT_EQ(std::system(("gzip -f '" + path + "'").c_str()), 0);
     Drawing* d = open_drawing(path + ".gz");
-    ASSERT_NE(d, nullptr);
     expect_drawing_matches(d, x);
     Drawing* e = open_drawing(path);
-    ASSERT_NE(e, nullptr);
     expect_drawing_matches(e, x);
 
     ASSERT_EQ(write_drawing(d, d->name.c_str(), false), 0);
     EXPECT_EQ(read_file(path + ".gz").substr(0, 2), "\x1f\x8b");
     Drawing* again = open_drawing(path + ".gz");
-    ASSERT_NE(again, nullptr);
     expect_drawing_matches(again, x);
 }
 
@@ -265,10 +256,7 @@ TEST(FilesBadInput, StatusAndNothingLeft)
     std::string good = xpm_text(pattern_xpm(8, 8, 4, 2));
     std::string wrong = xpm_text(pattern_xpm(8, 8, 4, 1));
     wrong.replace(wrong.find("8 8 4 1"), 7, "8 8 4 2");
-    std::string binary;
-    std::mt19937 rng(7);
-    for (int i = 0; i < 5000; i++)
-        binary += static_cast<char>(rng());
+    std::string binary = std::string("\x7f" "ELF\x02\x01\x01\0", 8) + std::string(5000, '\xe9');
     mkfifo(dir.path("fifo").c_str(), 0600);
     mkdir(dir.path("adir").c_str(), 0700);
     auto gz = [&](const std::string& name, int width, int height) {
