@@ -84,23 +84,16 @@ std::string xbm_text(const TestXbm& b, const char* name)
     std::ostringstream s;
     s << "#define " << name << "_width " << b.width << "\n#define " << name << "_height " << b.height << "\n";
     if (b.hotspotX >= 0)
-        s << "#define " << name << "_x_hot " << b.hotspotX << "\n#define " << name << "_y_hot "
-          << b.hotspotY << "\n";
+        s << "#define " << name << "_x_hot " << b.hotspotX << "\n#define " << name << "_y_hot " << b.hotspotY << "\n";
     s << "static unsigned char " << name << "_bits[] = {\n";
-    int bytesPerRow = (b.width + 7) / 8;
-    bool first = true;
     for (int y = 0; y < b.height; y++)
-        for (int byte = 0; byte < bytesPerRow; byte++) {
+        for (int x0 = 0; x0 < b.width; x0 += 8) {
             int v = 0;
-            for (int bit = 0; bit < 8; bit++) {
-                int x = byte * 8 + bit;
-                if (x < b.width && b.bits[static_cast<size_t>(y * b.width + x)])
-                    v |= 1 << bit;
-            }
+            for (int x = x0; x < x0 + 8 && x < b.width; x++)
+                v |= b.bits[static_cast<size_t>(y * b.width + x)] << (x - x0);
             char hex[16];
-            std::snprintf(hex, sizeof hex, first ? "0x%02x" : ", 0x%02x", v);
+            std::snprintf(hex, sizeof hex, y + x0 == 0 ? "0x%02x" : ", 0x%02x", v);
             s << hex;
-            first = false;
         }
     s << "};\n";
     return s.str();
