@@ -16,24 +16,20 @@
 
 namespace {
 
-class TempDir {
-public:
-    TempDir()
-    {
+struct TempDir {
+    std::string path = [] {
         char pattern[] = "/tmp/pictrel-copy-test-XXXXXX";
-        path = mkdtemp(pattern) ? pattern : "";
-    }
+        return std::string(mkdtemp(pattern) ? pattern : "");
+    }();
     ~TempDir() { std::system(("rm -rf '" + path + "'").c_str()); }
-    std::string path;
 };
 
 void write_text(const std::string& path, const std::string& text) { std::ofstream(path, std::ios::binary) << text; }
 
 std::string read_text(const std::string& path)
 {
-    std::ifstream in(path, std::ios::binary);
     std::stringstream s;
-    s << in.rdbuf();
+    s << std::ifstream(path, std::ios::binary).rdbuf();
     return s.str();
 }
 
@@ -159,8 +155,9 @@ TEST(CopyFile, FullDiskLeavesTargetIntact)
     umount2(mnt.c_str(), MNT_DETACH);
 }
 
-// The staging directory is made private (0700) by mkdtemp, unique to each save, holds the file under the cut base
-// name, and is removed with it.
+// The staging directory is made private (0700) by mkdtemp, unique to each save, holds the file under the target's
+// base name (its last component cut at the first '.', made of identifier characters, "image" when nothing is left),
+// and is removed with it.
 TEST(Staging, PrivateDirectoryNamedFile)
 {
     TempDir t;
@@ -178,4 +175,8 @@ TEST(Staging, PrivateDirectoryNamedFile)
     remove_staging(other);
     EXPECT_EQ(entries(t.path), 0);
     EXPECT_FALSE(make_staging("x", &s, (t.path + "/missing").c_str()));
+    EXPECT_EQ(staging_base_name("/x.y/pic"), "pic");
+    EXPECT_EQ(staging_base_name("/home/u/.hidden"), "image");
+    EXPECT_EQ(staging_base_name("dir/"), "image");
+    EXPECT_EQ(staging_base_name("/x/my pic-2.xbm"), "my_pic_2") << "blanks would make an unreadable XBM";
 }
