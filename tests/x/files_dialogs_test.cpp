@@ -30,11 +30,12 @@ std::string text_of(Widget w)
 
 void set_text(Widget w, const std::string& v) { XmTextSetString(w, const_cast<char*>(v.c_str())); }
 std::string file_text() { return text_of(file_dialog_text()); }
-void set_file_text(const std::string& v) { set_text(file_dialog_text(), v); }
 
-// OK of the file dialog, as the dialog itself calls it.
-void press_file_ok()
+// OK of the file dialog, as the dialog itself calls it, after typing `typed` when given.
+void press_file_ok(const std::string& typed = "")
 {
+    if (!typed.empty())
+        set_text(file_dialog_text(), typed);
     XmFileSelectionBoxCallbackStruct cbs{};
     cbs.reason = XmCR_OK;
     XtCallCallbacks(file_dialog(), XmNokCallback, &cbs);
@@ -87,8 +88,7 @@ TEST(FilesSave, SaveAsOffersWritesAndRenames)
     save_as_bw(d, nullptr);
     pump();
     EXPECT_EQ(file_text(), name);
-    set_file_text(dir.path("bw"));
-    press_file_ok();
+    press_file_ok(dir.path("bw"));
     XbmBack back = read_xbm(dir.path("bw.xbm"));
     ASSERT_EQ(back.status, BitmapSuccess);
     EXPECT_EQ(back.width, 9u);
@@ -119,8 +119,7 @@ TEST(FilesSave, FailedWriteAndOverwrite)
     std::string gone = dir.path("gone/pic.px");
     save_as(d, nullptr);
     pump();
-    set_file_text(gone);
-    press_file_ok();
+    press_file_ok(gone);
     EXPECT_EQ(dialog_message(warning_dialog()), "Can't open the file " + gone + ".");
     EXPECT_TRUE(managed(file_dialog()));
     EXPECT_EQ(d->name, name);
@@ -128,8 +127,7 @@ TEST(FilesSave, FailedWriteAndOverwrite)
     EXPECT_EQ(d->hasFile, 0);
 
     std::string target = dir.file("old.px", "old contents");
-    set_file_text(target);
-    press_file_ok();
+    press_file_ok(target);
     ASSERT_TRUE(managed(overwrite_dialog()));
     EXPECT_EQ(dialog_message(overwrite_dialog()), "Overwrite " + target + "?");
     EXPECT_EQ(read_file(target), "old contents");
@@ -199,15 +197,13 @@ TEST(FilesSave, OpenThroughTheDialogAndReadMessages)
     pump();
     ASSERT_TRUE(managed(file_dialog()));
     std::string bad = dir.file("bad.xpm", "not a picture");
-    set_file_text(bad);
-    press_file_ok();
+    press_file_ok(bad);
     EXPECT_EQ(error_text(), "Can't open the file " + bad + ".");
     EXPECT_TRUE(managed(file_dialog()));
     EXPECT_EQ(open_count(), count);
 
     std::string good = dir.file("good.xbm", xbm_text(pattern_xbm(5, 5)));
-    set_file_text(good);
-    press_file_ok();
+    press_file_ok(good);
     EXPECT_FALSE(managed(file_dialog()));
     EXPECT_EQ(open_count(), count + 1);
     EXPECT_NE(drawing_named(good), nullptr);
@@ -320,11 +316,9 @@ TEST(FilesClose, SaveClosesOnlyAfterWrite)
 
     ASSERT_TRUE(asks_to_close(d));
     press(confirm_dialog(), "Save");
-    set_file_text(dir.path("missing/x"));
-    press_file_ok();
+    press_file_ok(dir.path("missing/x"));
     EXPECT_TRUE(drawing_is_open(d)) << "failed write keeps the drawing";
-    set_file_text(dir.path("closing"));
-    press_file_ok();
+    press_file_ok(dir.path("closing"));
     EXPECT_TRUE(exists(dir.path("closing.px")));
     EXPECT_FALSE(drawing_is_open(d));
     EXPECT_TRUE(drawing_is_open(keep));
