@@ -1,8 +1,7 @@
-// The fill's mask on plain arrays, checked against a simple flood fill, and
-// the eraser's square and sweep.
+// The fill's mask on plain arrays, checked against a simple flood fill, and the eraser's square and sweep.
 #include <gtest/gtest.h>
 
-#include <queue>
+#include <algorithm>
 #include <random>
 #include <string>
 
@@ -11,47 +10,19 @@
 
 namespace {
 
-struct Picture {
-    int width, height;
-    std::vector<unsigned long> pixels;
-};
-
-// Rows of characters, one pixel value per character.
-Picture picture(std::initializer_list<const char*> rows)
+// A plain 4-way flood fill to compare with.
+std::vector<uint8_t> reference_fill(const std::vector<unsigned long>& pixels, int w, int h, int x, int y)
 {
-    Picture p{0, 0, {}};
-    for (const char* r : rows) {
-        std::string row = r;
-        p.width = static_cast<int>(row.size());
-        for (char c : row)
-            p.pixels.push_back(static_cast<unsigned char>(c));
-        p.height++;
-    }
-    return p;
-}
-
-// A plain 4-way breadth-first flood fill to compare with.
-std::vector<uint8_t> reference_fill(const Picture& p, int x, int y)
-{
-    std::vector<uint8_t> mask(p.pixels.size(), 0);
-    unsigned long seed = p.pixels[static_cast<size_t>(y) * p.width + x];
-    std::queue<std::pair<int, int>> todo;
-    todo.push({x, y});
-    mask[static_cast<size_t>(y) * p.width + x] = 1;
+    std::vector<uint8_t> mask(pixels.size(), 0);
+    std::vector<std::pair<int, int>> todo{{x, y}};
     while (!todo.empty()) {
-        auto [cx, cy] = todo.front();
-        todo.pop();
-        const int dx[] = {1, -1, 0, 0}, dy[] = {0, 0, 1, -1};
-        for (int k = 0; k < 4; k++) {
-            int nx = cx + dx[k], ny = cy + dy[k];
-            if (nx < 0 || ny < 0 || nx >= p.width || ny >= p.height)
-                continue;
-            size_t i = static_cast<size_t>(ny) * p.width + nx;
-            if (!mask[i] && p.pixels[i] == seed) {
-                mask[i] = 1;
-                todo.push({nx, ny});
-            }
-        }
+        auto [cx, cy] = todo.back();
+        todo.pop_back();
+        size_t i = static_cast<size_t>(cy) * w + cx;
+        if (cx < 0 || cy < 0 || cx >= w || cy >= h || mask[i] || pixels[i] != pixels[static_cast<size_t>(y) * w + x])
+            continue;
+        mask[i] = 1;
+        todo.insert(todo.end(), {{cx + 1, cy}, {cx - 1, cy}, {cx, cy + 1}, {cx, cy - 1}});
     }
     return mask;
 }
@@ -59,126 +30,88 @@ std::vector<uint8_t> reference_fill(const Picture& p, int x, int y)
 std::string rows_of(const std::vector<uint8_t>& mask, int width)
 {
     std::string s;
-    for (size_t i = 0; i < mask.size(); i++) {
-        s += mask[i] ? '#' : '.';
-        if ((i + 1) % static_cast<size_t>(width) == 0)
-            s += '\n';
-    }
+    for (size_t i = 0; i < mask.size(); i++)
+        s += std::string(mask[i] ? "#" : ".") + ((i + 1) % static_cast<size_t>(width) ? "" : "\n");
     return s;
 }
 
 }  // namespace
 
-// Pixels that touch only at their corners still wall the fill in: the
-// fill is 4-connected. Control fills that value everywhere instead.
-TEST(SeedFill, DiagonalChainStopsFillAndEverywhereIgnoresIt)
+// Pixels touching only at corners wall the fill in (4-connected); Control fills the value everywhere; a seed
+// outside the image marks nothing.
+TEST(SeedFill, DiagonalWallEverywhereAndOutside)
 {
-    Picture p = picture({
-        "aaaab",
-        "aaaba",
-        "aabaa",
-        "abaaa",
-        "baaaa",
-    });
+    std::string rows = "aaaab" "aaaba" "aabaa" "abaaa" "baaaa";
+    std::vector<unsigned long> p(rows.begin(), rows.end());
     FillStack stack;
     std::vector<uint8_t> mask;
-    EXPECT_EQ(seed_fill(p.pixels, p.width, p.height, 0, 0, false, &stack, &mask), 10);
+    EXPECT_EQ(seed_fill(p, 5, 5, 0, 0, false, &stack, &mask), 10);
     EXPECT_EQ(rows_of(mask, 5), "####.\n###..\n##...\n#....\n.....\n");
-    EXPECT_EQ(seed_fill(p.pixels, p.width, p.height, 0, 0, true, &stack, &mask), 20);
-    EXPECT_EQ(mask[24], 1) << "the far corner, not connected, is filled too";
-    EXPECT_EQ(mask[4], 0);
-    fill_stack_free(&stack);
-}
-
-// Outside the image nothing is marked and nothing is read.
-TEST(SeedFill, SeedOutsideImageMarksNothing)
-{
-    Picture p = picture({"ab", "ba"});
-    FillStack stack;
-    std::vector<uint8_t> mask;
-    for (auto [x, y] : {std::pair{-1, 0}, {0, -1}, {2, 0}, {0, 2}, {-100000, 100000}})
-        EXPECT_EQ(seed_fill(p.pixels, p.width, p.height, x, y, false, &stack, &mask), 0) << x << "," << y;
+    EXPECT_EQ(seed_fill(p, 5, 5, 0, 0, true, &stack, &mask), 20);
+    EXPECT_EQ(rows_of(mask, 5), "####.\n###.#\n##.##\n#.###\n.####\n");
+    for (auto [x, y] : {std::pair{-1, 0}, {0, -1}, {5, 0}, {0, 5}, {-100000, 100000}})
+        EXPECT_EQ(seed_fill(p, 5, 5, x, y, false, &stack, &mask), 0) << x << "," << y;
     fill_stack_free(&stack);
 }
 
 // Random pictures of few values make spirals, combs and holes: the scan-line fill, with its look-back where a run
-// overhangs its parent, must find exactly what a plain flood fill finds, from every kind of seed.
+// overhangs its parent, must find exactly what a plain flood fill finds, also while its stack grows.
 TEST(SeedFill, AgreesWithFloodFillOnRandomPictures)
 {
     std::mt19937 random(12345);
     FillStack stack;
     std::vector<uint8_t> mask;
     for (int round = 0; round < 300; round++) {
-        Picture p{1 + static_cast<int>(random() % 40), 1 + static_cast<int>(random() % 40), {}};
-        int values = 2 + static_cast<int>(random() % 2);
-        for (int i = 0; i < p.width * p.height; i++)
-            p.pixels.push_back(random() % values);
-        int x = static_cast<int>(random() % p.width), y = static_cast<int>(random() % p.height);
-        long n = seed_fill(p.pixels, p.width, p.height, x, y, false, &stack, &mask);
-        std::vector<uint8_t> expected = reference_fill(p, x, y);
+        int w = 1 + static_cast<int>(random() % 40), h = 1 + static_cast<int>(random() % 40);
+        unsigned values = 2 + random() % 2;
+        std::vector<unsigned long> p;
+        for (int i = 0; i < w * h; i++)
+            p.push_back(random() % values);
+        int x = static_cast<int>(random() % w), y = static_cast<int>(random() % h);
+        long n = seed_fill(p, w, h, x, y, false, &stack, &mask);
+        std::vector<uint8_t> expected = reference_fill(p, w, h, x, y);
         ASSERT_EQ(mask, expected) << "round " << round << " at " << x << "," << y << "\n"
-                                  << rows_of(mask, p.width) << "expected\n" << rows_of(expected, p.width);
-        long count = 0;
-        for (uint8_t m : expected)
-            count += m;
-        ASSERT_EQ(n, count);
+                                  << rows_of(mask, w) << "expected\n" << rows_of(expected, w);
+        ASSERT_EQ(n, std::count(expected.begin(), expected.end(), 1));
     }
+    // A comb of one-pixel teeth pushes many segments in one fill.
+    std::vector<unsigned long> comb(201 * 200, 0);
+    for (size_t i = 201; i < comb.size(); i++)
+        comb[i] = i % 201 % 2;
+    EXPECT_EQ(seed_fill(comb, 201, 200, 0, 199, false, &stack, &mask), 201L * 200 - 100L * 199);
+    EXPECT_GT(stack.capacity, FILL_STACK_START) << "the comb grew the stack";
     fill_stack_free(&stack);
 }
 
-// A large area grows the stack by half each time from 20 records (20, 30,
-// 45, 67, ...), and leaving the tool gives the memory back.
+// The stack grows by half from 20 records, pops last in first out, and shrinking gives the memory back.
 TEST(SeedFill, StackGrowsByHalfAndShrinksBack)
 {
     FillStack stack;
     ASSERT_EQ(fill_stack_init(&stack), 0);
-    EXPECT_EQ(stack.capacity, 20);
-    std::vector<int> capacities;
+    std::vector<int> capacities{stack.capacity};
     for (int i = 0; i < 70; i++) {
         ASSERT_EQ(fill_stack_push(&stack, FillSegment{i, i, 0, 0, 0, 1}), 0);
-        if (capacities.empty() || capacities.back() != stack.capacity)
+        if (capacities.back() != stack.capacity)
             capacities.push_back(stack.capacity);
     }
     EXPECT_EQ(capacities, (std::vector<int>{20, 30, 45, 67, 100}));
     FillSegment g;
     ASSERT_TRUE(fill_stack_pop(&stack, &g));
-    EXPECT_EQ(g.left, 69) << "last in, first out";
+    EXPECT_EQ(g.left, 69);
     fill_stack_shrink(&stack);
     EXPECT_EQ(stack.capacity, 20);
     EXPECT_FALSE(fill_stack_pop(&stack, &g)) << "shrinking empties the stack";
-
-    // A comb of one-pixel teeth pushes many segments in one fill.
-    Picture comb{201, 200, std::vector<unsigned long>(201 * 200, 0)};
-    for (int x = 1; x < comb.width; x += 2)
-        for (int y = 1; y < comb.height; y++)
-            comb.pixels[static_cast<size_t>(y) * comb.width + x] = 1;
-    std::vector<uint8_t> mask;
-    EXPECT_EQ(seed_fill(comb.pixels, comb.width, comb.height, 0, 199, false, &stack, &mask),
-              201L * 200 - 100L * 199);
-    EXPECT_GT(stack.capacity, 20);
     fill_stack_free(&stack);
 }
 
-// The eraser's square is 16 screen pixels (15 at actual size) in image
-// pixels, one more when the pointer is past its cell's first screen pixel.
-TEST(EraserGeometry, SideFollowsZoomAndPointer)
+// The eraser's square is 16 screen pixels (15 at actual size) in image pixels, never less than one, one more when
+// the pointer is past its cell's first screen pixel; the sweep's hexagon turns at the corners facing away.
+TEST(EraserGeometry, SideAndSweep)
 {
-    EXPECT_EQ(eraser_side(0, 0), 15);
-    EXPECT_EQ(eraser_side(0, 7), 15);
-    EXPECT_EQ(eraser_side(2, 8), 4) << "zoom factor 4, first screen pixel of a cell";
-    EXPECT_EQ(eraser_side(2, 9), 5);
-    EXPECT_EQ(eraser_side(3, 16), 2);
-    EXPECT_EQ(eraser_side(3, 23), 3);
-    EXPECT_EQ(eraser_side(4, 32), 1);
-    EXPECT_EQ(eraser_side(5, 64), 1) << "never less than one pixel";
-    EXPECT_EQ(eraser_side(5, 65), 2);
-    EXPECT_EQ(eraser_side(1, -3), 9) << "left of the area";
-}
-
-// The sweep's hexagon runs from the leftmost square's corners to the
-// other's, turning at the corners that face away from the path.
-TEST(EraserGeometry, SweepHexagonCorners)
-{
+    const struct { int zoom, x, side; } sides[] = {{0, 0, 15}, {0, 7, 15}, {2, 8, 4}, {2, 9, 5}, {3, 16, 2},
+                                                  {3, 23, 3}, {4, 32, 1}, {5, 64, 1}, {5, 65, 2}, {1, -3, 9}};
+    for (const auto& c : sides)
+        EXPECT_EQ(eraser_side(c.zoom, c.x), c.side) << "zoom " << c.zoom << " x " << c.x;
     auto corners = [](Point a, Point b, int s) {
         Point out[6];
         eraser_sweep(a, b, s, out);
