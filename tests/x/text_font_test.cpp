@@ -9,11 +9,8 @@
 #include <Xm/List.h>
 #include <Xm/ToggleB.h>
 
-#include <unistd.h>
-
 #include <cstring>
 #include <string>
-#include <vector>
 
 #include "app/app.h"
 #include "app/commands.h"
@@ -48,49 +45,39 @@ void type(Drawing* d, const char* text)
     pump();
 }
 
-Pixmap copy_of_image(Drawing* d)
-{
-    Display* dpy = app().display;
-    Pixmap p = XCreatePixmap(dpy, d->image, d->width, d->height, static_cast<unsigned>(d->depth));
-    XCopyArea(dpy, d->image, p, d->copyGC, 0, 0, d->width, d->height, 0, 0);
-    return p;
-}
-
 struct Line {
     int x, y;
     const char* text;
 };
 
-// `before` with the lines drawn by XDrawString in the foreground colour.
-Pixmap expected_text(Drawing* d, Pixmap before, XFontStruct* font, std::initializer_list<Line> lines)
+// "" when the image, its caret hidden as a save hides it, is the blank image with the lines drawn by XDrawString
+// in the foreground colour; else the first differing pixel.
+std::string text_is(Drawing* d, XFontStruct* font, std::initializer_list<Line> lines)
 {
     Display* dpy = app().display;
-    Pixmap p = copy_of_image(d);
-    XCopyArea(dpy, before, p, d->copyGC, 0, 0, d->width, d->height, 0, 0);
+    text_hide_caret(d);
+    Pixmap p = XCreatePixmap(dpy, d->image, d->width, d->height, static_cast<unsigned>(d->depth));
     GC gc = XCreateGC(dpy, p, 0, nullptr);
+    XSetForeground(dpy, gc, image_pixel(d, 0, 0));   // no text reaches the corner
+    XFillRectangle(dpy, p, gc, 0, 0, d->width, d->height);
     XSetForeground(dpy, gc, foreground_pixel(d));
     XSetFont(dpy, gc, font->fid);
     for (const Line& l : lines)
         XDrawString(dpy, p, gc, l.x, l.y, l.text, static_cast<int>(std::strlen(l.text)));
     XFreeGC(dpy, gc);
-    return p;
-}
-
-// "" when the image equals the pixmap, else the first differing pixel.
-std::string compare_image(Drawing* d, Pixmap expected)
-{
-    ImagePtr a(XGetImage(app().display, d->image, 0, 0, d->width, d->height, AllPlanes, ZPixmap));
-    ImagePtr b(XGetImage(app().display, expected, 0, 0, d->width, d->height, AllPlanes, ZPixmap));
+    ImagePtr a(XGetImage(dpy, d->image, 0, 0, d->width, d->height, AllPlanes, ZPixmap));
+    ImagePtr b(XGetImage(dpy, p, 0, 0, d->width, d->height, AllPlanes, ZPixmap));
+    XFreePixmap(dpy, p);
     for (int y = 0; a && b && y < d->height; y++)
         for (int x = 0; x < d->width; x++)
             if (XGetPixel(a.get(), x, y) != XGetPixel(b.get(), x, y))
-                return "pixel (" + std::to_string(x) + ", " + std::to_string(y) + ") is " +
-                       std::to_string(XGetPixel(a.get(), x, y)) + ", expected " + std::to_string(XGetPixel(b.get(), x, y));
+                return "pixel (" + std::to_string(x) + ", " + std::to_string(y) + ") differs";
     return a && b ? "" : "no image";
 }
 
 void click(Drawing* d, int x, int y) { stroke(d, Button1, {{x, y}}); }
 Widget dialog_child(const char* name) { return XtNameToWidget(font_dialog(), name); }
+Widget toggle(const std::string& name) { return dialog_child(("*" + name).c_str()); }
 
 bool select_item(const char* list, const char* item)
 {
@@ -104,8 +91,6 @@ bool select_item(const char* list, const char* item)
     return pos > 0;
 }
 
-Widget toggle(const char* name) { return dialog_child((std::string("*") + name).c_str()); }
-
 void dismiss_messages()
 {
     if (Widget m = message_dialog(0))
@@ -115,9 +100,9 @@ void dismiss_messages()
 
 }  // namespace
 
-// Typed characters, Return and BackSpace draw exactly what XDrawString draws in the same font; the caret shows
-// right of the text and is kept out of the comparison by hiding it as a save does; undo takes back the text since
-// the click, twice without harm.
+// Typed characters, Return and BackSpace draw exactly what XDrawString draws in the same font, with the caret right
+// of the text; undo takes back the text since the click (twice without harm) and typing goes on after it; leaving
+// the tool takes the caret away and withdraws undo.
 TEST(TextTool, TypingReturnBackspaceAndUndo)
 {
     Drawing* d = make_drawing(90, 70);
@@ -126,82 +111,52 @@ TEST(TextTool, TypingReturnBackspaceAndUndo)
     ASSERT_NE(font, nullptr) << "the text starts in \"fixed\"";
     int lh = font_line_height(font->ascent, font->descent);
     unsigned long blank = image_pixel(d, 0, 0), fg = foreground_pixel(d);
-    Pixmap before = copy_of_image(d);
 
     click(d, 5, 20);
-    EXPECT_EQ(image_pixel(d, 7, 20), fg) << "the caret stands at the click";
-    EXPECT_EQ(image_pixel(d, 6, 20), fg) << "with its foot's dots";
+    EXPECT_EQ(pixels_are(d, fg, {{7, 20}, {6, 20}}), "") << "the caret and its foot stand at the click";
     EXPECT_FALSE(undo_sensitive(d));
-
     type(d, "Ab\nc");
     EXPECT_TRUE(undo_sensitive(d));
     int caretX = 5 + XTextWidth(font, "c", 1) + 2;
     EXPECT_EQ(image_pixel(d, caretX, 20 + lh), fg) << "the caret follows the second line";
     EXPECT_EQ(check_display(d), "") << "the canvas shows the caret, both dots included";
-    text_hide_caret(d);
-    Pixmap two = expected_text(d, before, font, {{5, 20, "Ab"}, {5, 20 + lh, "c"}});
-    EXPECT_EQ(compare_image(d, two), "");
+    EXPECT_EQ(text_is(d, font, {{5, 20, "Ab"}, {5, 20 + lh, "c"}}), "");
     EXPECT_EQ(check_display(d), "") << "the canvas shows what was typed";
 
-    // BackSpace erases "c", then goes to the end of "Ab" without joining.
-    type(d, "\b\bX");
-    text_hide_caret(d);
-    Pixmap joined = expected_text(d, before, font, {{5, 20, "AbX"}});
-    EXPECT_EQ(compare_image(d, joined), "");
-
-    cmd_undo(d, nullptr, False);
-    text_hide_caret(d);
-    EXPECT_EQ(compare_image(d, before), "") << "undo takes back the text";
-    EXPECT_TRUE(undo_sensitive(d)) << "the text tool leaves undo as it was";
-    cmd_undo(d, nullptr, False);
-    text_hide_caret(d);
-    EXPECT_EQ(compare_image(d, before), "") << "a second undo changes nothing";
-
-    // Typing goes on where the caret was: after "AbX".
+    type(d, "\b\bX");   // BackSpace erases "c", then goes to the end of "Ab" without joining
+    EXPECT_EQ(text_is(d, font, {{5, 20, "AbX"}}), "");
+    for (int i = 0; i < 2; i++) {
+        cmd_undo(d, nullptr, False);
+        EXPECT_EQ(text_is(d, font, {}), "") << "undo " << i;
+        EXPECT_TRUE(undo_sensitive(d)) << "the text tool leaves undo as it was";
+    }
     type(d, "q");
-    text_hide_caret(d);
-    Pixmap q = expected_text(d, before, font, {{5 + XTextWidth(font, "AbX", 3), 20, "q"}});
-    EXPECT_EQ(compare_image(d, q), "");
+    EXPECT_EQ(text_is(d, font, {{5 + XTextWidth(font, "AbX", 3), 20, "q"}}), "") << "typing goes on after AbX";
 
-    // Return on an empty text moves the caret down one line height.
     click(d, 40, 10);
-    type(d, "\n");
-    EXPECT_EQ(image_pixel(d, 42, 10 + lh), fg);
-    EXPECT_EQ(image_pixel(d, 42, 10), blank);
-
-    // Leaving the tool takes the caret away and ends the text.
     select_tool(d, TOOL_PENCIL);
-    EXPECT_EQ(image_pixel(d, 42, 10 + lh), blank);
+    EXPECT_EQ(image_pixel(d, 42, 10), blank) << "the caret is gone";
     EXPECT_FALSE(undo_sensitive(d));
-    for (Pixmap p : {before, two, joined, q})
-        XFreePixmap(app().display, p);
 }
 
-// Keys before any click type nothing; a line stops at 256 characters; a
-// font that cannot be loaded leaves the text and its font as they were.
-TEST(TextTool, NothingBeforeClickFullLineAndBadFont)
+// Keys before any click type nothing; a line stops at 256 characters; a font that cannot be loaded leaves the text
+// and its font as they were; saving takes the caret out of the picture first.
+TEST(TextTool, NothingBeforeClickFullLineBadFontAndSave)
 {
     Drawing* d = make_drawing(40, 30);
     select_tool(d, TOOL_ALPHA);
-    Pixmap before = copy_of_image(d);
+    XFontStruct* font = text_font(d);
     type(d, "abc");
-    EXPECT_EQ(compare_image(d, before), "");
+    EXPECT_EQ(text_is(d, font, {}), "");
     EXPECT_FALSE(undo_sensitive(d));
 
-    XFontStruct* font = text_font(d);
     click(d, 2, 12);
-    std::string many(300, 'm');
-    type(d, many.c_str());
-    type(d, "\b");
-    text_hide_caret(d);
+    type(d, (std::string(300, 'm') + "\b").c_str());
     std::string kept(255, 'm');
-    Pixmap full = expected_text(d, before, font, {{2, 12, kept.c_str()}});
-    EXPECT_EQ(compare_image(d, full), "") << "256 kept, the BackSpace took one";
-
+    EXPECT_EQ(text_is(d, font, {{2, 12, kept.c_str()}}), "") << "256 kept, the BackSpace took one";
     EXPECT_EQ(text_set_font(d, "-nobody-nothing-medium-r-normal--99-0-0-0-c-0-none-0"), 1);
     EXPECT_EQ(text_font(d), font);
 
-    // Saving takes the caret out of the picture first.
     click(d, 2, 26);
     type(d, "m");
     int cx = 2 + XTextWidth(font, "m", 1) + 2;
@@ -209,20 +164,15 @@ TEST(TextTool, NothingBeforeClickFullLineAndBadFont)
     filetest::ScratchDir dir;
     EXPECT_EQ(write_drawing(d, dir.path("t.xpm").c_str(), false), 0);
     EXPECT_EQ(image_pixel(d, cx, 26), image_pixel(d, 0, 0));
-    Pixmap saved = expected_text(d, before, font, {{2, 12, kept.c_str()}, {2, 26, "m"}});
-    EXPECT_EQ(compare_image(d, saved), "");
-    XFreePixmap(app().display, saved);
-    XFreePixmap(app().display, before);
-    XFreePixmap(app().display, full);
+    EXPECT_EQ(text_is(d, font, {{2, 12, kept.c_str()}, {2, 26, "m"}}), "");
 }
 
-// Picking foundry, family, size and Bold loads that font; text being typed
-// is redrawn in it at the same start point; Cancel puts the font back.
+// Picking foundry, family, size and Bold loads that font, for the text being typed (redrawn at the same start
+// point) and for drawings opened later; Cancel puts the font back.
 TEST(FontChooser, PickFontWhileTyping)
 {
     Drawing* d = make_drawing(120, 60);
     select_tool(d, TOOL_ALPHA);
-    Pixmap before = copy_of_image(d);
     click(d, 4, 30);
     type(d, "Hi");
 
@@ -232,7 +182,6 @@ TEST(FontChooser, PickFontWhileTyping)
     EXPECT_TRUE(XtIsManaged(font_dialog()));
     ASSERT_NE(current_font_choice().font, nullptr) << "the first font is chosen at once";
     dismiss_messages();
-
     ASSERT_TRUE(select_item("*FontFoundry", "misc"));
     ASSERT_TRUE(select_item("*FontFamily", "fixed"));
     ASSERT_TRUE(select_item("*FontSize", "13"));
@@ -244,30 +193,21 @@ TEST(FontChooser, PickFontWhileTyping)
     ASSERT_NE(bold, nullptr);
     EXPECT_EQ(bold->ascent + bold->descent, 13);
     EXPECT_EQ(current_font_choice().lineHeight, font_line_height(bold->ascent, bold->descent));
-    // A drawing opened now types in the chosen font too.
+    EXPECT_EQ(text_is(d, bold, {{4, 30, "Hi"}}), "") << "the same text, redrawn in the new font";
+
     Drawing* fresh = make_drawing(20, 20);
     ASSERT_NE(fresh, nullptr);
-    ASSERT_NE(text_font(fresh), nullptr);
     unsigned long nameAtom = 0;
-    ASSERT_TRUE(XGetFontProperty(text_font(fresh), XA_FONT, &nameAtom));
+    ASSERT_TRUE(text_font(fresh) && XGetFontProperty(text_font(fresh), XA_FONT, &nameAtom));
     char* fullName = XGetAtomName(app().display, nameAtom);
-    EXPECT_NE(strcasestr(fullName, "-bold-"), nullptr) << fullName;
+    EXPECT_NE(strcasestr(fullName, "-bold-"), nullptr) << "a drawing opened now types in " << fullName;
     XFree(fullName);
     close_drawing(fresh);
-
-    text_hide_caret(d);
-    Pixmap hi = expected_text(d, before, bold, {{4, 30, "Hi"}});
-    EXPECT_EQ(compare_image(d, hi), "") << "the same text, redrawn in the new font";
 
     filetest::press(font_dialog(), "Cancel");
     EXPECT_FALSE(XtIsManaged(font_dialog()));
     EXPECT_STREQ(current_font_choice().name, "fixed");
-    XFontStruct* back = text_font(d);
-    text_hide_caret(d);
-    Pixmap fixedHi = expected_text(d, before, back, {{4, 30, "Hi"}});
-    EXPECT_EQ(compare_image(d, fixedHi), "") << "Cancel redraws the text in the font it had";
-    for (Pixmap p : {before, hi, fixedHi})
-        XFreePixmap(app().display, p);
+    EXPECT_EQ(text_is(d, text_font(d), {{4, 30, "Hi"}}), "") << "Cancel redraws the text in the old font";
 }
 
 // A name that is not XLFD ("cursor") is a family of "misc fonts" and disables all styles; a family only in bold
@@ -278,15 +218,14 @@ TEST(FontChooser, OddNamesFailedLoadsAndEmptyList)
     show_font_dialog(d);
     pump();
     dismiss_messages();
-
     ASSERT_TRUE(select_item("*FontFoundry", MISC_FOUNDRY));
     ASSERT_TRUE(select_item("*FontFamily", "cursor"));
     for (const char* name : {"Medium", "Bold", "Roman", "Italic", "Oblique"})
         EXPECT_FALSE(XtIsSensitive(toggle(name))) << name;
     EXPECT_STREQ(current_font_choice().name, "cursor");
-    int sizes = -1;
-    XtVaGetValues(dialog_child("*FontSize"), XmNitemCount, &sizes, nullptr);
-    EXPECT_EQ(sizes, 0);
+    int count = -1;
+    XtVaGetValues(dialog_child("*FontSize"), XmNitemCount, &count, nullptr);
+    EXPECT_EQ(count, 0);
 
     set_font_names({"-ghost-boldface-bold-r-normal--13-0-0-0-c-0-iso8859-1",
                     "-ghost-phantom-medium-i-normal--14-0-0-0-c-0-iso8859-1"});
@@ -303,10 +242,7 @@ TEST(FontChooser, OddNamesFailedLoadsAndEmptyList)
     set_font_names({});
     pump();
     EXPECT_TRUE(XtIsManaged(message)) << "an empty list is reported";
-    int foundries = -1;
-    XtVaGetValues(dialog_child("*FontFoundry"), XmNitemCount, &foundries, nullptr);
-    EXPECT_EQ(foundries, 0);
+    XtVaGetValues(dialog_child("*FontFoundry"), XmNitemCount, &count, nullptr);
+    EXPECT_EQ(count, 0);
     dismiss_messages();
-    XtUnmanageChild(font_dialog());
-    pump();
 }
