@@ -1,5 +1,5 @@
-// The real program driven through XTest: typed text and its undo; a line (button 1) and a filled rectangle
-// (button 2) on the magnified canvas, and Ctrl+Z; the fill and the eraser; the zoom accelerators.
+// The real program driven through XTest: typed text and Ctrl+Z; a line (button 1) and a pattern-filled rectangle
+// (button 2) dragged on the magnified canvas, and Ctrl+Z; the zoom accelerators.
 #include <gtest/gtest.h>
 
 #include <X11/extensions/XTest.h>
@@ -45,39 +45,29 @@ TEST(CanvasE2e, TypeDrawLineAndFilledRectangleThenUndo)
     Display* dpy = app.display();
     Window canvas = find_canvas(dpy, shell, CANVAS, CANVAS);
     ASSERT_NE(canvas, 0u);
-    std::vector<Window> tools = palette(dpy, shell, 9, 24, 24);
+    std::vector<Window> tools = palette(dpy, shell, 9, 24, 24), patterns = palette(dpy, shell, 8, 32, 30);
     ASSERT_EQ(tools.size(), 9u) << "tools palette";
-    std::vector<Window> patterns = palette(dpy, shell, 8, 32, 30);
     ASSERT_EQ(patterns.size(), 8u) << "patterns palette";
-    auto shown = [&] {
-        ImagePtr im = read_window(dpy, shell, canvas, CANVAS, CANVAS);
-        EXPECT_TRUE(im);
-        return [im = std::shared_ptr<XImage>(std::move(im))](int x, int y) { return XGetPixel(im.get(), at(x), at(y)); };
-    };
-    unsigned long blank = shown()(20, 20);
+    // How many image pixels of the box the canvas shows dark.
     auto dark_cells = [&](int x0, int x1, int y0, int y1) {
-        auto cell = shown();
+        ImagePtr im = read_window(dpy, shell, canvas, CANVAS, CANVAS);
         int n = 0;
-        for (int y = y0; y <= y1; y++)
+        for (int y = y0; im && y <= y1; y++)
             for (int x = x0; x <= x1; x++)
-                n += dark(dpy, cell(x, y));
-        return n;
+                n += dark(dpy, XGetPixel(im.get(), at(x), at(y)));
+        return im ? n : -1;
     };
 
-    // The text tool types where the user clicked; Ctrl+Z takes the text back while the caret stays.
+    // The text tool types where the user clicked; Ctrl+Z takes the text back.
     XRaiseWindow(dpy, shell);
     app.click(tools[5], 12, 12);   // alpha
     app.click(canvas, at(2), at(14));
-    e2e_sleep_ms(200);
-    EXPECT_EQ(dark_cells(0, 31, 0, 31), dark_cells(3, 5, 0, 31)) << "only the caret, just right of the click";
     app.keys(shell, {"shift+h", "i"});
     e2e_sleep_ms(300);
-    // "Hi" in "fixed" covers about two 6-pixel cells from x = 2.
-    EXPECT_GT(dark_cells(2, 13, 4, 17), 10) << "the letters show";
+    EXPECT_GT(dark_cells(2, 13, 4, 17), 10) << "\"Hi\" in \"fixed\" shows";
     app.key(shell, "ctrl+z");
     e2e_sleep_ms(300);
     EXPECT_EQ(dark_cells(0, 13, 0, 31), 0) << "the text is gone";
-    EXPECT_GT(dark_cells(14, 18, 0, 31), 3) << "the caret waits after it";
 
     XRaiseWindow(dpy, shell);
     app.click(tools[1], 12, 12);   // line: the caret goes
@@ -87,60 +77,28 @@ TEST(CanvasE2e, TypeDrawLineAndFilledRectangleThenUndo)
     e2e_sleep_ms(200);
     app.click(tools[6], 12, 12);   // rect
     drag(app, canvas, 2, 8, 10, 24, 26);
-
-    auto drawn = shown();
-    for (int x : {2, 15, 27})
-        EXPECT_TRUE(dark(dpy, drawn(x, 4))) << "line at " << x;
-    EXPECT_EQ(drawn(15, 6), blank) << "below the line";
-    int light = 0;
-    for (int y = 10; y <= 26; y++)
-        for (int x = 8; x <= 24; x++)
-            light += !dark(dpy, drawn(x, y));
-    EXPECT_EQ(light, 0) << "pattern 7 fills the rectangle with the foreground";
-    EXPECT_EQ(drawn(26, 18), blank) << "right of the rectangle";
+    EXPECT_EQ(dark_cells(2, 27, 4, 4), 26) << "the line";
+    EXPECT_EQ(dark_cells(0, 31, 5, 9), 0) << "below the line";
+    EXPECT_EQ(dark_cells(8, 24, 10, 26), 17 * 17) << "pattern 7 fills the rectangle with the foreground";
+    EXPECT_EQ(dark_cells(25, 31, 10, 26), 0) << "right of the rectangle";
 
     app.key(shell, "ctrl+z");
     e2e_sleep_ms(300);
-    auto undone = shown();
-    for (auto [x, y] : {std::pair{16, 18}, {8, 10}, {24, 26}})
-        EXPECT_EQ(undone(x, y), blank) << "the rectangle is gone at " << x << "," << y;
-    EXPECT_TRUE(dark(dpy, undone(15, 4))) << "the line stays";
-
-    // The fill floods the open area around the line; the eraser's square
-    // (three image pixels at zoom 3) clears a spot of it.
-    XRaiseWindow(dpy, shell);
-    app.click(tools[3], 12, 12);   // fill
-    app.click(canvas, at(20), at(20));
-    e2e_sleep_ms(300);
-    auto filled = shown();
-    EXPECT_TRUE(dark(dpy, filled(0, 0)));
-    EXPECT_TRUE(dark(dpy, filled(31, 31)));
-    app.click(tools[4], 12, 12);   // eraser
-    app.click(canvas, at(10), at(10));
-    e2e_sleep_ms(300);
-    auto erased = shown();
-    EXPECT_FALSE(dark(dpy, erased(10, 10)));
-    EXPECT_FALSE(dark(dpy, erased(12, 12)));
-    EXPECT_TRUE(dark(dpy, erased(13, 13)));
-    EXPECT_TRUE(dark(dpy, erased(9, 10)));
+    EXPECT_EQ(dark_cells(0, 31, 5, 31), 0) << "the rectangle is gone";
+    EXPECT_EQ(dark_cells(2, 27, 4, 4), 26) << "the line stays";
     app.kill_now();
 }
 
-// The zoom accelerators step one level; with Shift they jump straight to
-// the largest zoom or to actual size.
+// The zoom accelerators step one level; with Shift they jump straight to the largest zoom or to actual size.
 TEST(CanvasE2e, ZoomAcceleratorsWithAndWithoutShift)
 {
     E2eApp app;
     ASSERT_TRUE(app.start({"-width", "16", "-height", "16"}));
     Window w = app.wait_window("Untitled");
     ASSERT_NE(w, 0u) << app.stderr_text();
-    const struct {
-        const char* combo;
-        int zoom;   // the zoom the canvas shows afterwards
-    } steps[] = {
+    const struct { const char* combo; int zoom; } steps[] = {
         {"ctrl+equal", 4}, {"ctrl+minus", 3}, {"ctrl+shift+minus", 0}, {"ctrl+equal", 2}, {"ctrl+shift+equal", 4},
-        {"ctrl+shift+equal", 4}, {"ctrl+minus", 3}, {"ctrl+minus", 2}, {"ctrl+minus", 0},
-    };
+        {"ctrl+shift+equal", 4}, {"ctrl+minus", 3}, {"ctrl+minus", 2}, {"ctrl+minus", 0}};
     for (const auto& s : steps) {
         app.key(w, s.combo);
         e2e_sleep_ms(300);
