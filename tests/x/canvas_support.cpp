@@ -29,9 +29,7 @@ int count_error(Display*, XErrorEvent*)
 
 unsigned long shown_pixel(Drawing* d, unsigned long imagePixel)
 {
-    if (d->depth != 1)
-        return imagePixel;
-    return imagePixel ? app().blackPixel : app().whitePixel;
+    return d->depth != 1 ? imagePixel : imagePixel ? app().blackPixel : app().whitePixel;
 }
 
 }  // namespace
@@ -92,8 +90,7 @@ void paint_test_picture(Drawing* d)
     for (int y = 0; y < d->height; y++)
         for (int x = 0; x < d->width; x++) {
             unsigned long v = static_cast<unsigned long>((x * 7 + y * 13 + (x * y) % 5) % values);
-            if (d->depth != 1)
-                v += 20;   // keep clear of the few pixels the server uses
+            v += d->depth != 1 ? 20 : 0;   // keep clear of the few pixels the server uses
             XSetForeground(dpy, gc, v);
             XDrawPoint(dpy, d->image, gc, x, y);
         }
@@ -107,13 +104,11 @@ std::string check_display(Drawing* d)
     Display* dpy = app().display;
     Widget area = d->activeArea;
     Window win = XtWindow(area);
-    // Other windows, ours or other tests', may lie on top (there is no
-    // window manager): raise ours and keep the others out while reading.
+    // Other windows may lie on top (there is no window manager): raise ours and keep the others out while reading.
     ServerGrab grab;
     XRaiseWindow(dpy, XtWindow(d->shell));
     pump();
-    // Only the part of the window inside the scrolled window's clip can be
-    // read back.
+    // Only the part of the window inside the scrolled window's clip can be read back.
     Widget clip = XtParent(area);
     Position ax = 0, ay = 0;
     Dimension cw = 0, ch = 0;
@@ -128,9 +123,7 @@ std::string check_display(Drawing* d)
         return "nothing visible";
     ImagePtr shown(
         XGetImage(dpy, win, x0, y0, static_cast<unsigned>(visW), static_cast<unsigned>(visH), AllPlanes, ZPixmap));
-    unsigned long planes = d->depth == 1 ? 1 : AllPlanes;
-    ImagePtr image(
-        XGetImage(dpy, d->image, 0, 0, d->width, d->height, planes, ZPixmap));
+    ImagePtr image(XGetImage(dpy, d->image, 0, 0, d->width, d->height, d->depth == 1 ? 1 : AllPlanes, ZPixmap));
     if (!shown || !image)
         return "XGetImage failed";
     Pixel background = 0;
@@ -144,9 +137,8 @@ std::string check_display(Drawing* d)
             unsigned long got = XGetPixel(shown.get(), wx - x0, wy - y0);
             if (got != want) {
                 std::ostringstream out;
-                out << "window (" << wx << "," << wy << ") cell (" << ix << "," << iy << ")"
-                    << (grid ? " grid" : " square") << ": got " << got << " want " << want
-                    << " at zoom " << zoom;
+                out << "window (" << wx << "," << wy << ") cell (" << ix << "," << iy << (grid ? ") grid" : ") square")
+                    << ": got " << got << " want " << want << " at zoom " << zoom;
                 return out.str();
             }
         }
@@ -155,20 +147,14 @@ std::string check_display(Drawing* d)
 
 std::string check_image_copy(Drawing* d)
 {
-    if (!d->imageCopy)
-        return "no imageCopy";
-    unsigned long planes = d->depth == 1 ? 1 : AllPlanes;
-    ImagePtr image(
-        XGetImage(app().display, d->image, 0, 0, d->width, d->height, planes, ZPixmap));
-    if (!image)
-        return "XGetImage failed";
+    ImagePtr image(XGetImage(app().display, d->image, 0, 0, d->width, d->height, d->depth == 1 ? 1 : AllPlanes,
+                             ZPixmap));
+    if (!d->imageCopy || !image)
+        return "no imageCopy or XGetImage failed";
     for (int y = 0; y < d->height; y++)
         for (int x = 0; x < d->width; x++)
-            if (XGetPixel(image.get(), x, y) != XGetPixel(d->imageCopy, x, y)) {
-                std::ostringstream out;
-                out << "imageCopy differs at (" << x << "," << y << ")";
-                return out.str();
-            }
+            if (XGetPixel(image.get(), x, y) != XGetPixel(d->imageCopy, x, y))
+                return "imageCopy differs at (" + std::to_string(x) + "," + std::to_string(y) + ")";
     return "";
 }
 
@@ -197,21 +183,15 @@ bool item_sensitive(Drawing* d, int command)
     return w && XtIsSensitive(w);
 }
 
-unsigned long request_count() { return NextRequest(app().display); }
-
-unsigned long foreground_pixel(Drawing* d)
+static unsigned long gc_foreground(GC gc)
 {
     XGCValues v;
-    XGetGCValues(app().display, d->foregroundGC, GCForeground, &v);
+    XGetGCValues(app().display, gc, GCForeground, &v);
     return v.foreground;
 }
 
-unsigned long background_pixel(Drawing* d)
-{
-    XGCValues v;
-    XGetGCValues(app().display, d->backgroundGC, GCForeground, &v);
-    return v.foreground;
-}
+unsigned long foreground_pixel(Drawing* d) { return gc_foreground(d->foregroundGC); }
+unsigned long background_pixel(Drawing* d) { return gc_foreground(d->backgroundGC); }
 
 ServerGrab::ServerGrab()
 {

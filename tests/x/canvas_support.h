@@ -20,16 +20,16 @@ struct ImageDeleter {
 };
 using ImagePtr = std::unique_ptr<XImage, ImageDeleter>;
 
-// Calls the canvas input callback (press, release) or motion handler of the
-// drawing's active area directly, with window coordinates.
+// Calls the canvas input callback (press, release) or motion handler of the drawing's active area directly, with
+// window coordinates.
 void area_button(Drawing* d, int type, unsigned button, int wx, int wy, unsigned state = 0);
 void area_motion(Drawing* d, int wx, int wy, unsigned state);
 
 // Window position of the middle of an image pixel's cell at the current zoom.
 int cell_centre(Drawing* d, int v);
 
-// Press at the first point, move through the rest, release at the last; all
-// in image pixels, delivered in window coordinates of the active area.
+// Press at the first point, move through the rest, release at the last; all in image pixels, delivered in window
+// coordinates of the active area.
 void stroke(Drawing* d, unsigned button, std::initializer_list<ImagePoint> points,
             unsigned state = 0);
 
@@ -39,8 +39,8 @@ std::string pixels_are(Drawing* d, unsigned long want, const std::vector<ImagePo
 // Sets the zoom and lays the canvas out again, then pumps.
 void set_zoom(Drawing* d, int zoom);
 
-// Draws a deterministic picture of many pixel values into the image with a
-// private GC (so the drawing's GCs are untouched) and refreshes it.
+// Draws a picture of many pixel values into the image with a private GC (the drawing's GCs stay untouched) and
+// refreshes it.
 void paint_test_picture(Drawing* d);
 
 // Compares every fully visible cell of the active area's window with the image: the square in the image pixel's
@@ -64,8 +64,8 @@ private:
 unsigned long foreground_pixel(Drawing* d);
 unsigned long background_pixel(Drawing* d);
 
-// Holds the server grabbed while alive (nested grabs count), so that no
-// other client's window covers ours while pixels are read back.
+// Holds the server grabbed while alive (nested grabs count), so no other client's window covers ours while pixels
+// are read back.
 class ServerGrab {
 public:
     ServerGrab();
@@ -74,6 +74,3 @@ public:
 
 // Whether the drawing's menu item of the command exists and is sensitive.
 bool item_sensitive(Drawing* d, int command);
-
-// The server's count of requests issued so far.
-unsigned long request_count();

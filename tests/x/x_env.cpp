@@ -1,5 +1,5 @@
-// The in-process test harness: starts the toolkit once and offers helpers
-// to pump events, make drawings and read pixels back.
+// The in-process test harness: starts the toolkit once and offers helpers to pump events, make drawings and read
+// pixels back.
 #include "x_env.h"
 
 #include <X11/extensions/XTest.h>
@@ -30,9 +30,8 @@ public:
 
 void pump(int rounds)
 {
-    Display* dpy = app().display;
     for (int r = 0; r < rounds; r++) {
-        XSync(dpy, False);
+        XSync(app().display, False);
         while (XtAppPending(app().context))
             XtAppProcessEvent(app().context, XtIMAll);
     }

@@ -1,5 +1,5 @@
-// Shared harness of the in-process tests: the toolkit is started once per
-// process against DISPLAY, exactly as the program starts it.
+// Shared harness of the in-process tests: the toolkit is started once per process against DISPLAY, exactly as the
+// program starts it.
 #pragma once
 
 // gtest first: Xlib's macros (None, Bool, Status) break its headers.
@@ -22,8 +22,8 @@ Drawing* make_drawing(int width = 0, int height = 0, bool mayFail = false);
 unsigned long image_pixel(Drawing* d, int x, int y);
 unsigned long window_pixel(Window w, int x, int y);
 
-// A pointer event (ButtonPress, ButtonRelease or MotionNotify) at window
-// coordinates; post_pointer sends it to the window without pumping.
+// A pointer event (ButtonPress, ButtonRelease or MotionNotify) at window coordinates; post_pointer sends it to the
+// window without pumping.
 XEvent pointer_event(Window w, int type, unsigned button, int wx, int wy, unsigned state = 0);
 void post_pointer(Window w, int type, unsigned button, int wx, int wy, unsigned state = 0);
 void send_motion(Window w, int wx, int wy, unsigned state);
