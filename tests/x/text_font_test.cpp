@@ -100,10 +100,11 @@ void dismiss_messages()
 
 }  // namespace
 
-// Typed characters, Return and BackSpace draw exactly what XDrawString draws in the same font, with the caret right
-// of the text; undo takes back the text since the click (twice without harm) and typing goes on after it; leaving
-// the tool takes the caret away and withdraws undo.
-TEST(TextTool, TypingReturnBackspaceAndUndo)
+// Keys before any click type nothing. Typed characters, Return and BackSpace draw exactly what XDrawString draws in
+// the same font, with the caret right of the text; undo takes back the text since the click (twice without harm)
+// and typing goes on after it; a line stops at 256 characters; a font that cannot be loaded changes nothing; saving
+// and leaving the tool take the caret out of the picture.
+TEST(TextTool, TypingEditingUndoAndSave)
 {
     Drawing* d = make_drawing(90, 70);
     select_tool(d, TOOL_ALPHA);
@@ -111,18 +112,18 @@ TEST(TextTool, TypingReturnBackspaceAndUndo)
     ASSERT_NE(font, nullptr) << "the text starts in \"fixed\"";
     int lh = font_line_height(font->ascent, font->descent);
     unsigned long blank = image_pixel(d, 0, 0), fg = foreground_pixel(d);
+    type(d, "abc");
+    EXPECT_EQ(text_is(d, font, {}), "") << "nothing before a click";
 
     click(d, 5, 20);
     EXPECT_EQ(pixels_are(d, fg, {{7, 20}, {6, 20}}), "") << "the caret and its foot stand at the click";
     EXPECT_FALSE(undo_sensitive(d));
     type(d, "Ab\nc");
     EXPECT_TRUE(undo_sensitive(d));
-    int caretX = 5 + XTextWidth(font, "c", 1) + 2;
-    EXPECT_EQ(image_pixel(d, caretX, 20 + lh), fg) << "the caret follows the second line";
+    EXPECT_EQ(image_pixel(d, 5 + XTextWidth(font, "c", 1) + 2, 20 + lh), fg) << "the caret follows the second line";
     EXPECT_EQ(check_display(d), "") << "the canvas shows the caret, both dots included";
     EXPECT_EQ(text_is(d, font, {{5, 20, "Ab"}, {5, 20 + lh, "c"}}), "");
     EXPECT_EQ(check_display(d), "") << "the canvas shows what was typed";
-
     type(d, "\b\bX");   // BackSpace erases "c", then goes to the end of "Ab" without joining
     EXPECT_EQ(text_is(d, font, {{5, 20, "AbX"}}), "");
     for (int i = 0; i < 2; i++) {
@@ -131,40 +132,28 @@ TEST(TextTool, TypingReturnBackspaceAndUndo)
         EXPECT_TRUE(undo_sensitive(d)) << "the text tool leaves undo as it was";
     }
     type(d, "q");
-    EXPECT_EQ(text_is(d, font, {{5 + XTextWidth(font, "AbX", 3), 20, "q"}}), "") << "typing goes on after AbX";
+    const Line q{5 + XTextWidth(font, "AbX", 3), 20, "q"};
+    EXPECT_EQ(text_is(d, font, {q}), "") << "typing goes on after AbX";
 
-    click(d, 40, 10);
-    select_tool(d, TOOL_PENCIL);
-    EXPECT_EQ(image_pixel(d, 42, 10), blank) << "the caret is gone";
-    EXPECT_FALSE(undo_sensitive(d));
-}
-
-// Keys before any click type nothing; a line stops at 256 characters; a font that cannot be loaded leaves the text
-// and its font as they were; saving takes the caret out of the picture first.
-TEST(TextTool, NothingBeforeClickFullLineBadFontAndSave)
-{
-    Drawing* d = make_drawing(40, 30);
-    select_tool(d, TOOL_ALPHA);
-    XFontStruct* font = text_font(d);
-    type(d, "abc");
-    EXPECT_EQ(text_is(d, font, {}), "");
-    EXPECT_FALSE(undo_sensitive(d));
-
-    click(d, 2, 12);
+    click(d, 2, 60);
     type(d, (std::string(300, 'm') + "\b").c_str());
     std::string kept(255, 'm');
-    EXPECT_EQ(text_is(d, font, {{2, 12, kept.c_str()}}), "") << "256 kept, the BackSpace took one";
+    EXPECT_EQ(text_is(d, font, {q, {2, 60, kept.c_str()}}), "") << "256 kept, the BackSpace took one";
     EXPECT_EQ(text_set_font(d, "-nobody-nothing-medium-r-normal--99-0-0-0-c-0-none-0"), 1);
     EXPECT_EQ(text_font(d), font);
 
-    click(d, 2, 26);
-    type(d, "m");
-    int cx = 2 + XTextWidth(font, "m", 1) + 2;
-    EXPECT_EQ(image_pixel(d, cx, 26), foreground_pixel(d));
+    click(d, 40, 10);
+    EXPECT_EQ(image_pixel(d, 42, 10), fg);
     filetest::ScratchDir dir;
     EXPECT_EQ(write_drawing(d, dir.path("t.xpm").c_str(), false), 0);
-    EXPECT_EQ(image_pixel(d, cx, 26), image_pixel(d, 0, 0));
-    EXPECT_EQ(text_is(d, font, {{2, 12, kept.c_str()}, {2, 26, "m"}}), "");
+    EXPECT_EQ(image_pixel(d, 42, 10), blank) << "saving takes the caret out";
+    type(d, "n");
+    int cx = 40 + XTextWidth(font, "n", 1) + 2;
+    EXPECT_EQ(image_pixel(d, cx, 10), fg);
+    select_tool(d, TOOL_PENCIL);
+    EXPECT_EQ(image_pixel(d, cx, 10), blank) << "leaving the tool takes the caret away";
+    EXPECT_FALSE(undo_sensitive(d));
+    EXPECT_EQ(text_is(d, font, {q, {2, 60, kept.c_str()}, {40, 10, "n"}}), "");
 }
 
 // Picking foundry, family, size and Bold loads that font, for the text being typed (redrawn at the same start
@@ -210,23 +199,14 @@ TEST(FontChooser, PickFontWhileTyping)
     EXPECT_EQ(text_is(d, text_font(d), {{4, 30, "Hi"}}), "") << "Cancel redraws the text in the old font";
 }
 
-// A name that is not XLFD ("cursor") is a family of "misc fonts" and disables all styles; a family only in bold
-// switches to Bold; a listed font that will not load and an empty list give the message and "fixed".
-TEST(FontChooser, OddNamesFailedLoadsAndEmptyList)
+// A family only in bold switches to Bold; a listed font that will not load and an empty list give the message and
+// "fixed".
+TEST(FontChooser, FailedLoadsAndEmptyList)
 {
     Drawing* d = make_drawing(40, 30);
     show_font_dialog(d);
     pump();
     dismiss_messages();
-    ASSERT_TRUE(select_item("*FontFoundry", MISC_FOUNDRY));
-    ASSERT_TRUE(select_item("*FontFamily", "cursor"));
-    for (const char* name : {"Medium", "Bold", "Roman", "Italic", "Oblique"})
-        EXPECT_FALSE(XtIsSensitive(toggle(name))) << name;
-    EXPECT_STREQ(current_font_choice().name, "cursor");
-    int count = -1;
-    XtVaGetValues(dialog_child("*FontSize"), XmNitemCount, &count, nullptr);
-    EXPECT_EQ(count, 0);
-
     set_font_names({"-ghost-boldface-bold-r-normal--13-0-0-0-c-0-iso8859-1",
                     "-ghost-phantom-medium-i-normal--14-0-0-0-c-0-iso8859-1"});
     pump();
@@ -242,6 +222,7 @@ TEST(FontChooser, OddNamesFailedLoadsAndEmptyList)
     set_font_names({});
     pump();
     EXPECT_TRUE(XtIsManaged(message)) << "an empty list is reported";
+    int count = -1;
     XtVaGetValues(dialog_child("*FontFoundry"), XmNitemCount, &count, nullptr);
     EXPECT_EQ(count, 0);
     dismiss_messages();

@@ -6,6 +6,7 @@
 #include <Xm/Xm.h>
 
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "app/app.h"
@@ -18,36 +19,31 @@
 
 namespace {
 
-// Chooses entry i of a palette as a click would.
-void click(Widget box, int i)
+Widget entry(Widget palette, int i)
 {
     WidgetList list = nullptr;
-    XtVaGetValues(box, XmNchildren, &list, nullptr);
-    XmToggleButtonSetState(list[i], True, True);
-    pump();
+    XtVaGetValues(palette, XmNchildren, &list, nullptr);
+    return list[i];
 }
 
-bool palette_state(Widget box, int i)
+// Chooses entry i of a palette as a click would.
+void click(Widget palette, int i)
 {
-    WidgetList list = nullptr;
-    XtVaGetValues(box, XmNchildren, &list, nullptr);
-    return XmToggleButtonGetState(list[i]);
+    XmToggleButtonSetState(entry(palette, i), True, True);
+    pump();
 }
 
 Drawing* actual_size_drawing(int w, int h)
 {
     Drawing* d = make_drawing(w, h);
-    if (d)
-        set_zoom(d, 0);
+    set_zoom(d, 0);
     return d;
 }
 
 Pixmap label_pixmap(Drawing* d, int tool)
 {
-    WidgetList list = nullptr;
     Pixmap p = None;
-    XtVaGetValues(d->toolsBox, XmNchildren, &list, nullptr);
-    XtVaGetValues(list[tool], XmNlabelPixmap, &p, nullptr);
+    XtVaGetValues(entry(d->toolsBox, tool), XmNlabelPixmap, &p, nullptr);
     return p;
 }
 
@@ -58,7 +54,6 @@ Pixmap label_pixmap(Drawing* d, int tool)
 TEST(Tools, ShiftLineSnaps)
 {
     Drawing* d = actual_size_drawing(40, 40);
-    ASSERT_NE(d, nullptr);
     select_tool(d, TOOL_LINE);
     unsigned long fg = foreground_pixel(d), blank = image_pixel(d, 0, 0);
     const struct { ImagePoint end; std::vector<ImagePoint> painted, clear; } cases[] = {
@@ -80,7 +75,6 @@ TEST(Tools, ShiftLineSnaps)
 TEST(Tools, RectangleAndOvalOutlinedAndFilled)
 {
     Drawing* d = actual_size_drawing(32, 24);
-    ASSERT_NE(d, nullptr);
     unsigned long fg = foreground_pixel(d), bg = background_pixel(d), blank = image_pixel(d, 0, 0);
     click(d->patternsBox, 3);
     const struct {
@@ -124,7 +118,6 @@ TEST(Tools, RectangleAndOvalOutlinedAndFilled)
 TEST(Tools, UndoRestoresOnlyTheLastRectangle)
 {
     Drawing* d = actual_size_drawing(40, 40);
-    ASSERT_NE(d, nullptr);
     unsigned long fg = foreground_pixel(d), blank = image_pixel(d, 0, 0);
     EXPECT_FALSE(undo_sensitive(d)) << "nothing to undo yet";
     stroke(d, Button1, {{5, 32}, {35, 32}});
@@ -151,7 +144,6 @@ TEST(Tools, UndoRestoresOnlyTheLastRectangle)
 TEST(Tools, PatternsPaintTheCurrentColours)
 {
     Drawing* d = actual_size_drawing(32, 32);
-    ASSERT_NE(d, nullptr);
     XSetForeground(app().display, d->foregroundGC, 42);
     XSetForeground(app().display, d->backgroundGC, 43);
     const struct { int pattern; unsigned button; unsigned long pixel; } cases[] = {
@@ -188,14 +180,11 @@ TEST(Tools, DrawFilledAndReusedWindowStartsAfresh)
     close_drawing(d);
     pump();
     ASSERT_EQ(make_drawing(16, 16), d);
-    EXPECT_EQ(d->currentTool, TOOL_PENCIL);
-    EXPECT_TRUE(palette_state(d->toolsBox, TOOL_PENCIL));
-    EXPECT_FALSE(palette_state(d->toolsBox, TOOL_OVAL));
-    EXPECT_EQ(d->currentPattern, 0);
-    EXPECT_TRUE(palette_state(d->patternsBox, 0));
-    EXPECT_EQ(d->lineWidth, 1u);
-    EXPECT_TRUE(palette_state(d->lineWidthBox, 0));
-    EXPECT_EQ(d->rectFilled + d->ovalFilled, 0);
+    EXPECT_EQ(std::tuple(d->currentTool, d->currentPattern, d->lineWidth, d->rectFilled + d->ovalFilled),
+              std::tuple(int(TOOL_PENCIL), 0, 1u, 0));
+    for (auto [palette, on, off] : {std::tuple{d->toolsBox, int(TOOL_PENCIL), int(TOOL_OVAL)}, {d->patternsBox, 0, 5},
+                                    {d->lineWidthBox, 0, 4}})
+        EXPECT_TRUE(XmToggleButtonGetState(entry(palette, on)) && !XmToggleButtonGetState(entry(palette, off)));
     EXPECT_EQ(label_pixmap(d, TOOL_RECT), rectOutline);
     EXPECT_FALSE(undo_sensitive(d));
 }
@@ -206,8 +195,6 @@ TEST(Tools, ShapeUndoTakesBackTheWholeShape)
 {
     Drawing* a = actual_size_drawing(60, 60);
     Drawing* b = actual_size_drawing(60, 60);
-    ASSERT_NE(a, nullptr);
-    ASSERT_NE(b, nullptr);
     unsigned long blank = image_pixel(a, 0, 0);
     auto all_blank = [&] {
         ImagePtr im(XGetImage(app().display, a->image, 0, 0, 60, 60, AllPlanes, ZPixmap));
