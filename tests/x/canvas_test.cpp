@@ -93,8 +93,8 @@ TEST(Canvas, MagnifiedDisplayIsExactAtEveryZoom)
     EXPECT_EQ(check_image_copy(b), "");
 }
 
-// The smallest and the largest drawings work at every zoom: strokes of every shape, presses and drags outside the
-// image and refreshes never touch anything outside a pixmap.
+// The smallest and the largest drawings work at every zoom: strokes of every painting tool, presses and drags
+// outside the image and refreshes never touch anything outside a pixmap.
 TEST(Canvas, ExtremeSizesAtEveryZoom)
 {
     XErrorTrap trap;
@@ -105,11 +105,12 @@ TEST(Canvas, ExtremeSizesAtEveryZoom)
             set_zoom(d, z);
             int far = (d->width + 40) << z;
             stroke(d, Button1, {{0, 0}, {d->width - 1, d->height - 1}});
+            EXPECT_EQ(image_pixel(d, 0, 0), foreground_pixel(d)) << "the pencil stroke painted its first pixel";
             area_button(d, ButtonPress, Button1, -30, -30);
             area_motion(d, far, far, Button1Mask);
             area_motion(d, -far, 5, Button1Mask);
             area_button(d, ButtonRelease, Button1, far, -far, Button1Mask);
-            for (int tool : {TOOL_RECT, TOOL_OVAL, TOOL_LINE}) {
+            for (int tool : {TOOL_RECT, TOOL_OVAL, TOOL_LINE, TOOL_FILL, TOOL_ERASER, TOOL_ALPHA, TOOL_HOTSPOT}) {
                 select_tool(d, tool);
                 stroke(d, Button1, {{-5, -5}, {d->width + 5, d->height + 5}, {d->width / 2, 3}});
             }
@@ -122,7 +123,6 @@ TEST(Canvas, ExtremeSizesAtEveryZoom)
             EXPECT_EQ(check_display(d), "") << d->width << "x" << d->height << " zoom " << z;
         }
     EXPECT_EQ(trap.errors(), 0);
-    EXPECT_EQ(image_pixel(tiny, 0, 0), foreground_pixel(tiny)) << "the 1x1 stroke painted its pixel";
 }
 
 // Events can carry any 16-bit position: a pencil press at the far edge leaves the image alone, and wide rubber
@@ -154,8 +154,9 @@ TEST(Canvas, FarEventCoordinatesStayHarmless)
 }
 
 // At zoom 3 a press at window (17, 9) reaches the tool as image (2, 1): the pencil click sets (2, 1) and (3, 2)
-// in the image but shows only (2, 1) at once; the release offers Undo.
-TEST(Canvas, PressIsScaledToImagePixels)
+// in the image but shows only (2, 1) at once; the release offers Undo. A burst of motions reaches the tool once,
+// with the latest position: the pencil draws one chord from the press to the last motion only.
+TEST(Canvas, PressScaledAndMotionsCompressed)
 {
     Drawing* d = make_drawing(16, 16);
     set_zoom(d, 3);
@@ -170,23 +171,16 @@ TEST(Canvas, PressIsScaledToImagePixels)
     pump();
     EXPECT_TRUE(d->modified);
     EXPECT_TRUE(undo_sensitive(d));
-}
 
-// A burst of motions reaches the tool once, with the latest position: the pencil draws one chord from the press
-// to the last motion only.
-TEST(Canvas, MotionBurstIsCompressedToTheLatest)
-{
-    Drawing* d = make_drawing(32, 32);
     set_zoom(d, 0);
-    unsigned long blank = image_pixel(d, 20, 0), fg = foreground_pixel(d);
-    area_button(d, ButtonPress, Button1, 0, 0);
-    for (auto [x, y] : {std::pair{20, 0}, {20, 20}, {0, 20}, {0, 10}})
+    area_button(d, ButtonPress, Button1, 0, 15);
+    for (auto [x, y] : {std::pair{10, 0}, {10, 10}, {0, 5}, {5, 15}})
         queue_motion(d, x, y, Button1Mask);
     pump();
-    area_button(d, ButtonRelease, Button1, 0, 10, Button1Mask);
+    area_button(d, ButtonRelease, Button1, 5, 15, Button1Mask);
     pump();
-    EXPECT_EQ(pixels_are(d, fg, {{0, 10}, {0, 5}}), "") << "the chord to the last motion";
-    EXPECT_EQ(pixels_are(d, blank, {{20, 0}, {20, 20}, {10, 20}}), "") << "intermediate motions were dropped";
+    EXPECT_EQ(pixels_are(d, fg, {{0, 15}, {5, 15}}), "") << "the chord to the last motion";
+    EXPECT_EQ(pixels_are(d, blank, {{10, 0}, {10, 5}, {10, 10}, {0, 5}}), "") << "intermediate motions were dropped";
 }
 
 // A Shift-press decides the constraint from the motions queued after it: more than 5 pixels down is vertical even
