@@ -75,8 +75,7 @@ TEST(FontNames, StylesOffered)
     EXPECT_EQ(offered("99"), "none:00000");
 }
 
-// Unset radio boxes get Medium and Italic; an unavailable choice moves to an available one in a fixed order, or
-// stays when none is.
+// Unset radio boxes get Medium and Italic; an unavailable choice moves to an available one, or stays when none is.
 TEST(FontNames, RepairStyleToggles)
 {
     // A bold-only family switches to Bold; Italic falls to Oblique without Roman; Roman prefers Oblique, and

@@ -54,9 +54,8 @@ TEST(SeedFill, DiagonalWallEverywhereAndOutside)
     fill_stack_free(&stack);
 }
 
-// Random pictures of few values make spirals, combs and holes: the scan-line fill, with its look-back where a run
-// overhangs its parent, must find exactly what a plain flood fill finds, also while its stack grows; leaving the
-// tool shrinks the stack back.
+// On random pictures of few values (spirals, combs, holes) the scan-line fill finds exactly what a flood fill finds,
+// also while its stack grows; leaving the tool shrinks the stack back.
 TEST(SeedFill, AgreesWithFloodFillOnRandomPictures)
 {
     std::mt19937 random(12345);

@@ -18,8 +18,7 @@ void queue_motion(Drawing* d, int x, int y, unsigned state = Button1Mask | Shift
 
 }  // namespace
 
-// Zoom in from actual size lands on 2, Shift jumps to 4 or back to actual size; the menu items and the area shown
-// follow. (The e2e tests walk the accelerators through every step.)
+// Zoom in from actual size lands on 2, Shift jumps to 4 or back; the menu items and the area shown follow.
 TEST(Canvas, ZoomStepsAndMenuSensitivity)
 {
     Drawing* d = make_drawing(16, 12);
@@ -43,9 +42,8 @@ TEST(Canvas, ZoomStepsAndMenuSensitivity)
     }
 }
 
-// After a picture of many colours, an expose, every zoom change and a stroke, each cell of the magnified window
-// shows its pixel in the square and the window background in the grid line, and actual size shows the image itself.
-// A bitmap shows set bits black and clear bits white, whether whole rows or parts of rows change.
+// Each magnified cell shows its pixel in the square and the background in the grid line, after an expose, every
+// zoom change and a stroke; a bitmap shows set bits black, whether whole rows or parts of rows change.
 TEST(Canvas, MagnifiedDisplayIsExactAtEveryZoom)
 {
     Drawing* d = make_drawing(24, 20);
@@ -93,8 +91,7 @@ TEST(Canvas, MagnifiedDisplayIsExactAtEveryZoom)
     EXPECT_EQ(check_image_copy(b), "");
 }
 
-// The smallest and the largest drawings work at every zoom: strokes of every painting tool, presses and drags
-// outside the image and refreshes never touch anything outside a pixmap.
+// At every zoom, strokes of every painting tool in and around the smallest and largest drawings stay in the pixmaps.
 TEST(Canvas, ExtremeSizesAtEveryZoom)
 {
     XErrorTrap trap;
@@ -153,9 +150,8 @@ TEST(Canvas, FarEventCoordinatesStayHarmless)
     EXPECT_EQ(trap.errors(), 0);
 }
 
-// At zoom 3 a press at window (17, 9) reaches the tool as image (2, 1): the pencil click sets (2, 1) and (3, 2)
-// in the image but shows only (2, 1) at once; the release offers Undo. A burst of motions reaches the tool once,
-// with the latest position: the pencil draws one chord from the press to the last motion only.
+// At zoom 3 window (17, 9) is image (2, 1): the pencil click sets (2, 1) and (3, 2) but shows only (2, 1) at once.
+// A burst of motions reaches the tool once, at the latest position: one chord from the press.
 TEST(Canvas, PressScaledAndMotionsCompressed)
 {
     Drawing* d = make_drawing(16, 16);

@@ -41,9 +41,8 @@ bool wait_for(const std::function<bool()>& done)
 
 }  // namespace
 
-// A click fills only the 4-connected area of the clicked value, stopped by a wall touching only at corners, and
-// ignores the drag after it; undo takes it back; with Control every pixel of the value is filled; button 2 lays
-// the pattern aligned on the image's origin.
+// A click fills the 4-connected area (a wall touching at corners holds) and ignores the drag after it; Control fills
+// the value everywhere; button 2 lays the pattern aligned on the image's origin.
 TEST(Fill, ConnectedAreaControlEverywhereAndPattern)
 {
     Drawing* d = make_drawing(20, 12);
@@ -99,9 +98,8 @@ TEST(Fill, OutOfMemoryPaintsNothing)
     EXPECT_EQ(image_pixel(d, 1999, 1999), blank);
 }
 
-// The eraser's square is 15 x 15 image pixels at actual size and 4 x 4 at zoom factor 4 (5 x 5 off a cell's first
-// screen pixel, 4 x 4 on the actual-size small view wherever it stands); a fast horizontal drag clears the whole
-// swept band and nothing beyond it.
+// The eraser's square: 15 image pixels at actual size, 4 at zoom factor 4 (5 off a cell's first screen pixel, 4 on
+// the small view); a fast drag clears the whole swept band and nothing beyond.
 TEST(Eraser, SquareSizesAndGaplessSweep)
 {
     Drawing* d = make_drawing(48, 40);
@@ -145,9 +143,8 @@ TEST(Eraser, SquareSizesAndGaplessSweep)
     EXPECT_EQ(check_display(d), "");
 }
 
-// A hotspot click moves the hotspot; undo after two moves goes back one step only, even after a move in another
-// drawing; a click beside the image changes nothing. While the tool is chosen the marker blinks in the image, yet a
-// saved file holds the real pixel and the new hotspot, and leaving the tool puts the pixel back.
+// Undo after two hotspot moves goes back one step, even after a move in another drawing. The marker blinks in the
+// image while the tool is chosen, yet a save holds the real pixel, and leaving the tool puts it back.
 TEST(Hotspot, MoveUndoBlinkAndSave)
 {
     Drawing* d = create_drawing("hot", 16, 16, 1, None, -1, -1, nullptr);
@@ -192,8 +189,7 @@ TEST(Hotspot, MoveUndoBlinkAndSave)
     EXPECT_FALSE(wait_for([&] { return image_pixel(d, 5, 6) != 1; })) << "no blink after the tool is left";
 }
 
-// A drawing closed while its hotspot blinks stops blinking, and its record comes back to a new drawing without a
-// stray timer.
+// A drawing closed while its hotspot blinks leaves no stray timer on its record, which a new drawing reuses.
 TEST(Hotspot, ClosingStopsTheBlink)
 {
     Drawing* d = make_drawing(8, 8);
