@@ -2,7 +2,6 @@
 // and the hotspot's blinking marker kept out of saved files.
 #include "canvas_support.h"   // first: gtest before Xlib's macros
 
-#include <X11/Xutil.h>
 #include <Xm/DrawingA.h>
 #include <Xm/ToggleB.h>
 #include <sys/resource.h>
@@ -15,9 +14,7 @@
 #include <tuple>
 #include <utility>
 
-#include "app/app.h"
 #include "files_support.h"
-#include "app/draw.h"
 #include "canvas/input.h"
 #include "canvas/undo.h"
 #include "files/open_save.h"
@@ -124,9 +121,8 @@ TEST(Eraser, SquareSizesAndGaplessSweep)
     }
     ASSERT_NE(d->smallArea, nullptr);
     for (int type : {ButtonPress, ButtonRelease}) {
-        XEvent ev{};
-        ev.xbutton = {type, 0, False, app().display, XtWindow(d->smallArea), app().root, None, CurrentTime,
-                      40, 2, 401, 0, 0, Button1, True};
+        XEvent ev = pointer_event(XtWindow(d->smallArea), type, Button1, 40, 2);
+        ev.xbutton.x_root = 401;   // any place on the screen
         XmDrawingAreaCallbackStruct cbs{XmCR_INPUT, &ev, ev.xbutton.window};
         canvas_input_cb(d->smallArea, d, &cbs);
     }

@@ -11,9 +11,7 @@
 #include <cstring>
 #include <string>
 
-#include "app/app.h"
 #include "app/commands.h"
-#include "app/draw.h"
 #include "app/message.h"
 #include "canvas/input.h"
 #include "canvas/undo.h"

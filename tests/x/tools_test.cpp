@@ -9,9 +9,7 @@
 #include <tuple>
 #include <vector>
 
-#include "app/app.h"
 #include "app/commands.h"
-#include "app/draw.h"
 #include "canvas/undo.h"
 #include "tools/palettes.h"
 #include "tools/shapes.h"
