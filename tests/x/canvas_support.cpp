@@ -6,7 +6,6 @@
 #include <Xm/Xm.h>
 
 #include <algorithm>
-#include <memory>
 #include <sstream>
 
 #include "app/app.h"

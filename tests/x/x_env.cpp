@@ -4,7 +4,6 @@
 
 #include <X11/extensions/XTest.h>
 #include <cstdlib>
-#include <memory>
 
 #include "app/startup.h"
 
@@ -21,8 +20,7 @@ public:
         static char arg0[] = "pictrel";
         static char* argv[] = {arg0, nullptr};
         int argc = 1;
-        int status = startup(&argc, argv);
-        ASSERT_EQ(status, 0) << "start-up failed (is the display 8-bit PseudoColor?)";
+        ASSERT_EQ(startup(&argc, argv), 0) << "start-up failed (is the display 8-bit PseudoColor?)";
     }
 };
 
