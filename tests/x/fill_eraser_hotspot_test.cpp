@@ -140,7 +140,8 @@ TEST(Eraser, SquareSizesAndGaplessSweep)
 }
 
 // Undo after two hotspot moves goes back one step, even after a move in another drawing. The marker blinks in the
-// image while the tool is chosen, yet a save holds the real pixel, and leaving the tool puts it back.
+// image while the tool is chosen, yet a save holds the real pixel, and leaving the tool puts it back. Closing a
+// drawing stops its blink, leaving no stray timer on the record a new drawing reuses.
 TEST(Hotspot, MoveUndoBlinkAndSave)
 {
     Drawing* d = create_drawing("hot", 16, 16, 1, None, -1, -1, nullptr);
@@ -164,7 +165,9 @@ TEST(Hotspot, MoveUndoBlinkAndSave)
     stroke(other, Button1, {{1, 1}});
     cmd_undo(d, nullptr, False);
     EXPECT_EQ(hotspot(), std::pair(2, 3));
+    ASSERT_NE(other->hotspotBlink, 0u);
     close_drawing(other);
+    EXPECT_TRUE(wait_for([&] { return other->hotspotBlink == 0; })) << "closing stops the blink";
     EXPECT_FALSE(undo_sensitive(d));
     stroke(d, Button1, {{5, 6}});
     EXPECT_EQ(image_pixel(d, 2, 3), 0u) << "the old place lost its marker";
@@ -183,19 +186,6 @@ TEST(Hotspot, MoveUndoBlinkAndSave)
     select_tool(d, TOOL_PENCIL);
     EXPECT_EQ(image_pixel(d, 5, 6), 1u);
     EXPECT_FALSE(wait_for([&] { return image_pixel(d, 5, 6) != 1; })) << "no blink after the tool is left";
-}
-
-// A drawing closed while its hotspot blinks leaves no stray timer on its record, which a new drawing reuses.
-TEST(Hotspot, ClosingStopsTheBlink)
-{
-    Drawing* d = make_drawing(8, 8);
-    make_drawing(8, 8);   // another drawing stays open meanwhile
-    select_tool(d, TOOL_HOTSPOT);
-    stroke(d, Button1, {{1, 1}});
-    ASSERT_NE(d->hotspotBlink, 0u);
-    close_drawing(d);
-    EXPECT_TRUE(wait_for([&] { return d->hotspotBlink == 0; }));
-    ASSERT_EQ(make_drawing(8, 8), d) << "the closed record is reused";
-    EXPECT_EQ(d->currentTool, TOOL_PENCIL);
-    EXPECT_EQ(d->hotspotBlink, 0u);
+    ASSERT_EQ(make_drawing(8, 8), other) << "the closed record is reused";
+    EXPECT_EQ(std::pair(other->currentTool, other->hotspotBlink), std::pair(int(TOOL_PENCIL), XtIntervalId(0)));
 }
