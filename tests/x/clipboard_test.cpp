@@ -1,6 +1,5 @@
 // Copy, cut and paste of selections between drawings through the Motif
-// clipboard, and what Paste does with a pixmap that is gone or of another
-// depth.
+// clipboard, and what Paste does with data it cannot use.
 #include "canvas_support.h"   // first: gtest before Xlib's macros
 
 #include <X11/Xatom.h>
@@ -15,6 +14,7 @@
 #include "canvas/image_store.h"
 #include "canvas/undo.h"
 #include "colour/color_list.h"
+#include "files_support.h"
 #include "imageops/clipboard.h"
 #include "tools/palettes.h"
 #include "tools/selection.h"
@@ -24,11 +24,10 @@ namespace {
 
 void put_pixel(Drawing* d, int x, int y, unsigned long v)
 {
-    Display* dpy = app().display;
-    GC gc = XCreateGC(dpy, d->image, 0, nullptr);
-    XSetForeground(dpy, gc, v);
-    XDrawPoint(dpy, d->image, gc, x, y);
-    XFreeGC(dpy, gc);
+    GC gc = XCreateGC(app().display, d->image, 0, nullptr);
+    XSetForeground(app().display, gc, v);
+    XDrawPoint(app().display, d->image, gc, x, y);
+    XFreeGC(app().display, gc);
 }
 
 // Puts an arbitrary identifier on the clipboard as another copy of the
@@ -39,8 +38,7 @@ void offer_identifier(Drawing* d, uint32_t id)
     Window w = XtWindow(d->shell);
     XmString label = XmStringCreateLocalized(const_cast<char*>("orvbit"));
     long item = 0, data = 0;
-    ASSERT_EQ(XmClipboardStartCopy(dpy, w, label, CurrentTime, nullptr, nullptr, &item),
-              ClipboardSuccess);
+    ASSERT_EQ(XmClipboardStartCopy(dpy, w, label, CurrentTime, nullptr, nullptr, &item), ClipboardSuccess);
     XmClipboardCopy(dpy, w, item, const_cast<char*>("PICTREL_PIXMAP"), &id, sizeof id, 0, &data);
     XmClipboardEndCopy(dpy, w, item);
     XmStringFree(label);
@@ -51,8 +49,8 @@ uint32_t clipboard_identifier(Drawing* d)
     uint32_t id = 0;
     unsigned long got = 0;
     long privateId = 0;
-    XmClipboardRetrieve(app().display, XtWindow(d->shell), const_cast<char*>("PICTREL_PIXMAP"),
-                        &id, sizeof id, &got, &privateId);
+    XmClipboardRetrieve(app().display, XtWindow(d->shell), const_cast<char*>("PICTREL_PIXMAP"), &id, sizeof id,
+                        &got, &privateId);
     return got == sizeof id ? id : 0;
 }
 
@@ -65,34 +63,23 @@ bool in_list(Drawing* d, unsigned long pixel)
     return false;
 }
 
-XColor rgb(unsigned long pixel)
-{
-    XColor c{};
-    c.pixel = pixel;
-    XQueryColor(app().display, app().colormap, &c);
-    return c;
-}
-
 }  // namespace
 
 // A copied selection pastes into another drawing at the top-left of its
-// visible canvas as a floating copy; Cut leaves background behind.
+// visible canvas as a floating copy in that drawing's own colour cells;
+// Cut leaves background behind and Undo brings the cut pixels back.
 TEST(Clipboard, CopyAndCutBetweenDrawings)
 {
     Drawing* a = make_drawing(24, 16);
     Drawing* b = make_drawing(24, 16);
-    ASSERT_NE(a, nullptr);
-    ASSERT_NE(b, nullptr);
+    ASSERT_TRUE(a && b);
     select_tool(a, TOOL_SELECT);
     pump();
     // A's own black, and a colour only A has.
     ColorEntry* black = add_color(color_list_of(a), app().blackPixel, app().blackPixel, 1);
     ColorEntry* odd = add_color(color_list_of(a), app().blackPixel, app().blackPixel, 1);
     ASSERT_TRUE(black && odd);
-    XColor unique{};
-    unique.pixel = odd->pixel;
-    unique.red = 0x1200, unique.green = 0x3400, unique.blue = 0x5600;
-    unique.flags = DoRed | DoGreen | DoBlue;
+    XColor unique{odd->pixel, 0x1200, 0x3400, 0x5600, DoRed | DoGreen | DoBlue, 0};
     XStoreColor(app().display, app().colormap, &unique);
     put_pixel(a, 5, 6, black->pixel);
     put_pixel(a, 6, 7, odd->pixel);
@@ -110,19 +97,14 @@ TEST(Clipboard, CopyAndCutBetweenDrawings)
     EXPECT_FALSE(undo_sensitive(b)) << "a paste leaves nothing to undo";
     select_tool(b, TOOL_PENCIL);   // lay it down
     pump();
-    // The pasted colours are B's own cells: black is B's black, the
-    // unknown colour a new entry of B with the same RGB.
     unsigned long p0 = image_pixel(b, 0, 0), p1 = image_pixel(b, 1, 1);
-    EXPECT_TRUE(in_list(b, p0));
-    EXPECT_TRUE(in_list(b, p1));
+    EXPECT_TRUE(in_list(b, p0) && in_list(b, p1)) << "B's own cells";
     EXPECT_NE(p0, black->pixel);
     EXPECT_NE(p1, odd->pixel);
-    EXPECT_EQ(rgb(p0).red, rgb(app().blackPixel).red);
-    EXPECT_EQ(rgb(p1).red, rgb(odd->pixel).red);
-    EXPECT_EQ(rgb(p1).blue, rgb(odd->pixel).blue);
+    EXPECT_EQ(filetest::rgb_of_pixel(p0), 0u);
+    EXPECT_EQ(filetest::rgb_of_pixel(p1), 0x123456u) << "a new entry of B with the same RGB";
 
-    // Cut clears the source; the pixmap of the earlier copy, no longer on
-    // the clipboard, is not left behind in the server.
+    // The pixmap of the earlier copy, no longer on the clipboard, is not left behind in the server.
     uint32_t earlier = clipboard_identifier(a);
     ASSERT_NE(earlier, 0u);
     ASSERT_EQ(run_command(a, CMD_CUT, nullptr, False), 0);
@@ -136,18 +118,24 @@ TEST(Clipboard, CopyAndCutBetweenDrawings)
         EXPECT_FALSE(XGetGeometry(app().display, earlier, &root, &x, &y, &w, &h, &border, &depth));
     }
     EXPECT_FALSE(selection_exists(a));
-    EXPECT_EQ(image_pixel(a, 5, 6), background_pixel(a));
-    EXPECT_EQ(image_pixel(a, 6, 7), background_pixel(a));
+    EXPECT_EQ(pixels_are(a, background_pixel(a), {{5, 6}, {6, 7}}), "");
+    ASSERT_TRUE(undo_sensitive(a));
+    cmd_undo(a, nullptr, False);
+    pump();
+    EXPECT_EQ(image_pixel(a, 5, 6), black->pixel);
+    EXPECT_EQ(image_pixel(a, 6, 7), odd->pixel);
 }
 
-// A bitmap's selection cannot go into a colour drawing; an identifier
-// that names no pixmap is refused without an X error reaching the program.
-TEST(Clipboard, WrongDepthAndVanishedPixmaps)
+// A bitmap's selection cannot go into a colour drawing; an identifier that
+// names no pixmap is refused without an X error reaching the program.
+// Another client that registered the format name with another length would
+// make the toolkit store unreadable items and end the program on the next
+// retrieve: the clipboard is then left alone.
+TEST(Clipboard, BadOrVanishedDataIsRefused)
 {
     Drawing* colour = make_drawing(16, 16);
     Drawing* bits = create_drawing("bits", 16, 16, 1, None, -1, -1, nullptr);
-    ASSERT_NE(colour, nullptr);
-    ASSERT_NE(bits, nullptr);
+    ASSERT_TRUE(colour && bits);
     pump();
     run_command(bits, CMD_SELECT_ALL, nullptr, False);
     ASSERT_EQ(run_command(bits, CMD_COPY, nullptr, False), 0);
@@ -157,38 +145,30 @@ TEST(Clipboard, WrongDepthAndVanishedPixmaps)
     EXPECT_NE(run_command(colour, CMD_PASTE, nullptr, False), 0);
     EXPECT_FALSE(selection_exists(colour));
 
-    Pixmap gone = XCreatePixmap(app().display, app().root, 4, 4, static_cast<unsigned>(colour->depth));
-    XFreePixmap(app().display, gone);
-    XErrorTrap trap;
-    offer_identifier(colour, static_cast<uint32_t>(gone));
-    pump();
-    EXPECT_FALSE(clipboard_can_paste(colour));
-    EXPECT_NE(run_command(colour, CMD_PASTE, nullptr, False), 0);
-    pump();
-    EXPECT_FALSE(selection_exists(colour));
-    EXPECT_EQ(trap.errors(), 0);
-}
-
-// Another client that registered the format name with another length
-// would make the toolkit store unreadable items and end the program on the
-// next retrieve: the clipboard is then left alone, also when the name is
-// taken over after the program has used the clipboard.
-TEST(Clipboard, ForeignFormatLengthIsLeftAlone)
-{
     Display* dpy = app().display;
+    Pixmap gone = XCreatePixmap(dpy, app().root, 4, 4, static_cast<unsigned>(colour->depth));
+    XFreePixmap(dpy, gone);
+    {
+        XErrorTrap trap;
+        offer_identifier(colour, static_cast<uint32_t>(gone));
+        pump();
+        EXPECT_FALSE(clipboard_can_paste(colour));
+        EXPECT_NE(run_command(colour, CMD_PASTE, nullptr, False), 0);
+        pump();
+        EXPECT_FALSE(selection_exists(colour));
+        EXPECT_EQ(trap.errors(), 0);
+    }
+
     Atom property = XInternAtom(dpy, "_MOTIF_CLIP_FORMAT_PICTREL_PIXMAP", False);
     auto set_length = [&](long length) {
         XChangeProperty(dpy, app().root, property, XA_INTEGER, 32, PropModeReplace,
                         reinterpret_cast<unsigned char*>(&length), 1);
         XSync(dpy, False);
     };
-    Drawing* d = make_drawing(8, 8);
-    ASSERT_NE(d, nullptr);
-    run_command(d, CMD_SELECT_ALL, nullptr, False);
-    EXPECT_EQ(run_command(d, CMD_COPY, nullptr, False), 0);
+    run_command(colour, CMD_SELECT_ALL, nullptr, False);
     set_length(32);
-    EXPECT_NE(run_command(d, CMD_COPY, nullptr, False), 0);
-    EXPECT_FALSE(clipboard_can_paste(d));
-    EXPECT_NE(run_command(d, CMD_PASTE, nullptr, False), 0);
+    EXPECT_NE(run_command(colour, CMD_COPY, nullptr, False), 0);
+    EXPECT_FALSE(clipboard_can_paste(colour));
+    EXPECT_NE(run_command(colour, CMD_PASTE, nullptr, False), 0);
     set_length(8);
 }
