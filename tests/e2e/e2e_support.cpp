@@ -11,6 +11,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <fstream>
+#include <iterator>
 #include <sstream>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -26,9 +27,7 @@ int ignore_x_errors(Display*, XErrorEvent*) { return 0; }
 std::string read_file(const std::string& path)
 {
     std::ifstream in(path);
-    std::stringstream s;
-    s << in.rdbuf();
-    return s.str();
+    return std::string(std::istreambuf_iterator<char>(in), {});
 }
 
 void make_dir(const std::string& path) { mkdir(path.c_str(), 0755); }
@@ -190,11 +189,8 @@ void E2eApp::key(Window w, const std::string& combo)
 
 void E2eApp::keys(Window w, std::initializer_list<const char*> combos)
 {
-    bool first = true;
-    for (const char* c : combos) {
-        key(first ? w : 0, c);
-        first = false;
-    }
+    for (auto it = combos.begin(); it != combos.end(); ++it)
+        key(it == combos.begin() ? w : 0, *it);
 }
 
 void E2eApp::move(Window w, int x, int y)
@@ -362,7 +358,6 @@ std::vector<Window> palette(Display* dpy, Window top, size_t count, int w, int h
     return out;
 }
 
-
 Window find_canvas(Display* dpy, Window shell, int width, int height)
 {
     return find_window(dpy, shell, [&](Display*, const Geometry& g) { return g.width == width && g.height == height; });
@@ -405,4 +400,33 @@ bool dark(Display* dpy, unsigned long pixel)
 {
     unsigned rgb = rgb_of(dpy, pixel);
     return (rgb >> 16) < 0x40 && ((rgb >> 8) & 0xFF) < 0x40 && (rgb & 0xFF) < 0x40;
+}
+
+void drag_cells(E2eApp& app, Window canvas, unsigned button, int x0, int y0, int x1, int y1)
+{
+    app.move(canvas, e2e_cell(x0), e2e_cell(y0));
+    XTestFakeButtonEvent(app.display(), button, True, CurrentTime);
+    XSync(app.display(), False);
+    e2e_sleep_ms(50);
+    for (int s = 1; s <= 4; s++) {
+        app.move(canvas, e2e_cell(x0 + (x1 - x0) * s / 4), e2e_cell(y0 + (y1 - y0) * s / 4));
+        e2e_sleep_ms(30);
+    }
+    XTestFakeButtonEvent(app.display(), button, False, CurrentTime);
+    XSync(app.display(), False);
+    e2e_sleep_ms(200);
+}
+
+E2eDrawing open_untitled(E2eApp& app, int width, int height, const char* geometry)
+{
+    E2eDrawing d;
+    if (!app.start({"-width", std::to_string(width), "-height", std::to_string(height), "-geometry", geometry}))
+        return d;
+    d.shell = app.wait_window("Untitled");
+    if (!d.shell)
+        return d;
+    e2e_sleep_ms(300);
+    d.canvas = find_canvas(app.display(), d.shell, width << 3, height << 3);
+    d.tools = palette(app.display(), d.shell, 9, 24, 24);
+    return d;
 }

@@ -113,3 +113,15 @@ ImagePtr read_window(Display* dpy, Window top, Window w, int width, int height);
 // 0xRRGGBB of a pixel of the default colormap, and whether it is near black.
 unsigned rgb_of(Display* dpy, unsigned long pixel);
 bool dark(Display* dpy, unsigned long pixel);
+
+// Window position inside image cell v of a canvas at the default zoom level (3).
+inline int e2e_cell(int v) { return (v << 3) + 3; }
+// A button pressed at image cell (x0, y0) of the canvas, moved there in four steps to (x1, y1) and released.
+void drag_cells(E2eApp& app, Window canvas, unsigned button, int x0, int y0, int x1, int y1);
+// A run showing one untitled drawing of width x height at `geometry`: its shell, its canvas at the default zoom and
+// the nine buttons of its tools palette; zeros (and no tools) when one is not found.
+struct E2eDrawing {
+    Window shell = 0, canvas = 0;
+    std::vector<Window> tools;
+};
+E2eDrawing open_untitled(E2eApp& app, int width, int height, const char* geometry);

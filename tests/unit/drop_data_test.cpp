@@ -49,26 +49,16 @@ TEST(DropData, MessageWords)
     pack_drop_words({123456789UL, 300, 17, 0xffffu, true, 31, 0x1234567}, words);
     EXPECT_EQ(words[1], (300L << 16) + 17);
     EXPECT_EQ(static_cast<unsigned long>(words[2]), 0x80001fffUL);
-    DropWords back = unpack_drop_words(words);
-    EXPECT_EQ(back.time, 123456789UL);
-    EXPECT_EQ(back.x, 300);
-    EXPECT_EQ(back.y, 17);
-    EXPECT_EQ(back.state, 0x1fffu);
-    EXPECT_TRUE(back.flag);
-    EXPECT_EQ(back.type, 31u);
-    EXPECT_EQ(back.property, 0x1234567u);
-
+    auto fields = [](const DropWords& w) {
+        return std::vector<unsigned long>{w.time, unsigned(w.x), unsigned(w.y), w.state, w.flag, w.type, w.property};
+    };
+    EXPECT_EQ(fields(unpack_drop_words(words)),
+              (std::vector<unsigned long>{123456789UL, 300, 17, 0x1fff, 1, 31, 0x1234567}));
     pack_drop_words({0, -5, 70000, 0, false, 31, 1}, words);
-    back = unpack_drop_words(words);
-    EXPECT_EQ(back.x, 0);
-    EXPECT_EQ(back.y, 0xffff);
-    EXPECT_FALSE(back.flag);
-
+    EXPECT_EQ(fields(unpack_drop_words(words)), (std::vector<unsigned long>{0, 0, 0xffff, 0, 0, 31, 1}));
     long signExtended[5] = {-1, -1, -1, -1, -1};
-    back = unpack_drop_words(signExtended);
-    EXPECT_EQ(back.time, 0xffffffffUL);
-    EXPECT_EQ(back.x, 0xffff);
-    EXPECT_EQ(back.state, 0x1fffu);
+    EXPECT_EQ(fields(unpack_drop_words(signExtended)),
+              (std::vector<unsigned long>{0xffffffffUL, 0xffff, 0xffff, 0x1fff, 1, 0xffffffffUL, 0xffffffffUL}));
 }
 
 // The names a source makes are the only ones a site will read and delete;

@@ -167,16 +167,10 @@ TEST(Selection, NudgesAndTransforms)
     EXPECT_EQ(image_pixel(d, 5, 4), 66u);
     EXPECT_EQ(image_pixel(d, 6, 5), background_pixel(d)) << "vacated part is background";
 
-    // Three more turns and two of each flip give the original back.
+    // Three more turns give the original back; then each flip once.
     stroke(d, Button1, {{4, 4}, {5, 6}});
-    for (int c : {CMD_ROTATE, CMD_ROTATE, CMD_ROTATE, CMD_FLIP_HORIZONTAL, CMD_FLIP_HORIZONTAL, CMD_FLIP_VERTICAL,
-                  CMD_FLIP_VERTICAL})
+    for (int c : {CMD_ROTATE, CMD_ROTATE, CMD_ROTATE, CMD_FLIP_HORIZONTAL})
         command(d, c);
-    stroke(d, Button1, {{30, 20}});
-    EXPECT_EQ(block_at(d, 4, 4, 3, 2, 60), "");
-
-    stroke(d, Button1, {{4, 4}, {6, 5}});
-    command(d, CMD_FLIP_HORIZONTAL);
     stroke(d, Button1, {{30, 20}});
     stroke(d, Button1, {{4, 4}, {6, 5}});
     command(d, CMD_FLIP_VERTICAL);

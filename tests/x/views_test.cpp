@@ -84,12 +84,10 @@ unsigned long bw_bit(Drawing* d, int x, int y)
     return im ? XGetPixel(im.get(), 0, 0) : ~0UL;
 }
 
-std::string dialog_title(Widget dialog) { return filetest::xm_resource_text(dialog, XmNdialogTitle); }
-
 }  // namespace
 
-// The small view shows the image pixel for pixel, follows painting on the
-// magnified canvas and exposure, and painting in it reaches the image and the canvas.
+// The small view shows the image pixel for pixel, follows painting on the magnified canvas and exposure, and
+// painting in it reaches the image and the canvas.
 TEST(SmallView, ShowsFollowsAndPaints)
 {
     XErrorTrap trap;
@@ -101,7 +99,7 @@ TEST(SmallView, ShowsFollowsAndPaints)
     pump();
     ASSERT_TRUE(XtIsManaged(d->smallViewDialog));
     EXPECT_TRUE(toggle_on(d, CMD_SHOW_SMALL_VIEW));
-    EXPECT_EQ(dialog_title(d->smallViewDialog), d->name);
+    EXPECT_EQ(filetest::xm_resource_text(d->smallViewDialog, XmNdialogTitle), d->name);
 
     paint_test_picture(d);
     EXPECT_EQ(check_small_view(d, 24, 20), "") << "after a whole-image refresh";
@@ -116,18 +114,14 @@ TEST(SmallView, ShowsFollowsAndPaints)
     small_click(d, 10, 7);
     unsigned long fg = foreground_pixel(d);
     EXPECT_EQ(image_pixel(d, 10, 7), fg) << "painting in the view is actual size";
-    {
-        ImagePtr shown = read_area(d->smallViewDialog, d->smallArea, 24, 20);
-        ASSERT_TRUE(shown);
-        EXPECT_EQ(XGetPixel(shown.get(), 10, 7), fg);
-    }
-    {
-        ServerGrab grab;
-        XRaiseWindow(app().display, XtWindow(d->shell));
-        pump();
-        EXPECT_EQ(window_pixel(XtWindow(d->zoomedArea), cell_centre(d, 10), cell_centre(d, 7)), fg)
-            << "the magnified canvas shows the pixel painted in the view";
-    }
+    ImagePtr shown = read_area(d->smallViewDialog, d->smallArea, 24, 20);
+    ASSERT_TRUE(shown);
+    EXPECT_EQ(XGetPixel(shown.get(), 10, 7), fg);
+    ServerGrab grab;
+    XRaiseWindow(app().display, XtWindow(d->shell));
+    pump();
+    EXPECT_EQ(window_pixel(XtWindow(d->zoomedArea), cell_centre(d, 10), cell_centre(d, 7)), fg)
+        << "the magnified canvas shows the pixel painted in the view";
     EXPECT_EQ(trap.errors(), 0);
 }
 
