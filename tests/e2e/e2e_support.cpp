@@ -1,14 +1,11 @@
 #include "e2e_support.h"
 
-#include <X11/Xatom.h>
 #include <X11/Xutil.h>
 #include <X11/extensions/XTest.h>
 #include <algorithm>
-#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
-#include <cstring>
 #include <fcntl.h>
 #include <fstream>
 #include <iterator>
@@ -76,11 +73,9 @@ bool E2eApp::start(const std::vector<std::string>& args, const char* argv0)
     outPath_ = logDir + "/" + argv0_ + ".out";
     errPath_ = logDir + "/" + argv0_ + ".err";
 
-    std::vector<std::string> all = args;
-    all.insert(all.begin(), argv0_);
-    std::vector<char*> argv;
-    for (std::string& s : all)
-        argv.push_back(s.data());
+    std::vector<char*> argv{argv0_.data()};
+    for (const std::string& s : args)
+        argv.push_back(const_cast<char*>(s.c_str()));
     argv.push_back(nullptr);
 
     pid_t child = fork();
@@ -128,9 +123,7 @@ std::vector<E2eWindow> E2eApp::windows()
         return found;
     for (unsigned i = 0; i < n; i++) {
         XWindowAttributes attr;
-        if (!XGetWindowAttributes(dpy_, children[i], &attr) || attr.map_state != IsViewable)
-            continue;
-        if (!is_ours(children[i]))
+        if (!XGetWindowAttributes(dpy_, children[i], &attr) || attr.map_state != IsViewable || !is_ours(children[i]))
             continue;
         char* name = nullptr;
         XFetchName(dpy_, children[i], &name);
@@ -326,8 +319,7 @@ static std::vector<Geometry> child_windows(Display* dpy, Window w)
         if (XGetWindowAttributes(dpy, kids[i], &a) && a.map_state == IsViewable)
             out.push_back({kids[i], a.x, a.y, a.width, a.height});
     }
-    if (kids)
-        XFree(kids);
+    XFree(kids);
     return out;
 }
 
