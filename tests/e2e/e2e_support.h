@@ -1,7 +1,6 @@
 // End-to-end support: starts the real pictrel binary, finds the windows of this run (by their own argv[0] in
-// WM_CLASS, or transient for one of those), drives it through XTest and reads back what a user would see. There is
-// no window manager: keys go where key()/focus() put the focus, and menus are reached with "F10" and the arrow
-// keys. The destructor kills a running program by its PID.
+// WM_CLASS, or transient for one of those), drives it through XTest and reads back what a user would see. With no
+// window manager, keys go where key()/focus() put the focus. The destructor kills a running program by its PID.
 #pragma once
 
 #include <X11/Xlib.h>
@@ -40,8 +39,7 @@ public:
     Window wait_window(const std::string& title, int timeoutMs = 10000);
     std::vector<E2eWindow> windows();
 
-    // Keys are XStringToKeysym names joined by '+', modifiers ("ctrl",
-    // "shift", "alt") first. w 0: wherever the focus is.
+    // Keys are XStringToKeysym names joined by '+', modifiers ("ctrl", "shift", "alt") first. w 0: the focus.
     void focus(Window w);
     void key(Window w, const std::string& combo);
     void keys(Window w, std::initializer_list<const char*> combos);
@@ -62,8 +60,8 @@ public:
     // Keeps <build>/e2e-shots/<name>.png for a look after a failing run.
     void screenshot(const std::string& name) const;
 
-    // True when the window shows `text` in the core font `xlfd`: every glyph
-    // pixel is `foreground` and every other pixel of the text's box is not.
+    // True when the window shows `text` in the core font `xlfd`: every glyph pixel is `foreground` and every other
+    // pixel of the text's box is not.
     bool shows_text(Window w, const char* xlfd, const std::string& text, unsigned long foreground);
 
 private:
@@ -97,8 +95,7 @@ struct Geometry {
 
 // The first viewable window below `top` that satisfies `match`, depth first.
 Window find_window(Display* dpy, Window top, const std::function<bool(Display*, const Geometry&)>& match);
-// The buttons of a palette (a window with `count` children of w x h), column
-// by column, top to bottom.
+// The buttons of a palette (a window with `count` children of w x h), column by column, top to bottom.
 std::vector<Window> palette(Display* dpy, Window top, size_t count, int w, int h);
 // The one viewable window of exactly that size (a drawing's canvas area).
 Window find_canvas(Display* dpy, Window shell, int width, int height);
@@ -107,8 +104,7 @@ struct XImageDeleter {
     void operator()(XImage* im) const { XDestroyImage(im); }
 };
 using ImagePtr = std::unique_ptr<XImage, XImageDeleter>;
-// The window's pixels, with `top` raised above other tests' windows and the
-// server grabbed while reading.
+// The window's pixels, with `top` raised above other tests' windows and the server grabbed while reading.
 ImagePtr read_window(Display* dpy, Window top, Window w, int width, int height);
 // 0xRRGGBB of a pixel of the default colormap, and whether it is near black.
 unsigned rgb_of(Display* dpy, unsigned long pixel);

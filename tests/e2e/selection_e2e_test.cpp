@@ -18,6 +18,7 @@ bool dark_cell(E2eApp& app, const E2eDrawing& w, int x, int y)
 
 }  // namespace
 
+// Copied before it moves, the piece pastes into a second program at the top-left.
 TEST(SelectionE2e, MoveByDragAndPasteIntoAnotherProgram)
 {
     E2eApp first;
@@ -31,28 +32,20 @@ TEST(SelectionE2e, MoveByDragAndPasteIntoAnotherProgram)
     drag_cells(first, a.canvas, 1, 2, 4, 28, 4);
     first.click(a.tools[0], 12, 12);   // select
     drag_cells(first, a.canvas, 1, 1, 3, 10, 5);
+    first.key(a.shell, "ctrl+c");
     drag_cells(first, a.canvas, 1, 5, 4, 5, 14);   // move it ten rows down
     first.click(a.canvas, e2e_cell(30), e2e_cell(30));   // lay it down
-    e2e_sleep_ms(200);
     first.screenshot("selection_moved");
     EXPECT_FALSE(dark_cell(first, a, 5, 4)) << "a hole where it was";
     EXPECT_TRUE(dark_cell(first, a, 15, 4)) << "the rest of the line stays";
     EXPECT_TRUE(dark_cell(first, a, 5, 14)) << "moved down";
-
-    // Lift the moved piece again and copy it.
-    drag_cells(first, a.canvas, 1, 1, 13, 10, 15);
-    first.key(a.shell, "ctrl+c");
-    e2e_sleep_ms(200);
 
     E2eApp second;
     E2eDrawing b = open_untitled(second, 32, 32, "+760+420");
     ASSERT_NE(b.canvas, 0u);
     ASSERT_EQ(b.tools.size(), 9u);
     second.key(b.shell, "ctrl+v");
-    e2e_sleep_ms(300);
-    // Laid down by choosing another tool; it sits at the top-left.
-    second.click(b.tools[2], 12, 12);
-    e2e_sleep_ms(200);
+    second.click(b.tools[2], 12, 12);   // another tool lays it down
     second.screenshot("selection_pasted");
     EXPECT_TRUE(dark_cell(second, b, 4, 1)) << "pasted line";
     EXPECT_TRUE(dark_cell(second, b, 8, 1));
