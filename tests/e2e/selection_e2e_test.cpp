@@ -1,6 +1,5 @@
-// The select tool through the real program: a rubber band lifts part of a
-// line, a button-1 drag moves it, and Ctrl+C / Ctrl+V carry a selection to
-// a second running copy of the program through the clipboard.
+// The select tool through the real program: its accelerators carry a selection to a second running copy of the
+// program through the clipboard.
 #include <gtest/gtest.h>
 
 #include <X11/Xlib.h>
@@ -18,8 +17,9 @@ bool dark_cell(E2eApp& app, const E2eDrawing& w, int x, int y)
 
 }  // namespace
 
-// Copied before it moves, the piece pastes into a second program at the top-left.
-TEST(SelectionE2e, MoveByDragAndPasteIntoAnotherProgram)
+// A piece of a line lifted by a rubber band and copied with Ctrl+C pastes with Ctrl+V into a second program, at
+// its top-left. (Moving by drag is shown in-process.)
+TEST(SelectionE2e, CopyAndPasteIntoAnotherProgram)
 {
     E2eApp first;
     ASSERT_TRUE(first.connected());
@@ -33,12 +33,6 @@ TEST(SelectionE2e, MoveByDragAndPasteIntoAnotherProgram)
     first.click(a.tools[0], 12, 12);   // select
     drag_cells(first, a.canvas, 1, 1, 3, 10, 5);
     first.key(a.shell, "ctrl+c");
-    drag_cells(first, a.canvas, 1, 5, 4, 5, 14);   // move it ten rows down
-    first.click(a.canvas, e2e_cell(30), e2e_cell(30));   // lay it down
-    first.screenshot("selection_moved");
-    EXPECT_FALSE(dark_cell(first, a, 5, 4)) << "a hole where it was";
-    EXPECT_TRUE(dark_cell(first, a, 15, 4)) << "the rest of the line stays";
-    EXPECT_TRUE(dark_cell(first, a, 5, 14)) << "moved down";
 
     E2eApp second;
     E2eDrawing b = open_untitled(second, 32, 32, "+760+420");

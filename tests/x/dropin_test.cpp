@@ -207,13 +207,9 @@ TEST(DropIn, StatusLineDragsOut)
             continue;
         EXPECT_EQ(w.x, 10);
         EXPECT_EQ(w.y, 12);
-        EXPECT_EQ(w.type, XA_STRING);
-        char* name = XGetAtomName(peer.dpy, w.property);
-        std::string prefix = "OXA_DROP_PROTOCOL_" + std::to_string(XtWindow(app().topLevel)) + "_";
-        EXPECT_EQ(std::string(name ? name : "").rfind(prefix, 0), 0u) << name;
-        XFree(name);
         Atom type = None;
         EXPECT_EQ(peer.property(site, w.property, &type), "unimplemented");
         EXPECT_EQ(type, XA_STRING);
+        EXPECT_EQ(w.type, XA_STRING);
     }
 }
