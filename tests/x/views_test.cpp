@@ -113,8 +113,9 @@ TEST(SmallView, ShowsFollowsAndPaints)
     EXPECT_EQ(trap.errors(), 0);
 }
 
-// Zooming to actual size hides the view and makes its toggle off and insensitive; the toggle and Close hide it; a bitmap's view shows black and white; closing a drawing hides both views
-// and turns their toggles off, and its reused record renders at the new size.
+// Zooming to actual size hides the view and makes its toggle off and insensitive; the toggle and Close hide it; a
+// bitmap's view shows black and white; closing a drawing hides both views and turns their toggles off, and its
+// reused record renders at the new size.
 TEST(SmallView, ToggleZoomCloseAndBitmap)
 {
     Drawing* d = make_drawing(16, 16);
