@@ -2,34 +2,13 @@
 // (button 2) dragged on the magnified canvas, and Ctrl+Z; the zoom accelerators.
 #include <gtest/gtest.h>
 
-#include <X11/extensions/XTest.h>
-
 #include <vector>
 
 #include "e2e_support.h"
 
 namespace {
 
-constexpr int ZOOM = 3;   // the default zoomLevel
-constexpr int CANVAS = 32 << ZOOM;
-
-int at(int v) { return (v << ZOOM) + 3; }
-
-void drag(E2eApp& app, Window canvas, unsigned button, int x0, int y0, int x1, int y1)
-{
-    Display* dpy = app.display();
-    app.move(canvas, at(x0), at(y0));
-    XTestFakeButtonEvent(dpy, button, True, CurrentTime);
-    XSync(dpy, False);
-    e2e_sleep_ms(50);
-    for (int s = 1; s <= 4; s++) {
-        app.move(canvas, at(x0 + (x1 - x0) * s / 4), at(y0 + (y1 - y0) * s / 4));
-        e2e_sleep_ms(30);
-    }
-    XTestFakeButtonEvent(dpy, button, False, CurrentTime);
-    XSync(dpy, False);
-    e2e_sleep_ms(200);
-}
+constexpr int CANVAS = 32 << 3;   // at the default zoomLevel
 
 }  // namespace
 
@@ -38,14 +17,11 @@ TEST(CanvasE2e, TypeDrawLineAndFilledRectangleThenUndo)
     E2eApp app;
     ASSERT_TRUE(app.connected());
     // Away from the corner where in-process tests put their windows.
-    ASSERT_TRUE(app.start({"-width", "32", "-height", "32", "-geometry", "+760+0"}));
-    Window shell = app.wait_window("Untitled");
-    ASSERT_NE(shell, 0u);
-    e2e_sleep_ms(300);
+    E2eDrawing drawing = open_untitled(app, 32, 32, "+760+0");
+    Window shell = drawing.shell, canvas = drawing.canvas;
+    ASSERT_TRUE(shell && canvas);
     Display* dpy = app.display();
-    Window canvas = find_canvas(dpy, shell, CANVAS, CANVAS);
-    ASSERT_NE(canvas, 0u);
-    std::vector<Window> tools = palette(dpy, shell, 9, 24, 24), patterns = palette(dpy, shell, 8, 32, 30);
+    std::vector<Window> tools = drawing.tools, patterns = palette(dpy, shell, 8, 32, 30);
     ASSERT_EQ(tools.size(), 9u) << "tools palette";
     ASSERT_EQ(patterns.size(), 8u) << "patterns palette";
     // How many image pixels of the box the canvas shows dark.
@@ -54,14 +30,14 @@ TEST(CanvasE2e, TypeDrawLineAndFilledRectangleThenUndo)
         int n = 0;
         for (int y = y0; im && y <= y1; y++)
             for (int x = x0; x <= x1; x++)
-                n += dark(dpy, XGetPixel(im.get(), at(x), at(y)));
+                n += dark(dpy, XGetPixel(im.get(), e2e_cell(x), e2e_cell(y)));
         return im ? n : -1;
     };
 
     // The text tool types where the user clicked; Ctrl+Z takes the text back.
     XRaiseWindow(dpy, shell);
     app.click(tools[5], 12, 12);   // alpha
-    app.click(canvas, at(2), at(14));
+    app.click(canvas, e2e_cell(2), e2e_cell(14));
     app.keys(shell, {"shift+h", "i"});
     e2e_sleep_ms(300);
     EXPECT_GT(dark_cells(2, 13, 4, 17), 10) << "\"Hi\" in \"fixed\" shows";
@@ -71,12 +47,12 @@ TEST(CanvasE2e, TypeDrawLineAndFilledRectangleThenUndo)
 
     XRaiseWindow(dpy, shell);
     app.click(tools[1], 12, 12);   // line: the caret goes
-    drag(app, canvas, 1, 2, 4, 28, 4);
+    drag_cells(app, canvas, 1, 2, 4, 28, 4);
     app.click(patterns[7], 16, 15);
     app.keys(shell, {"F10", "Right", "Right", "Right", "Down", "Return"});   // Tools > DrawFilled
     e2e_sleep_ms(200);
     app.click(tools[6], 12, 12);   // rect
-    drag(app, canvas, 2, 8, 10, 24, 26);
+    drag_cells(app, canvas, 2, 8, 10, 24, 26);
     EXPECT_EQ(dark_cells(2, 27, 4, 4), 26) << "the line";
     EXPECT_EQ(dark_cells(0, 31, 5, 9), 0) << "below the line";
     EXPECT_EQ(dark_cells(8, 24, 10, 26), 17 * 17) << "pattern 7 fills the rectangle with the foreground";

@@ -30,14 +30,11 @@ std::vector<Geometry> of_size(Display* dpy, Window top, int width, int height)
 TEST(ColourE2e, WheelRecoloursTheDrawing)
 {
     E2eApp app;
-    ASSERT_TRUE(app.start({"-width", "16", "-height", "16", "-geometry", "+300+300"}));
-    Window shell = app.wait_window("Untitled");
-    ASSERT_NE(shell, 0u);
-    e2e_sleep_ms(300);
+    E2eDrawing drawing = open_untitled(app, 16, 16, "+300+300");
+    Window shell = drawing.shell, canvas = drawing.canvas;
+    std::vector<Window> tools = drawing.tools;
+    ASSERT_TRUE(shell && canvas && tools.size() == 9u);
     Display* dpy = app.display();
-    Window canvas = find_canvas(dpy, shell, 128, 128);
-    std::vector<Window> tools = palette(dpy, shell, 9, 24, 24);
-    ASSERT_TRUE(canvas && tools.size() == 9u);
     app.click(tools[3], 12, 12);
     app.click(canvas, 60, 60, 3);   // fill with the white background colour
     app.key(shell, "ctrl+l");
