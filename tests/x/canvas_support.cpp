@@ -1,15 +1,12 @@
 // Helpers of the canvas and tool tests (see canvas_support.h).
 #include "canvas_support.h"
 
-#include <X11/Xutil.h>
 #include <Xm/DrawingA.h>
 #include <Xm/Xm.h>
 
 #include <algorithm>
 #include <sstream>
 
-#include "app/app.h"
-#include "app/draw.h"
 #include "app/menus.h"
 #include "canvas/image_store.h"
 #include "canvas/input.h"
@@ -24,11 +21,6 @@ int count_error(Display*, XErrorEvent*)
 {
     trappedErrors++;
     return 0;
-}
-
-unsigned long shown_pixel(Drawing* d, unsigned long imagePixel)
-{
-    return d->depth != 1 ? imagePixel : imagePixel ? app().blackPixel : app().whitePixel;
 }
 
 }  // namespace
@@ -51,8 +43,6 @@ int cell_centre(Drawing* d, int v) { return d->zoom > 0 ? (v << d->zoom) + ((1 <
 
 void stroke(Drawing* d, unsigned button, std::initializer_list<ImagePoint> points, unsigned state)
 {
-    if (points.size() == 0)
-        return;
     unsigned held = state | (Button1Mask << (button - 1));
     const ImagePoint* p = points.begin();
     area_button(d, ButtonPress, button, cell_centre(d, p->x), cell_centre(d, p->y), state);
@@ -103,7 +93,7 @@ std::string check_display(Drawing* d)
     Display* dpy = app().display;
     Widget area = d->activeArea;
     Window win = XtWindow(area);
-    // Other windows may lie on top (there is no window manager): raise ours and keep the others out while reading.
+    // Without a window manager others may lie on top: raise ours and keep them out while reading.
     ServerGrab grab;
     XRaiseWindow(dpy, XtWindow(d->shell));
     pump();
@@ -132,7 +122,8 @@ std::string check_display(Drawing* d)
         for (int wx = x0; wx < x0 + visW; wx++) {
             int ix = wx >> zoom, iy = wy >> zoom;
             bool grid = zoom > 0 && ((wx % pitch) == pitch - 1 || (wy % pitch) == pitch - 1);
-            unsigned long want = grid ? background : shown_pixel(d, XGetPixel(image.get(), ix, iy));
+            unsigned long v = XGetPixel(image.get(), ix, iy);
+            unsigned long want = grid ? background : d->depth != 1 ? v : v ? app().blackPixel : app().whitePixel;
             unsigned long got = XGetPixel(shown.get(), wx - x0, wy - y0);
             if (got != want) {
                 std::ostringstream out;
@@ -146,8 +137,8 @@ std::string check_display(Drawing* d)
 
 std::string check_image_copy(Drawing* d)
 {
-    ImagePtr image(XGetImage(app().display, d->image, 0, 0, d->width, d->height, d->depth == 1 ? 1 : AllPlanes,
-                             ZPixmap));
+    Display* dpy = app().display;
+    ImagePtr image(XGetImage(dpy, d->image, 0, 0, d->width, d->height, d->depth == 1 ? 1 : AllPlanes, ZPixmap));
     if (!d->imageCopy || !image)
         return "no imageCopy or XGetImage failed";
     for (int y = 0; y < d->height; y++)

@@ -1,5 +1,4 @@
-// Helpers of the canvas and tool tests: strokes delivered through the canvas input path, zoom changes, an X error
-// trap, and a cell-by-cell check of the magnified display against the image.
+// Helpers of the canvas and tool tests: strokes through the canvas input path, zoom, an X error trap, display checks.
 #pragma once
 
 #include "x_env.h"   // first: gtest before Xlib's macros
@@ -20,18 +19,15 @@ struct ImageDeleter {
 };
 using ImagePtr = std::unique_ptr<XImage, ImageDeleter>;
 
-// Calls the canvas input callback (press, release) or motion handler of the drawing's active area directly, with
-// window coordinates.
+// Calls the active area's input callback (press, release) or motion handler directly, at window coordinates.
 void area_button(Drawing* d, int type, unsigned button, int wx, int wy, unsigned state = 0);
 void area_motion(Drawing* d, int wx, int wy, unsigned state);
 
 // Window position of the middle of an image pixel's cell at the current zoom.
 int cell_centre(Drawing* d, int v);
 
-// Press at the first point, move through the rest, release at the last; all in image pixels, delivered in window
-// coordinates of the active area.
-void stroke(Drawing* d, unsigned button, std::initializer_list<ImagePoint> points,
-            unsigned state = 0);
+// Press at the first image point, move through the rest, release at the last.
+void stroke(Drawing* d, unsigned button, std::initializer_list<ImagePoint> points, unsigned state = 0);
 
 // "" when every listed image pixel is `want`, else the first that is not.
 std::string pixels_are(Drawing* d, unsigned long want, const std::vector<ImagePoint>& points);
@@ -39,12 +35,10 @@ std::string pixels_are(Drawing* d, unsigned long want, const std::vector<ImagePo
 // Sets the zoom and lays the canvas out again, then pumps.
 void set_zoom(Drawing* d, int zoom);
 
-// Draws a picture of many pixel values into the image with a private GC (the drawing's GCs stay untouched) and
-// refreshes it.
+// Draws a picture of many pixel values into the image with a private GC and refreshes it.
 void paint_test_picture(Drawing* d);
 
-// Compares every fully visible cell of the active area's window with the image: the square in the image pixel's
-// colour, the grid in the window background. Returns "" when they agree, else the first difference.
+// "" when every visible cell of the active area shows its pixel in the square and the background in the grid.
 std::string check_display(Drawing* d);
 
 // Compares imageCopy with the image pixel for pixel ("" when equal).
@@ -64,8 +58,7 @@ private:
 unsigned long foreground_pixel(Drawing* d);
 unsigned long background_pixel(Drawing* d);
 
-// Holds the server grabbed while alive (nested grabs count), so no other client's window covers ours while pixels
-// are read back.
+// Holds the server grabbed while alive (nested), so no other window covers ours while pixels are read back.
 class ServerGrab {
 public:
     ServerGrab();

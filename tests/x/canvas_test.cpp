@@ -9,23 +9,12 @@
 #include "tools/palettes.h"
 #include "tools/tool_table.h"
 
-namespace {
-
-void queue_motion(Drawing* d, int x, int y, unsigned state = Button1Mask | ShiftMask)
-{
-    post_pointer(XtWindow(d->activeArea), MotionNotify, 0, x, y, state);
-}
-
-}  // namespace
-
 // Zoom in from actual size lands on 2, Shift jumps to 4 or back; the menu items and the area shown follow.
 TEST(Canvas, ZoomStepsAndMenuSensitivity)
 {
     Drawing* d = make_drawing(16, 12);
     set_zoom(d, 0);
-    XEvent shift{};
-    shift.xbutton.type = ButtonRelease;
-    shift.xbutton.state = ShiftMask;
+    XEvent shift = pointer_event(None, ButtonRelease, Button1, 0, 0, ShiftMask);
     const struct { void (*zoom)(Drawing*, XEvent*); bool shift; int want; } steps[] = {
         {zoom_out, false, 0}, {zoom_in, false, 2}, {zoom_in, true, 4}, {zoom_out, true, 0}, {nullptr, false, 2}};
     for (const auto& s : steps) {
@@ -55,10 +44,9 @@ TEST(Canvas, MagnifiedDisplayIsExactAtEveryZoom)
         ServerGrab grab;   // no other window may expose ours meanwhile
         XRaiseWindow(app().display, XtWindow(d->shell));
         pump();
-        Window win = XtWindow(d->zoomedArea);
-        XFillRectangle(app().display, win, d->foregroundGC, 10, 10, 60, 50);
+        XFillRectangle(app().display, XtWindow(d->zoomedArea), d->foregroundGC, 10, 10, 60, 50);
         EXPECT_NE(check_display(d), "") << "the window was scribbled on";
-        XClearArea(app().display, win, 10, 10, 60, 50, True);
+        XClearArea(app().display, XtWindow(d->zoomedArea), 10, 10, 60, 50, True);
         pump();
         EXPECT_EQ(check_display(d), "") << "expose repaints even cells the copy of the image matches";
     }
@@ -68,9 +56,8 @@ TEST(Canvas, MagnifiedDisplayIsExactAtEveryZoom)
     }
     stroke(d, Button1, {{1, 1}, {20, 17}, {3, 15}});
     EXPECT_EQ(check_display(d), "");
-    zoom_out(d, nullptr);
-    zoom_out(d, nullptr);
-    zoom_in(d, nullptr);   // the copy of the image is taken again on leaving actual size
+    for (auto step : {zoom_out, zoom_out, zoom_in})   // the copy of the image is taken again on leaving actual size
+        step(d, nullptr);
     pump();
     EXPECT_EQ(check_display(d), "") << "back from actual size";
 
@@ -110,9 +97,7 @@ TEST(Canvas, ExtremeSizesAtEveryZoom)
             select_tool(d, TOOL_PENCIL);
             refresh_rect(d, 0, 0, d->width, d->height);
             pump();
-            if (z != 0) {
-                EXPECT_EQ(check_image_copy(d), "") << d->width << "x" << d->height << " zoom " << z;
-            }
+            EXPECT_EQ(z ? check_image_copy(d) : "", "") << d->width << "x" << d->height << " zoom " << z;
             EXPECT_EQ(check_display(d), "") << d->width << "x" << d->height << " zoom " << z;
         }
     EXPECT_EQ(trap.errors(), 0);
@@ -152,7 +137,6 @@ TEST(Canvas, PressScaledAndMotionsCompressed)
 {
     Drawing* d = make_drawing(16, 16);
     set_zoom(d, 3);
-    ASSERT_EQ(d->currentTool, TOOL_PENCIL);
     unsigned long blank = image_pixel(d, 2, 1), fg = foreground_pixel(d);
     area_button(d, ButtonPress, Button1, 17, 9);
     EXPECT_EQ(pixels_are(d, fg, {{2, 1}, {3, 2}}), "");
@@ -167,7 +151,7 @@ TEST(Canvas, PressScaledAndMotionsCompressed)
     set_zoom(d, 0);
     area_button(d, ButtonPress, Button1, 0, 15);
     for (auto [x, y] : {std::pair{10, 0}, {10, 10}, {0, 5}, {5, 15}})
-        queue_motion(d, x, y, Button1Mask);
+        post_pointer(XtWindow(d->activeArea), MotionNotify, 0, x, y, Button1Mask);
     pump();
     area_button(d, ButtonRelease, Button1, 5, 15, Button1Mask);
     pump();
@@ -182,8 +166,9 @@ TEST(Canvas, ShiftPressDetectsDragConstraint)
     Drawing* d = make_drawing(64, 64);
     set_zoom(d, 0);
     unsigned long blank = image_pixel(d, 14, 30);
-    queue_motion(d, 11, 13);   // too short to decide
-    queue_motion(d, 14, 30);
+    Window w = XtWindow(d->activeArea);
+    post_pointer(w, MotionNotify, 0, 11, 13, Button1Mask | ShiftMask);   // too short to decide
+    post_pointer(w, MotionNotify, 0, 14, 30, Button1Mask | ShiftMask);
     XSync(app().display, False);
     area_button(d, ButtonPress, Button1, 10, 10, ShiftMask);
     ASSERT_EQ(d->constraint, 2);
@@ -193,8 +178,8 @@ TEST(Canvas, ShiftPressDetectsDragConstraint)
     EXPECT_EQ(pixels_are(d, foreground_pixel(d), {{10, 30}, {10, 20}, {10, 13}}), "");
     EXPECT_EQ(pixels_are(d, blank, {{14, 30}, {11, 13}}), "");
 
-    queue_motion(d, 23, 23);
-    post_pointer(XtWindow(d->activeArea), ButtonRelease, Button1, 23, 23, Button1Mask | ShiftMask);
+    post_pointer(w, MotionNotify, 0, 23, 23, Button1Mask | ShiftMask);
+    post_pointer(w, ButtonRelease, Button1, 23, 23, Button1Mask | ShiftMask);
     XSync(app().display, False);
     area_button(d, ButtonPress, Button1, 20, 20, ShiftMask);
     EXPECT_EQ(d->constraint, 0) << "released before deciding";
