@@ -4,7 +4,10 @@
 #include <Xm/DrawingA.h>
 #include <Xm/Xm.h>
 
+#include <unistd.h>
+
 #include <algorithm>
+#include <chrono>
 #include <sstream>
 
 #include "app/menus.h"
@@ -59,6 +62,18 @@ std::string pixels_are(Drawing* d, unsigned long want, const std::vector<ImagePo
         if (unsigned long got = image_pixel(d, p.x, p.y); got != want)
             return "(" + std::to_string(p.x) + "," + std::to_string(p.y) + ") is " + std::to_string(got);
     return "";
+}
+
+bool wait_for(const std::function<bool()>& done)
+{
+    auto until = std::chrono::steady_clock::now() + std::chrono::seconds(1);
+    while (std::chrono::steady_clock::now() < until && !done()) {
+        pump();
+        while (XtAppPending(app().context) & XtIMTimer)
+            XtAppProcessEvent(app().context, XtIMTimer);
+        usleep(10000);
+    }
+    return done();
 }
 
 void set_zoom(Drawing* d, int zoom)

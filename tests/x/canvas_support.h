@@ -5,6 +5,7 @@
 
 #include <X11/Xutil.h>
 
+#include <functional>
 #include <initializer_list>
 #include <memory>
 #include <string>
@@ -31,6 +32,9 @@ void stroke(Drawing* d, unsigned button, std::initializer_list<ImagePoint> point
 
 // "" when every listed image pixel is `want`, else the first that is not.
 std::string pixels_are(Drawing* d, unsigned long want, const std::vector<ImagePoint>& points);
+
+// Pumps the event loop, timers included, until `done` or a second passes; returns `done()`.
+bool wait_for(const std::function<bool()>& done);
 
 // Sets the zoom and lays the canvas out again, then pumps.
 void set_zoom(Drawing* d, int zoom);

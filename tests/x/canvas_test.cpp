@@ -1,5 +1,4 @@
-// The canvas: zoom steps and their menu items, the exact magnified display, extreme sizes and far coordinates,
-// input scaling, motion compression and the Shift drag constraint.
+// The canvas: zoom and its menu items, the magnified display, extreme sizes, input scaling and the Shift constraint.
 #include "canvas_support.h"   // first: gtest before Xlib's macros
 
 #include "app/commands.h"
@@ -31,8 +30,7 @@ TEST(Canvas, ZoomStepsAndMenuSensitivity)
     }
 }
 
-// Each magnified cell shows its pixel in the square and the background in the grid line, after an expose, every
-// zoom change and a stroke; a bitmap shows set bits black, whether whole rows or parts of rows change.
+// Every magnified cell shows its pixel and grid line after an expose, a zoom change or a stroke; in bitmaps too.
 TEST(Canvas, MagnifiedDisplayIsExactAtEveryZoom)
 {
     Drawing* d = make_drawing(24, 20);
@@ -103,8 +101,7 @@ TEST(Canvas, ExtremeSizesAtEveryZoom)
     EXPECT_EQ(trap.errors(), 0);
 }
 
-// Events can carry any 16-bit position: a pencil press at the far edge leaves the image alone, and wide rubber
-// bands reaching either end of the range neither break the repaint nor make the server refuse a clip.
+// Events carry any 16-bit position: a far press leaves the image alone, far rubber bands break no repaint or clip.
 TEST(Canvas, FarEventCoordinatesStayHarmless)
 {
     XErrorTrap trap;

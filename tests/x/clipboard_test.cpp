@@ -1,5 +1,4 @@
-// Copy, cut and paste of selections between drawings through the Motif
-// clipboard, and what Paste does with data it cannot use.
+// Copy, cut and paste of selections between drawings through the Motif clipboard, and Paste of data it cannot use.
 #include "canvas_support.h"   // first: gtest before Xlib's macros
 
 #include <X11/Xatom.h>
@@ -8,9 +7,7 @@
 
 #include <cstdint>
 
-#include "app/app.h"
 #include "app/commands.h"
-#include "app/draw.h"
 #include "canvas/image_store.h"
 #include "canvas/undo.h"
 #include "colour/color_list.h"
@@ -30,8 +27,7 @@ void put_pixel(Drawing* d, int x, int y, unsigned long v)
     XFreeGC(app().display, gc);
 }
 
-// Puts an arbitrary identifier on the clipboard as another copy of the
-// program would.
+// Puts an arbitrary identifier on the clipboard as another copy of the program would.
 void offer_identifier(Drawing* d, uint32_t id)
 {
     Display* dpy = app().display;
@@ -65,9 +61,8 @@ bool in_list(Drawing* d, unsigned long pixel)
 
 }  // namespace
 
-// A copied selection pastes into another drawing at the top-left of its
-// visible canvas as a floating copy in that drawing's own colour cells;
-// Cut leaves background behind and Undo brings the cut pixels back.
+// A copied selection pastes into another drawing at the top-left of its visible canvas as a floating copy in that
+// drawing's own colour cells; Cut leaves background behind and Undo brings the cut pixels back.
 TEST(Clipboard, CopyAndCutBetweenDrawings)
 {
     Drawing* a = make_drawing(24, 16);
@@ -119,15 +114,11 @@ TEST(Clipboard, CopyAndCutBetweenDrawings)
     ASSERT_TRUE(undo_sensitive(a));
     cmd_undo(a, nullptr, False);
     pump();
-    EXPECT_EQ(image_pixel(a, 5, 6), black->pixel);
-    EXPECT_EQ(image_pixel(a, 6, 7), odd->pixel);
+    EXPECT_EQ(std::pair(image_pixel(a, 5, 6), image_pixel(a, 6, 7)), std::pair(black->pixel, odd->pixel));
 }
 
-// A bitmap's selection cannot go into a colour drawing; an identifier that
-// names no pixmap is refused without an X error reaching the program.
-// Another client that registered the format name with another length would
-// make the toolkit store unreadable items and end the program on the next
-// retrieve: the clipboard is then left alone.
+// A bitmap's selection cannot go into a colour drawing; an identifier naming no pixmap is refused without X errors;
+// the format registered by another client with another length (the toolkit would crash on it) is left alone.
 TEST(Clipboard, BadOrVanishedDataIsRefused)
 {
     Drawing* colour = make_drawing(16, 16);

@@ -1,14 +1,11 @@
-// The root window's background from a drawing or its selection, and
-// taking a picked window's picture into a drawing.
+// The root window's background from a drawing or its selection, and taking a picked window's picture into a drawing.
 #include "canvas_support.h"   // first: gtest before Xlib's macros
 
 #include <X11/extensions/XTest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "app/app.h"
 #include "app/commands.h"
-#include "app/draw.h"
 #include "canvas/image_store.h"
 #include "files_support.h"
 #include "tools/palettes.h"
@@ -44,12 +41,10 @@ Window plain_window(int x, int y, int w, int h, unsigned long pixel)
 
 }  // namespace
 
-// The root is tiled with the whole image, or with a selection alone; the
-// text caret and the blinking hotspot marker drawn into the image stay out.
+// The root is tiled with the image or a selection alone, without the text caret or the blinking hotspot marker.
 TEST(RootBackground, TilesImageOrSelectionWithoutCaretOrMarker)
 {
     Drawing* d = make_drawing(64, 64);
-    ASSERT_NE(d, nullptr);
     paint_columns(d, 20);
     select_tool(d, TOOL_ALPHA);
     pump();
@@ -79,11 +74,7 @@ TEST(RootBackground, TilesImageOrSelectionWithoutCaretOrMarker)
     paint_columns(bits, 0);
     select_tool(bits, TOOL_HOTSPOT);
     stroke(bits, Button1, {{1, 2}});
-    for (int i = 0; i < 100 && image_pixel(bits, 1, 2) != 0; i++) {
-        usleep(10000);
-        XtAppProcessEvent(app().context, XtIMTimer);
-    }
-    ASSERT_EQ(image_pixel(bits, 1, 2), 0u) << "the marker is shown";
+    ASSERT_TRUE(wait_for([&] { return image_pixel(bits, 1, 2) == 0; })) << "the marker is shown";
     ASSERT_EQ(run_command(bits, CMD_SET_ROOT_WINDOW, nullptr, False), 0);
     pump();
     ServerGrab grab;
@@ -91,8 +82,7 @@ TEST(RootBackground, TilesImageOrSelectionWithoutCaretOrMarker)
     EXPECT_EQ(window_pixel(app().root, 1202, 1010), app().whitePixel);
 }
 
-// A click on a window during the pick pastes the topmost window's picture as
-// a floating selection in the drawing's own cells; bitmaps ignore the command.
+// A click during the pick pastes the topmost window's picture as a floating selection; bitmaps refuse the command.
 TEST(RootBackground, PickWindowTakesPicture)
 {
     Drawing* bits = create_drawing("bits", 8, 8, 1, None, -1, -1, nullptr);
@@ -100,7 +90,6 @@ TEST(RootBackground, PickWindowTakesPicture)
     EXPECT_NE(run_command(bits, CMD_PICK_WINDOW, nullptr, False), 0);
 
     Drawing* d = make_drawing(64, 64);
-    ASSERT_NE(d, nullptr);
     Window low = plain_window(1090, 890, 60, 60, app().whitePixel);
     Window target = plain_window(1100, 900, 30, 20, app().blackPixel);
     const char* name = DisplayString(app().display);

@@ -1,5 +1,4 @@
-// The select tool and the operations on its floating selection, checked on the image's pixels: lifting, moving and
-// copying by drag, undo, Clear, Select All, nudges, transforms, trim and the marching outline.
+// The select tool and the operations on its floating selection, checked on the image's pixels.
 #include "canvas_support.h"   // first: gtest before Xlib's macros
 
 #include <sys/resource.h>
@@ -7,9 +6,7 @@
 
 #include <cstdio>
 
-#include "app/app.h"
 #include "app/commands.h"
-#include "app/draw.h"
 #include "canvas/image_store.h"
 #include "canvas/undo.h"
 #include "tools/palettes.h"
@@ -67,7 +64,6 @@ void command(Drawing* d, int c)
 TEST(Selection, MakeMoveCopyClearAndUndo)
 {
     Drawing* d = make_drawing(32, 24);
-    ASSERT_NE(d, nullptr);
     paint_block(d, 2, 2, 4, 3, 20);
     unsigned long bg = background_pixel(d);
     stroke(d, Button1, {{2, 2}, {4, 3}, {5, 4}});
@@ -120,7 +116,6 @@ TEST(Selection, MakeMoveCopyClearAndUndo)
 TEST(Selection, NudgesAndTransforms)
 {
     Drawing* d = make_drawing(32, 24);
-    ASSERT_NE(d, nullptr);
     paint_block(d, 4, 4, 3, 2, 60);
     stroke(d, Button1, {{4, 4}, {6, 5}});
     command(d, CMD_NUDGE_LEFT);
@@ -153,8 +148,7 @@ TEST(Selection, NudgesAndTransforms)
     EXPECT_EQ(image_pixel(d, 5, 4), 65u);
     EXPECT_EQ(image_pixel(d, 6, 5), 60u);
 
-    // A button-3 band shrinks to the drawn pixels (trim compares with the background colour, which a new image is
-    // not); over background it stays.
+    // A button-3 band trims to the pixels unlike the background colour (which a new image is not), if any.
     XFillRectangle(app().display, d->image, d->backgroundGC, 0, 0, 32, 24);
     paint_block(d, 7, 9, 1, 1, 90);
     stroke(d, Button3, {{5, 6}, {12, 14}});
@@ -190,9 +184,7 @@ TEST(Selection, MarchingOutline)
         return v;
     };
     std::vector<unsigned long> first = row();
-    usleep(250000);
-    pump();
-    EXPECT_NE(first, row()) << "the outline moved";
+    EXPECT_TRUE(wait_for([&] { return row() != first; })) << "the outline moved";
     select_tool(d, TOOL_LINE);
     pump();
     EXPECT_EQ(d->selection->timer, 0u);
@@ -207,7 +199,6 @@ TEST(Selection, TransformWithoutMemoryKeepsSelection)
     ASSERT_EQ(paste_pixmap(d, big), 0);
     XFreePixmap(app().display, big);
     pump();
-    // Room for the X image of the pixels, not for a long per pixel.
     long pages = 0;
     if (FILE* f = std::fopen("/proc/self/statm", "r")) {
         pages = std::fscanf(f, "%ld", &pages) == 1 ? pages : 0;
@@ -216,8 +207,8 @@ TEST(Selection, TransformWithoutMemoryKeepsSelection)
     ASSERT_GT(pages, 0);
     rlimit old{};
     getrlimit(RLIMIT_AS, &old);
-    rlimit tight = old;
-    tight.rlim_cur = static_cast<rlim_t>(pages) * static_cast<rlim_t>(sysconf(_SC_PAGESIZE)) + (24u << 20);
+    // Room for the X image of the pixels, not for a long per pixel.
+    rlimit tight{static_cast<rlim_t>(pages * sysconf(_SC_PAGESIZE) + (24 << 20)), old.rlim_max};
     if (old.rlim_cur != RLIM_INFINITY && old.rlim_cur <= tight.rlim_cur)
         GTEST_SKIP() << "the address space is already limited";
     ASSERT_EQ(setrlimit(RLIMIT_AS, &tight), 0);

@@ -1,5 +1,4 @@
-// The text tool and the font chooser: typed text against the same string drawn by Xlib, editing keys and undo, a
-// font change while typing, and fonts that cannot be loaded.
+// The text tool and the font chooser, checked against the same strings drawn by Xlib.
 #include "canvas_support.h"   // first: gtest before Xlib's macros
 
 #include <X11/XKBlib.h>
@@ -9,7 +8,6 @@
 #include <Xm/ToggleB.h>
 
 #include <cstring>
-#include <string>
 
 #include "app/commands.h"
 #include "app/message.h"
@@ -42,13 +40,9 @@ void type(Drawing* d, const char* text)
     pump();
 }
 
-struct Line {
-    int x, y;
-    const char* text;
-};
+struct Line { int x, y; const char* text; };
 
-// "" when the image, its caret hidden as a save hides it, is the blank image with the lines drawn by XDrawString
-// in the foreground colour; else the first differing pixel.
+// "" when the image, caret hidden, is the blank image with the lines drawn by XDrawString; else the first difference.
 std::string text_is(Drawing* d, XFontStruct* font, std::initializer_list<Line> lines)
 {
     Display* dpy = app().display;
@@ -74,7 +68,6 @@ std::string text_is(Drawing* d, XFontStruct* font, std::initializer_list<Line> l
 
 void click(Drawing* d, int x, int y) { stroke(d, Button1, {{x, y}}); }
 Widget dialog_child(const char* name) { return XtNameToWidget(font_dialog(), name); }
-Widget toggle(const std::string& name) { return dialog_child(("*" + name).c_str()); }
 
 bool select_item(const char* list, const char* item)
 {
@@ -161,15 +154,14 @@ TEST(FontChooser, PickFontWhileTyping)
 
     run_command(d, CMD_FONTS, nullptr, False);
     pump();
-    ASSERT_NE(font_dialog(), nullptr);
-    EXPECT_TRUE(XtIsManaged(font_dialog()));
+    ASSERT_TRUE(font_dialog() && XtIsManaged(font_dialog()));
     ASSERT_NE(current_font_choice().font, nullptr) << "the first font is chosen at once";
     dismiss_messages();
     ASSERT_TRUE(select_item("*FontFoundry", "misc"));
     ASSERT_TRUE(select_item("*FontFamily", "fixed"));
     ASSERT_TRUE(select_item("*FontSize", "13"));
-    XmToggleButtonSetState(toggle("Bold"), True, True);
-    XmToggleButtonSetState(toggle("Roman"), True, True);
+    XmToggleButtonSetState(dialog_child("*Bold"), True, True);
+    XmToggleButtonSetState(dialog_child("*Roman"), True, True);
     pump();
     EXPECT_STREQ(current_font_choice().name, "-misc-fixed-bold-r-*-*-13-*-*-*-*-*-*-*");
     XFontStruct* bold = text_font(d);
@@ -179,9 +171,8 @@ TEST(FontChooser, PickFontWhileTyping)
     EXPECT_EQ(text_is(d, bold, {{4, 30, "Hi"}}), "") << "the same text, redrawn in the new font";
 
     Drawing* fresh = make_drawing(20, 20);
-    ASSERT_NE(fresh, nullptr);
     unsigned long nameAtom = 0;
-    ASSERT_TRUE(text_font(fresh) && XGetFontProperty(text_font(fresh), XA_FONT, &nameAtom));
+    ASSERT_TRUE(fresh && text_font(fresh) && XGetFontProperty(text_font(fresh), XA_FONT, &nameAtom));
     char* fullName = XGetAtomName(app().display, nameAtom);
     EXPECT_NE(strcasestr(fullName, "-bold-"), nullptr) << "a drawing opened now types in " << fullName;
     XFree(fullName);
@@ -203,8 +194,7 @@ TEST(FontChooser, FailedLoadsAndEmptyList)
     set_font_names({"-ghost-phantom-medium-r-normal--13-0-0-0-c-0-iso8859-1"});
     pump();
     Widget message = message_dialog(0);
-    ASSERT_NE(message, nullptr);
-    EXPECT_TRUE(XtIsManaged(message)) << "a font that will not load is reported";
+    ASSERT_TRUE(message && XtIsManaged(message)) << "a font that will not load is reported";
     EXPECT_STREQ(current_font_choice().name, "fixed");
     ASSERT_NE(current_font_choice().font, nullptr);
     dismiss_messages();
