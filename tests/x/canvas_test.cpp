@@ -2,7 +2,6 @@
 #include "canvas_support.h"   // first: gtest before Xlib's macros
 
 #include "app/commands.h"
-#include "app/menus.h"
 #include "canvas/image_store.h"
 #include "canvas/undo.h"
 #include "tools/palettes.h"

@@ -8,7 +8,6 @@
 #include <cstdint>
 
 #include "app/commands.h"
-#include "canvas/image_store.h"
 #include "canvas/undo.h"
 #include "colour/color_list.h"
 #include "files_support.h"
