@@ -86,19 +86,22 @@ void set_zoom(Drawing* d, int zoom)
     pump();
 }
 
+void put_pixels(Drawing* d, unsigned long v, int x, int y, int w, int h)
+{
+    GC gc = XCreateGC(app().display, d->image, 0, nullptr);
+    XSetForeground(app().display, gc, v);
+    XFillRectangle(app().display, d->image, gc, x, y, static_cast<unsigned>(w), static_cast<unsigned>(h));
+    XFreeGC(app().display, gc);
+}
+
 void paint_test_picture(Drawing* d)
 {
-    Display* dpy = app().display;
-    GC gc = XCreateGC(dpy, d->image, 0, nullptr);
     unsigned long values = d->depth == 1 ? 2 : 200;
     for (int y = 0; y < d->height; y++)
         for (int x = 0; x < d->width; x++) {
             unsigned long v = static_cast<unsigned long>((x * 7 + y * 13 + (x * y) % 5) % values);
-            v += d->depth != 1 ? 20 : 0;   // keep clear of the few pixels the server uses
-            XSetForeground(dpy, gc, v);
-            XDrawPoint(dpy, d->image, gc, x, y);
+            put_pixels(d, v + (d->depth != 1 ? 20 : 0), x, y);   // keep clear of the few pixels the server uses
         }
-    XFreeGC(dpy, gc);
     refresh_rect(d, 0, 0, d->width, d->height);
     pump();
 }

@@ -39,6 +39,9 @@ bool wait_for(const std::function<bool()>& done);
 // Sets the zoom and lays the canvas out again, then pumps.
 void set_zoom(Drawing* d, int zoom);
 
+// Fills a rectangle of the image with pixel value `v` through a private GC (the drawing's GCs stay untouched).
+void put_pixels(Drawing* d, unsigned long v, int x, int y, int w = 1, int h = 1);
+
 // Draws a picture of many pixel values into the image with a private GC and refreshes it.
 void paint_test_picture(Drawing* d);
 

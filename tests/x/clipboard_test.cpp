@@ -18,14 +18,6 @@
 
 namespace {
 
-void put_pixel(Drawing* d, int x, int y, unsigned long v)
-{
-    GC gc = XCreateGC(app().display, d->image, 0, nullptr);
-    XSetForeground(app().display, gc, v);
-    XDrawPoint(app().display, d->image, gc, x, y);
-    XFreeGC(app().display, gc);
-}
-
 // Puts an arbitrary identifier on the clipboard as another copy of the program would.
 void offer_identifier(Drawing* d, uint32_t id)
 {
@@ -75,8 +67,8 @@ TEST(Clipboard, CopyAndCutBetweenDrawings)
     ASSERT_TRUE(black && odd);
     XColor unique{odd->pixel, 0x1200, 0x3400, 0x5600, DoRed | DoGreen | DoBlue, 0};
     XStoreColor(app().display, app().colormap, &unique);
-    put_pixel(a, 5, 6, black->pixel);
-    put_pixel(a, 6, 7, odd->pixel);
+    put_pixels(a, black->pixel, 5, 6);
+    put_pixels(a, odd->pixel, 6, 7);
     stroke(a, Button1, {{5, 6}, {6, 7}});
     ASSERT_EQ(run_command(a, CMD_COPY, nullptr, False), 0);
     pump();

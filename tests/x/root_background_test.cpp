@@ -17,12 +17,8 @@ namespace {
 // Column x of the drawing gets value base + x (a bitmap: odd columns set).
 void paint_columns(Drawing* d, unsigned long base)
 {
-    GC gc = XCreateGC(app().display, d->image, 0, nullptr);
-    for (int x = 0; x < d->width; x++) {
-        XSetForeground(app().display, gc, d->depth == 1 ? static_cast<unsigned long>(x & 1) : base + x);
-        XDrawLine(app().display, d->image, gc, x, 0, x, d->height - 1);
-    }
-    XFreeGC(app().display, gc);
+    for (int x = 0; x < d->width; x++)
+        put_pixels(d, d->depth == 1 ? static_cast<unsigned long>(x & 1) : base + x, x, 0, 1, d->height);
     commit(d);
 }
 

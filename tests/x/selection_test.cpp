@@ -18,13 +18,9 @@ namespace {
 // Pixel (x, y) of the block gets value base + x + 4 * y (a bitmap: set).
 void paint_block(Drawing* d, int x0, int y0, int w, int h, unsigned long base)
 {
-    GC gc = XCreateGC(app().display, d->image, 0, nullptr);
     for (int y = 0; y < h; y++)
-        for (int x = 0; x < w; x++) {
-            XSetForeground(app().display, gc, d->depth == 1 ? 1 : base + static_cast<unsigned long>(x + 4 * y));
-            XDrawPoint(app().display, d->image, gc, x0 + x, y0 + y);
-        }
-    XFreeGC(app().display, gc);
+        for (int x = 0; x < w; x++)
+            put_pixels(d, d->depth == 1 ? 1 : base + static_cast<unsigned long>(x + 4 * y), x0 + x, y0 + y);
     commit(d);
     refresh_rect(d, x0, y0, w, h);
     select_tool(d, TOOL_SELECT);

@@ -50,10 +50,7 @@ std::string check_small_view(Drawing* d, int w, int h)
 
 void fill(Drawing* d, unsigned long pixel, int x, int y, int w, int h)
 {
-    GC gc = XCreateGC(app().display, d->image, 0, nullptr);
-    XSetForeground(app().display, gc, pixel);
-    XFillRectangle(app().display, d->image, gc, x, y, static_cast<unsigned>(w), static_cast<unsigned>(h));
-    XFreeGC(app().display, gc);
+    put_pixels(d, pixel, x, y, w, h);
     refresh_rect(d, x, y, w, h);
     pump();
 }
