@@ -88,6 +88,18 @@ void dismiss_messages()
     pump();
 }
 
+// Whether a loaded font's full name says it is bold.
+bool is_bold(XFontStruct* font)
+{
+    unsigned long nameAtom = 0;
+    if (!font || !XGetFontProperty(font, XA_FONT, &nameAtom))
+        return false;
+    char* fullName = XGetAtomName(app().display, nameAtom);
+    bool bold = fullName && strcasestr(fullName, "-bold-");
+    XFree(fullName);
+    return bold;
+}
+
 }  // namespace
 
 // Text, Return and BackSpace draw what XDrawString draws; undo takes back the text since the click; a line stops at
@@ -170,17 +182,15 @@ TEST(FontChooser, PickFontWhileTyping)
     EXPECT_EQ(current_font_choice().lineHeight, font_line_height(bold->ascent, bold->descent));
     EXPECT_EQ(text_is(d, bold, {{4, 30, "Hi"}}), "") << "the same text, redrawn in the new font";
 
+    EXPECT_TRUE(is_bold(bold)) << "the drawing being typed in takes the chosen font";
     Drawing* fresh = make_drawing(20, 20);
-    unsigned long nameAtom = 0;
-    ASSERT_TRUE(fresh && text_font(fresh) && XGetFontProperty(text_font(fresh), XA_FONT, &nameAtom));
-    char* fullName = XGetAtomName(app().display, nameAtom);
-    EXPECT_NE(strcasestr(fullName, "-bold-"), nullptr) << "a drawing opened now types in " << fullName;
-    XFree(fullName);
+    EXPECT_TRUE(is_bold(text_font(fresh))) << "a drawing opened now types in the chosen font";
     close_drawing(fresh);
 
     filetest::press(font_dialog(), "Cancel");
     EXPECT_FALSE(XtIsManaged(font_dialog()));
     EXPECT_STREQ(current_font_choice().name, "fixed");
+    EXPECT_FALSE(is_bold(text_font(d)));
     EXPECT_EQ(text_is(d, text_font(d), {{4, 30, "Hi"}}), "") << "Cancel redraws the text in the old font";
 }
 
