@@ -1,6 +1,5 @@
 #include "e2e_support.h"
 
-#include <X11/Xutil.h>
 #include <X11/extensions/XTest.h>
 #include <algorithm>
 #include <chrono>
@@ -13,23 +12,14 @@
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <thread>
+#include <tuple>
 #include <unistd.h>
 
 namespace {
 
-// Windows come and go while we look at them; an error about one that has
-// just gone must not end the test process.
+// Windows come and go while we look at them: an error about one just gone must not end the test process.
 int ignore_x_errors(Display*, XErrorEvent*) { return 0; }
 
-std::string read_file(const std::string& path)
-{
-    std::ifstream in(path);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-}
-
-void make_dir(const std::string& path) { mkdir(path.c_str(), 0755); }
-
-// Polls `done` every few milliseconds until it holds or the time is up.
 template <typename F>
 bool poll(int timeoutMs, F done)
 {
@@ -42,9 +32,31 @@ bool poll(int timeoutMs, F done)
     return true;
 }
 
+std::vector<Geometry> child_windows(Display* dpy, Window w)
+{
+    Window root, parent, *kids = nullptr;
+    unsigned n = 0;
+    std::vector<Geometry> out;
+    if (!XQueryTree(dpy, w, &root, &parent, &kids, &n))
+        return out;
+    for (unsigned i = 0; i < n; i++) {
+        XWindowAttributes a;
+        if (XGetWindowAttributes(dpy, kids[i], &a) && a.map_state == IsViewable)
+            out.push_back({kids[i], a.x, a.y, a.width, a.height});
+    }
+    XFree(kids);
+    return out;
+}
+
 }  // namespace
 
 void e2e_sleep_ms(int ms) { std::this_thread::sleep_for(std::chrono::milliseconds(ms)); }
+
+std::string e2e_read_file(const std::string& path)
+{
+    std::ifstream in(path);
+    return std::string(std::istreambuf_iterator<char>(in), {});
+}
 
 E2eApp::E2eApp(const char* display)
 {
@@ -56,20 +68,19 @@ E2eApp::E2eApp(const char* display)
 
 E2eApp::~E2eApp()
 {
-    if (running())
-        kill_now();
+    kill_now();
     if (dpy_)
         XCloseDisplay(dpy_);
 }
 
-bool E2eApp::start(const std::vector<std::string>& args, const char* argv0)
+bool E2eApp::start(const std::vector<std::string>& args)
 {
     static int runCount = 0;
     if (!dpy_ || pid_ > 0)
         return false;
-    argv0_ = argv0 ? argv0 : "pictrel-e2e-" + std::to_string(getpid()) + "-" + std::to_string(++runCount);
+    argv0_ = "pictrel-e2e-" + std::to_string(getpid()) + "-" + std::to_string(++runCount);
     std::string logDir = std::string(PICTREL_BUILD_DIR) + "/e2e-logs";
-    make_dir(logDir);
+    mkdir(logDir.c_str(), 0755);
     outPath_ = logDir + "/" + argv0_ + ".out";
     errPath_ = logDir + "/" + argv0_ + ".err";
 
@@ -115,22 +126,14 @@ bool E2eApp::is_ours(Window w)
 std::vector<E2eWindow> E2eApp::windows()
 {
     std::vector<E2eWindow> found;
-    if (!dpy_)
-        return found;
-    Window root = DefaultRootWindow(dpy_), rootReturn, parent, *children = nullptr;
-    unsigned n = 0;
-    if (!XQueryTree(dpy_, root, &rootReturn, &parent, &children, &n))
-        return found;
-    for (unsigned i = 0; i < n; i++) {
-        XWindowAttributes attr;
-        if (!XGetWindowAttributes(dpy_, children[i], &attr) || attr.map_state != IsViewable || !is_ours(children[i]))
-            continue;
+    for (const Geometry& g : dpy_ ? child_windows(dpy_, DefaultRootWindow(dpy_)) : std::vector<Geometry>{}) {
         char* name = nullptr;
-        XFetchName(dpy_, children[i], &name);
-        found.push_back({children[i], name ? name : "", attr.x, attr.y, attr.width, attr.height});
+        if (!is_ours(g.id))
+            continue;
+        XFetchName(dpy_, g.id, &name);
+        found.push_back({g.id, name ? name : ""});
         XFree(name);
     }
-    XFree(children);
     return found;
 }
 
@@ -151,25 +154,18 @@ void E2eApp::sync()
     e2e_sleep_ms(150);
 }
 
-void E2eApp::focus(Window w)
-{
-    if (!dpy_ || !w)
-        return;
-    XSetInputFocus(dpy_, w, RevertToPointerRoot, CurrentTime);
-    sync();
-}
-
 void E2eApp::key(Window w, const std::string& combo)
 {
     if (!dpy_)
         return;
-    if (w)
-        focus(w);
+    if (w) {
+        XSetInputFocus(dpy_, w, RevertToPointerRoot, CurrentTime);
+        sync();
+    }
     std::vector<KeyCode> codes;
     std::istringstream parts(combo);
     for (std::string part; std::getline(parts, part, '+');) {
-        const char* name = part == "ctrl" ? "Control_L" : part == "shift" ? "Shift_L" : part == "alt" ? "Alt_L" : part.c_str();
-        KeySym sym = XStringToKeysym(name);
+        KeySym sym = XStringToKeysym(part == "ctrl" ? "Control_L" : part == "shift" ? "Shift_L" : part.c_str());
         if (KeyCode code = sym == NoSymbol ? 0 : XKeysymToKeycode(dpy_, sym))
             codes.push_back(code);
     }
@@ -197,13 +193,18 @@ void E2eApp::move(Window w, int x, int y)
     sync();
 }
 
-void E2eApp::click(Window w, int x, int y, unsigned button)
+void E2eApp::button(unsigned b, bool down)
 {
-    move(w, x, y);
-    XTestFakeButtonEvent(dpy_, button, True, CurrentTime);
+    XTestFakeButtonEvent(dpy_, b, down, CurrentTime);
     XSync(dpy_, False);
     e2e_sleep_ms(50);
-    XTestFakeButtonEvent(dpy_, button, False, CurrentTime);
+}
+
+void E2eApp::click(Window w, int x, int y, unsigned b)
+{
+    move(w, x, y);
+    button(b, true);
+    button(b, false);
     sync();
 }
 
@@ -228,7 +229,7 @@ bool E2eApp::running()
     if (r == 0)
         return true;
     exited_ = true;
-    exitStatus_ = r != pid_ ? -1 : WIFEXITED(status) ? WEXITSTATUS(status) : WIFSIGNALED(status) ? -WTERMSIG(status) : -1;
+    exitStatus_ = r != pid_ ? -1 : WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
     return false;
 }
 
@@ -236,37 +237,26 @@ bool E2eApp::wait_exit(int* status, int timeoutMs)
 {
     if (!poll(timeoutMs, [&] { return !running(); }) || pid_ <= 0)
         return false;
-    if (status)
-        *status = exitStatus_;
+    *status = exitStatus_;
     return true;
 }
 
 void E2eApp::kill_now()
 {
-    if (pid_ <= 0 || exited_)
+    if (!running())
         return;
     kill(pid_, SIGKILL);
-    int status = 0;
-    waitpid(pid_, &status, 0);
+    waitpid(pid_, nullptr, 0);
     exited_ = true;
     exitStatus_ = -SIGKILL;
 }
 
-std::string E2eApp::stdout_text() const { return outPath_.empty() ? "" : read_file(outPath_); }
-std::string E2eApp::stderr_text() const { return errPath_.empty() ? "" : read_file(errPath_); }
+std::string E2eApp::stdout_text() const { return outPath_.empty() ? "" : e2e_read_file(outPath_); }
+std::string E2eApp::stderr_text() const { return errPath_.empty() ? "" : e2e_read_file(errPath_); }
 
 bool E2eApp::wait_stdout(const std::string& text, int timeoutMs) const
 {
     return poll(timeoutMs, [&] { return stdout_text().find(text) != std::string::npos; });
-}
-
-void E2eApp::screenshot(const std::string& name) const
-{
-    std::string dir = std::string(PICTREL_BUILD_DIR) + "/e2e-shots";
-    make_dir(dir);
-    std::string cmd = "import -display '" + displayName_ + "' -window root '" + dir + "/" + name + ".png' >/dev/null 2>&1";
-    if (displayName_.empty() || system(cmd.c_str()) != 0)
-        return;   // a missing picture only makes a failure harder to look at
 }
 
 bool E2eApp::shows_text(Window w, const char* xlfd, const std::string& text, unsigned long foreground)
@@ -275,31 +265,30 @@ bool E2eApp::shows_text(Window w, const char* xlfd, const std::string& text, uns
     if (!font)
         return false;
     // The glyphs drawn into a bitmap of exactly their ink box.
-    int direction, ascent, descent;
+    int direction, ascent, descent, n = static_cast<int>(text.size());
     XCharStruct ink{};
-    XTextExtents(font, text.c_str(), static_cast<int>(text.size()), &direction, &ascent, &descent, &ink);
-    int gw = ink.rbearing - ink.lbearing, gh = ink.ascent + ink.descent;
-    Pixmap glyphs = XCreatePixmap(dpy_, w, static_cast<unsigned>(gw), static_cast<unsigned>(gh), 1);
+    XTextExtents(font, text.c_str(), n, &direction, &ascent, &descent, &ink);
+    unsigned gw = ink.rbearing - ink.lbearing, gh = ink.ascent + ink.descent;
+    Pixmap glyphs = XCreatePixmap(dpy_, w, gw, gh, 1);
     XGCValues v{};
     v.font = font->fid;
     GC gc = XCreateGC(dpy_, glyphs, GCForeground | GCFont, &v);
-    XFillRectangle(dpy_, glyphs, gc, 0, 0, static_cast<unsigned>(gw), static_cast<unsigned>(gh));
+    XFillRectangle(dpy_, glyphs, gc, 0, 0, gw, gh);
     XSetForeground(dpy_, gc, 1);
-    XDrawString(dpy_, glyphs, gc, -ink.lbearing, ink.ascent, text.c_str(), static_cast<int>(text.size()));
-    ImagePtr mask(XGetImage(dpy_, glyphs, 0, 0, static_cast<unsigned>(gw), static_cast<unsigned>(gh), 1, XYPixmap));
+    XDrawString(dpy_, glyphs, gc, -ink.lbearing, ink.ascent, text.c_str(), n);
+    ImagePtr mask(XGetImage(dpy_, glyphs, 0, 0, gw, gh, 1, XYPixmap));
     XFreeGC(dpy_, gc);
     XFreePixmap(dpy_, glyphs);
     XFreeFont(dpy_, font);
     XWindowAttributes attr;
-    if (!mask || !XGetWindowAttributes(dpy_, w, &attr) || attr.width < gw || attr.height < gh)
+    if (!mask || !XGetWindowAttributes(dpy_, w, &attr) || attr.width < int(gw) || attr.height < int(gh))
         return false;
-    ImagePtr shot(XGetImage(dpy_, w, 0, 0, static_cast<unsigned>(attr.width), static_cast<unsigned>(attr.height),
-                            AllPlanes, ZPixmap));
-    for (int oy = 0; shot && oy + gh <= attr.height; oy++)
-        for (int ox = 0; ox + gw <= attr.width; ox++) {
+    ImagePtr shot(XGetImage(dpy_, w, 0, 0, attr.width, attr.height, AllPlanes, ZPixmap));
+    for (int oy = 0; shot && oy + int(gh) <= attr.height; oy++)
+        for (int ox = 0; ox + int(gw) <= attr.width; ox++) {
             bool match = true;
-            for (int y = 0; y < gh && match; y++)
-                for (int x = 0; x < gw && match; x++)
+            for (int y = 0; y < int(gh) && match; y++)
+                for (int x = 0; x < int(gw) && match; x++)
                     match = (XGetPixel(shot.get(), ox + x, oy + y) == foreground) == (XGetPixel(mask.get(), x, y) != 0);
             if (match)
                 return true;
@@ -307,26 +296,10 @@ bool E2eApp::shows_text(Window w, const char* xlfd, const std::string& text, uns
     return false;
 }
 
-static std::vector<Geometry> child_windows(Display* dpy, Window w)
-{
-    Window root, parent, *kids = nullptr;
-    unsigned n = 0;
-    std::vector<Geometry> out;
-    if (!XQueryTree(dpy, w, &root, &parent, &kids, &n))
-        return out;
-    for (unsigned i = 0; i < n; i++) {
-        XWindowAttributes a;
-        if (XGetWindowAttributes(dpy, kids[i], &a) && a.map_state == IsViewable)
-            out.push_back({kids[i], a.x, a.y, a.width, a.height});
-    }
-    XFree(kids);
-    return out;
-}
-
-Window find_window(Display* dpy, Window top, const std::function<bool(Display*, const Geometry&)>& match)
+Window find_window(Display* dpy, Window top, const std::function<bool(const Geometry&)>& match)
 {
     for (const Geometry& g : child_windows(dpy, top)) {
-        if (match(dpy, g))
+        if (match(g))
             return g.id;
         if (Window w = find_window(dpy, g.id, match))
             return w;
@@ -336,23 +309,23 @@ Window find_window(Display* dpy, Window top, const std::function<bool(Display*, 
 
 std::vector<Window> palette(Display* dpy, Window top, size_t count, int w, int h)
 {
-    Window box = find_window(dpy, top, [&](Display* d, const Geometry& g) {
-        std::vector<Geometry> kids = child_windows(d, g.id);
-        return kids.size() == count &&
-               std::all_of(kids.begin(), kids.end(), [&](const Geometry& k) { return k.width == w && k.height == h; });
+    auto is_button = [&](const Geometry& k) { return k.width == w && k.height == h; };
+    Window box = find_window(dpy, top, [&](const Geometry& g) {
+        std::vector<Geometry> kids = child_windows(dpy, g.id);
+        return kids.size() == count && std::all_of(kids.begin(), kids.end(), is_button);
     });
     std::vector<Geometry> kids = box ? child_windows(dpy, box) : std::vector<Geometry>{};
     std::sort(kids.begin(), kids.end(),
-              [](const Geometry& a, const Geometry& b) { return a.x != b.x ? a.x < b.x : a.y < b.y; });
+              [](const Geometry& a, const Geometry& b) { return std::tie(a.x, a.y) < std::tie(b.x, b.y); });
     std::vector<Window> out;
     for (const Geometry& k : kids)
         out.push_back(k.id);
     return out;
 }
 
-Window find_canvas(Display* dpy, Window shell, int width, int height)
+Window find_canvas(Display* dpy, Window top, int width, int height)
 {
-    return find_window(dpy, shell, [&](Display*, const Geometry& g) { return g.width == width && g.height == height; });
+    return find_window(dpy, top, [&](const Geometry& g) { return g.width == width && g.height == height; });
 }
 
 E2eScratch::E2eScratch()
@@ -373,8 +346,7 @@ ImagePtr read_window(Display* dpy, Window top, Window w, int width, int height)
     XSync(dpy, False);
     e2e_sleep_ms(200);   // the program repaints what the raise exposed
     XGrabServer(dpy);
-    ImagePtr im(XGetImage(dpy, w, 0, 0, static_cast<unsigned>(width), static_cast<unsigned>(height), AllPlanes,
-                          ZPixmap));
+    ImagePtr im(XGetImage(dpy, w, 0, 0, width, height, AllPlanes, ZPixmap));
     XUngrabServer(dpy);
     XSync(dpy, False);
     return im;
@@ -394,31 +366,38 @@ bool dark(Display* dpy, unsigned long pixel)
     return (rgb >> 16) < 0x40 && ((rgb >> 8) & 0xFF) < 0x40 && (rgb & 0xFF) < 0x40;
 }
 
-void drag_cells(E2eApp& app, Window canvas, unsigned button, int x0, int y0, int x1, int y1)
-{
-    app.move(canvas, e2e_cell(x0), e2e_cell(y0));
-    XTestFakeButtonEvent(app.display(), button, True, CurrentTime);
-    XSync(app.display(), False);
-    e2e_sleep_ms(50);
-    for (int s = 1; s <= 4; s++) {
-        app.move(canvas, e2e_cell(x0 + (x1 - x0) * s / 4), e2e_cell(y0 + (y1 - y0) * s / 4));
-        e2e_sleep_ms(30);
-    }
-    XTestFakeButtonEvent(app.display(), button, False, CurrentTime);
-    XSync(app.display(), False);
-    e2e_sleep_ms(200);
-}
-
 E2eDrawing open_untitled(E2eApp& app, int width, int height, const char* geometry)
 {
     E2eDrawing d;
-    if (!app.start({"-width", std::to_string(width), "-height", std::to_string(height), "-geometry", geometry}))
-        return d;
-    d.shell = app.wait_window("Untitled");
-    if (!d.shell)
+    if (!app.start({"-width", std::to_string(width), "-height", std::to_string(height), "-geometry", geometry}) ||
+        !(d.shell = app.wait_window("Untitled")))
         return d;
     e2e_sleep_ms(300);
-    d.canvas = find_canvas(app.display(), d.shell, width << 3, height << 3);
+    d.width = width << 3;
+    d.height = height << 3;
+    d.canvas = find_canvas(app.display(), d.shell, d.width, d.height);
     d.tools = palette(app.display(), d.shell, 9, 24, 24);
     return d;
+}
+
+void drag_cells(E2eApp& app, const E2eDrawing& d, unsigned button, int x0, int y0, int x1, int y1)
+{
+    app.move(d.canvas, e2e_cell(x0), e2e_cell(y0));
+    app.button(button, true);
+    for (int s = 1; s <= 4; s++) {
+        app.move(d.canvas, e2e_cell(x0 + (x1 - x0) * s / 4), e2e_cell(y0 + (y1 - y0) * s / 4));
+        e2e_sleep_ms(30);
+    }
+    app.button(button, false);
+    e2e_sleep_ms(150);
+}
+
+int dark_cells(E2eApp& app, const E2eDrawing& d, int x0, int y0, int x1, int y1)
+{
+    ImagePtr im = read_window(app.display(), d.shell, d.canvas, d.width, d.height);
+    int n = 0;
+    for (int y = y0; im && y <= y1; y++)
+        for (int x = x0; x <= x1; x++)
+            n += dark(app.display(), XGetPixel(im.get(), e2e_cell(x), e2e_cell(y)));
+    return im ? n : -1;
 }

@@ -1,6 +1,6 @@
-// End-to-end support: starts the real pictrel binary, finds the windows of this run (by their own argv[0] in
-// WM_CLASS, or transient for one of those), drives it through XTest and reads back what a user would see. With no
-// window manager, keys go where key()/focus() put the focus. The destructor kills a running program by its PID.
+// End-to-end support: starts the real pictrel binary, finds the windows of this run (by its own argv[0] in WM_CLASS,
+// or transient for one of those), drives it through XTest and reads back what a user would see. With no window
+// manager, keys go where key() put the focus. The destructor kills a program still running.
 #pragma once
 
 #include <X11/Xlib.h>
@@ -15,36 +15,32 @@
 struct E2eWindow {
     Window id;
     std::string title;
-    int x, y, width, height;
 };
 
 class E2eApp {
 public:
-    // `display` null: $DISPLAY.
-    explicit E2eApp(const char* display = nullptr);
+    explicit E2eApp(const char* display = nullptr);   // null: $DISPLAY
     ~E2eApp();
     E2eApp(const E2eApp&) = delete;
     E2eApp& operator=(const E2eApp&) = delete;
 
-    bool connected() const { return dpy_ != nullptr; }
     Display* display() const { return dpy_; }
     // XFILESEARCHPATH of later runs; the source tree's resources by default.
     void set_resource_path(const std::string& path) { resourcePath_ = path; }
-
     // Spawns the binary, stdout and stderr going to <build>/e2e-logs.
-    bool start(const std::vector<std::string>& args, const char* argv0 = nullptr);
+    bool start(const std::vector<std::string>& args);
     const std::string& app_name() const { return argv0_; }
 
     // A viewable top-level window of this run titled `title`, or 0.
     Window wait_window(const std::string& title, int timeoutMs = 10000);
     std::vector<E2eWindow> windows();
 
-    // Keys are XStringToKeysym names joined by '+', modifiers ("ctrl", "shift", "alt") first. w 0: the focus.
-    void focus(Window w);
+    // Keys are XStringToKeysym names joined by '+', modifiers ("ctrl", "shift") first. w 0: the focus.
     void key(Window w, const std::string& combo);
     void keys(Window w, std::initializer_list<const char*> combos);
-    void click(Window w, int x, int y, unsigned button = 1);
     void move(Window w, int x, int y);
+    void button(unsigned button, bool down);
+    void click(Window w, int x, int y, unsigned button = 1);
     // A WM_PROTOCOLS client message, as a window or session manager sends.
     void send_protocol(Window w, const char* protocol = "WM_DELETE_WINDOW");
 
@@ -57,9 +53,6 @@ public:
     std::string stderr_text() const;
     bool wait_stdout(const std::string& text, int timeoutMs = 5000) const;
 
-    // Keeps <build>/e2e-shots/<name>.png for a look after a failing run.
-    void screenshot(const std::string& name) const;
-
     // True when the window shows `text` in the core font `xlfd`: every glyph pixel is `foreground` and every other
     // pixel of the text's box is not.
     bool shows_text(Window w, const char* xlfd, const std::string& text, unsigned long foreground);
@@ -69,16 +62,15 @@ private:
     void sync();
 
     Display* dpy_ = nullptr;
-    std::string displayName_;
-    std::string argv0_;
+    std::string displayName_, argv0_, outPath_, errPath_;
     std::string resourcePath_ = PICTREL_RESOURCE_DIR "/%N";
-    std::string outPath_, errPath_;
     pid_t pid_ = -1;
     int exitStatus_ = 0;
     bool exited_ = false;
 };
 
 void e2e_sleep_ms(int ms);
+std::string e2e_read_file(const std::string& path);
 
 // A private directory under /tmp, removed with everything in it.
 struct E2eScratch {
@@ -94,11 +86,11 @@ struct Geometry {
 };
 
 // The first viewable window below `top` that satisfies `match`, depth first.
-Window find_window(Display* dpy, Window top, const std::function<bool(Display*, const Geometry&)>& match);
+Window find_window(Display* dpy, Window top, const std::function<bool(const Geometry&)>& match);
 // The buttons of a palette (a window with `count` children of w x h), column by column, top to bottom.
 std::vector<Window> palette(Display* dpy, Window top, size_t count, int w, int h);
-// The one viewable window of exactly that size (a drawing's canvas area).
-Window find_canvas(Display* dpy, Window shell, int width, int height);
+// The first viewable window of exactly that size (a drawing's canvas area).
+Window find_canvas(Display* dpy, Window top, int width, int height);
 
 struct XImageDeleter {
     void operator()(XImage* im) const { XDestroyImage(im); }
@@ -112,12 +104,16 @@ bool dark(Display* dpy, unsigned long pixel);
 
 // Window position inside image cell v of a canvas at the default zoom level (3).
 inline int e2e_cell(int v) { return (v << 3) + 3; }
-// A button pressed at image cell (x0, y0) of the canvas, moved there in four steps to (x1, y1) and released.
-void drag_cells(E2eApp& app, Window canvas, unsigned button, int x0, int y0, int x1, int y1);
-// A run showing one untitled drawing of width x height at `geometry`: its shell, its canvas at the default zoom and
-// the nine buttons of its tools palette; zeros (and no tools) when one is not found.
+
+// A run showing one untitled drawing of width x height: its shell, its canvas at the default zoom and the nine
+// buttons of its tools palette; zeros (and no tools) when one is not found.
 struct E2eDrawing {
     Window shell = 0, canvas = 0;
+    int width = 0, height = 0;
     std::vector<Window> tools;
 };
-E2eDrawing open_untitled(E2eApp& app, int width, int height, const char* geometry);
+E2eDrawing open_untitled(E2eApp& app, int width, int height, const char* geometry = "+760+0");
+// A button pressed at image cell (x0, y0) of the canvas, moved there in four steps to (x1, y1) and released.
+void drag_cells(E2eApp& app, const E2eDrawing& d, unsigned button, int x0, int y0, int x1, int y1);
+// How many image cells of the box (x0, y0)-(x1, y1) the canvas shows dark; -1 when it cannot be read.
+int dark_cells(E2eApp& app, const E2eDrawing& d, int x0, int y0, int x1, int y1);
