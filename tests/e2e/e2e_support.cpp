@@ -254,11 +254,6 @@ void E2eApp::kill_now()
 std::string E2eApp::stdout_text() const { return outPath_.empty() ? "" : e2e_read_file(outPath_); }
 std::string E2eApp::stderr_text() const { return errPath_.empty() ? "" : e2e_read_file(errPath_); }
 
-bool E2eApp::wait_stdout(const std::string& text, int timeoutMs) const
-{
-    return poll(timeoutMs, [&] { return stdout_text().find(text) != std::string::npos; });
-}
-
 bool E2eApp::shows_text(Window w, const char* xlfd, const std::string& text, unsigned long foreground)
 {
     XFontStruct* font = dpy_ && w && !text.empty() ? XLoadQueryFont(dpy_, xlfd) : nullptr;
@@ -328,18 +323,6 @@ Window find_canvas(Display* dpy, Window top, int width, int height)
     return find_window(dpy, top, [&](const Geometry& g) { return g.width == width && g.height == height; });
 }
 
-E2eScratch::E2eScratch()
-{
-    char pattern[] = "/tmp/pictrel-e2e-XXXXXX";
-    dir = mkdtemp(pattern) ? pattern : "/tmp";
-}
-
-E2eScratch::~E2eScratch()
-{
-    if (dir != "/tmp")
-        std::system(("rm -rf '" + dir + "'").c_str());
-}
-
 ImagePtr read_window(Display* dpy, Window top, Window w, int width, int height)
 {
     XRaiseWindow(dpy, top);
@@ -366,10 +349,11 @@ bool dark(Display* dpy, unsigned long pixel)
     return (rgb >> 16) < 0x40 && ((rgb >> 8) & 0xFF) < 0x40 && (rgb & 0xFF) < 0x40;
 }
 
-E2eDrawing open_untitled(E2eApp& app, int width, int height, const char* geometry)
+E2eDrawing open_untitled(E2eApp& app, int width, int height, const char* geometry, std::vector<std::string> args)
 {
     E2eDrawing d;
-    if (!app.start({"-width", std::to_string(width), "-height", std::to_string(height), "-geometry", geometry}) ||
+    args.insert(args.end(), {"-width", std::to_string(width), "-height", std::to_string(height), "-geometry", geometry});
+    if (!app.start(args) ||
         !(d.shell = app.wait_window("Untitled")))
         return d;
     e2e_sleep_ms(300);

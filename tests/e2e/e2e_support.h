@@ -5,6 +5,8 @@
 
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
+#include <cstdlib>
+#include <filesystem>
 #include <functional>
 #include <initializer_list>
 #include <memory>
@@ -51,7 +53,6 @@ public:
 
     std::string stdout_text() const;
     std::string stderr_text() const;
-    bool wait_stdout(const std::string& text, int timeoutMs = 5000) const;
 
     // True when the window shows `text` in the core font `xlfd`: every glyph pixel is `foreground` and every other
     // pixel of the text's box is not.
@@ -74,9 +75,9 @@ std::string e2e_read_file(const std::string& path);
 
 // A private directory under /tmp, removed with everything in it.
 struct E2eScratch {
-    E2eScratch();
-    ~E2eScratch();
-    std::string dir;
+    char pattern[24] = "/tmp/pictrel-e2e-XXXXXX";
+    std::string dir = mkdtemp(pattern) ? pattern : "";
+    ~E2eScratch() { std::error_code e; std::filesystem::remove_all(dir, e); }
 };
 
 // A window's place inside its parent.
@@ -112,7 +113,8 @@ struct E2eDrawing {
     int width = 0, height = 0;
     std::vector<Window> tools;
 };
-E2eDrawing open_untitled(E2eApp& app, int width, int height, const char* geometry = "+760+0");
+E2eDrawing open_untitled(E2eApp& app, int width, int height, const char* geometry = "+760+0",
+                         std::vector<std::string> args = {});
 // A button pressed at image cell (x0, y0) of the canvas, moved there in four steps to (x1, y1) and released.
 void drag_cells(E2eApp& app, const E2eDrawing& d, unsigned button, int x0, int y0, int x1, int y1);
 // How many image cells of the box (x0, y0)-(x1, y1) the canvas shows dark; -1 when it cannot be read.

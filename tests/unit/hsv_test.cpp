@@ -1,16 +1,16 @@
-// The colour editor's integer maths: RGB <-> HSV and the wheel geometry
-// that turns a pointer position into a hue and saturation.
+// The colour editor's integer maths: RGB <-> HSV and the wheel geometry that turns a pointer position into a hue
+// and saturation.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <numbers>
+#include <tuple>
 
 #include "colour/hsv.h"
 
-// Primaries, secondaries and greys land exactly on their hue and come back
-// unchanged; hue 360 reads as 0 and negative hues fold onto the circle.
+// Primaries, secondaries and greys land exactly on their hue and come back unchanged; hue 360 reads as 0 and
+// negative hues fold onto the circle.
 TEST(Hsv, ExactColoursAndRoundTrip)
 {
     const int cases[][6] = {
@@ -20,10 +20,9 @@ TEST(Hsv, ExactColoursAndRoundTrip)
     };
     for (const auto& c : cases) {
         Hsv h = rgb_to_hsv({c[0], c[1], c[2]});
-        EXPECT_TRUE(h.hue == c[3] && h.saturation == c[4] && h.value == c[5])
-            << c[0] << "," << c[1] << "," << c[2] << " gave " << h.hue << "," << h.saturation << "," << h.value;
-        Rgb back = hsv_to_rgb({c[3], c[4], c[5]});
-        EXPECT_TRUE(back.red == c[0] && back.green == c[1] && back.blue == c[2]) << "hue " << c[3];
+        EXPECT_EQ(std::tie(h.hue, h.saturation, h.value), std::tie(c[3], c[4], c[5])) << c[0] << "," << c[1];
+        Rgb o = hsv_to_rgb({c[3], c[4], c[5]});
+        EXPECT_EQ(std::tie(o.red, o.green, o.blue), std::tie(c[0], c[1], c[2])) << "hue " << c[3];
     }
     EXPECT_EQ(hsv_to_rgb({360, 255, 255}).green, 0);
     EXPECT_EQ(hsv_to_rgb({-60, 255, 255}).blue, 255);
@@ -51,8 +50,7 @@ TEST(Wheel, GeometryPickingAndMarker)
                             {80, 150, 270, 255}, {0, 0, 135, 255}};
     for (const auto& p : picks) {
         Hsv h = wheel_pick(p[0], p[1], 160, 160);
-        EXPECT_TRUE(h.hue == p[2] && h.saturation == p[3])
-            << p[0] << "," << p[1] << " picked " << h.hue << "," << h.saturation;
+        EXPECT_EQ(std::tie(h.hue, h.saturation), std::tie(p[2], p[3])) << p[0] << "," << p[1];
     }
     EXPECT_EQ(wheel_pick(-32768, 32767, 160, 160).saturation, 255);
     EXPECT_EQ(wheel_pick(5, 5, 10, 10).saturation, 0) << "a collapsed wheel divides by nothing";
@@ -61,7 +59,7 @@ TEST(Wheel, GeometryPickingAndMarker)
     const int markers[][4] = {{0, 0, 80, 80}, {0, 255, 160, 80}, {90, 255, 80, 0}, {180, 128, 40, 80}};
     for (const auto& m : markers) {
         Point p = wheel_marker(m[0], m[1], 160);
-        EXPECT_TRUE(p.x == m[2] && p.y == m[3]) << "hue " << m[0] << " at " << p.x << "," << p.y;
+        EXPECT_EQ(std::tie(p.x, p.y), std::tie(m[2], m[3])) << "hue " << m[0];
     }
 }
 
