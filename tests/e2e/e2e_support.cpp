@@ -126,7 +126,7 @@ bool E2eApp::is_ours(Window w)
 std::vector<E2eWindow> E2eApp::windows()
 {
     std::vector<E2eWindow> found;
-    for (const Geometry& g : dpy_ ? child_windows(dpy_, DefaultRootWindow(dpy_)) : std::vector<Geometry>{}) {
+    for (const Geometry& g : child_windows(dpy_, DefaultRootWindow(dpy_))) {
         char* name = nullptr;
         if (!is_ours(g.id))
             continue;
@@ -156,8 +156,6 @@ void E2eApp::sync()
 
 void E2eApp::key(Window w, const std::string& combo)
 {
-    if (!dpy_)
-        return;
     if (w) {
         XSetInputFocus(dpy_, w, RevertToPointerRoot, CurrentTime);
         sync();
@@ -184,8 +182,6 @@ void E2eApp::keys(Window w, std::initializer_list<const char*> combos)
 
 void E2eApp::move(Window w, int x, int y)
 {
-    if (!dpy_)
-        return;
     int rx = x, ry = y;
     Window child;
     XTranslateCoordinates(dpy_, w, DefaultRootWindow(dpy_), x, y, &rx, &ry, &child);
@@ -210,8 +206,6 @@ void E2eApp::click(Window w, int x, int y, unsigned b)
 
 void E2eApp::send_protocol(Window w, const char* protocol)
 {
-    if (!dpy_ || !w)
-        return;
     XEvent ev{};
     ev.xclient = {ClientMessage, 0, False, dpy_, w, XInternAtom(dpy_, "WM_PROTOCOLS", False), 32, {}};
     ev.xclient.data.l[0] = static_cast<long>(XInternAtom(dpy_, protocol, False));
@@ -352,7 +346,8 @@ bool dark(Display* dpy, unsigned long pixel)
 E2eDrawing open_untitled(E2eApp& app, int width, int height, const char* geometry, std::vector<std::string> args)
 {
     E2eDrawing d;
-    args.insert(args.end(), {"-width", std::to_string(width), "-height", std::to_string(height), "-geometry", geometry});
+    args.insert(args.end(), {"-width", std::to_string(width), "-height", std::to_string(height)});
+    args.insert(args.end(), {"-geometry", geometry});
     if (!app.start(args) ||
         !(d.shell = app.wait_window("Untitled")))
         return d;

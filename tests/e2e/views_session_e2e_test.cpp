@@ -34,7 +34,7 @@ TEST(ViewsSessionE2e, ViewsShowThePictureAndTheSessionEndsIt)
     std::vector<std::string> cmd(argv, argv + argc);
     XFreeStringList(argv);
     ASSERT_EQ(cmd.size(), 4u);
-    EXPECT_TRUE(cmd[0][0] == '/' && cmd[0].ends_with("/" + app.app_name())) << "the program's absolute path: " << cmd[0];
+    EXPECT_TRUE(cmd[0][0] == '/' && cmd[0].ends_with("/" + app.app_name())) << "the program's own path: " << cmd[0];
     EXPECT_EQ(cmd, (std::vector<std::string>{cmd[0], path, "-zoomLevel", "2"}));
 
     // View > Actual Size View, through the menu keys.

@@ -18,8 +18,7 @@ static Strings split(const std::string& bytes, size_t limit = static_cast<size_t
     return out;
 }
 
-// One string per NUL within the length, host first; an unterminated tail
-// is not a name; the limit bounds the work; join and split round-trip.
+// One string per NUL within the length, host first; an unterminated tail is not a name; the limit bounds the work.
 TEST(DropData, SplitAndJoin)
 {
     EXPECT_EQ(split("host\0/a.xpm\0/b.xbm\0"s), (Strings{"host", "/a.xpm", "/b.xbm"}));
@@ -41,8 +40,7 @@ TEST(DropData, SplitAndJoin)
     EXPECT_LE(local_host_name().size(), 50u);
 }
 
-// Position, 13 bits of state, the flag in bit 31; clamped coordinates do
-// not bleed into each other; sign-extended words read as 32 bits.
+// 13 bits of state, the flag in bit 31; clamped coordinates do not bleed into each other; sign-extended words.
 TEST(DropData, MessageWords)
 {
     long words[5];
@@ -61,8 +59,7 @@ TEST(DropData, MessageWords)
               (std::vector<unsigned long>{0xffffffffUL, 0xffff, 0xffff, 0x1fff, 1, 0xffffffffUL, 0xffffffffUL}));
 }
 
-// The names a source makes are the only ones a site will read and delete;
-// a drop names the first file of a list, or its text without a line end.
+// A site reads and deletes only the names a source makes; a drop names a list's first file, or its text's line.
 TEST(DropData, NamesInADrop)
 {
     const char* p = "OXA_DROP_PROTOCOL";

@@ -1,14 +1,12 @@
-// The XPM header check of the image reader. XBM headers, monochrome names and private cells are checked through the
-// reader itself.
+// The XPM header check of the image reader (the rest of the reader is checked against the X server).
 #include <gtest/gtest.h>
 
 #include <string>
 
 #include "files/image_header.h"
 
-// The values line of an XPM file decides before libXpm allocates. libXpm finds it past comments and in every form
-// it reads (XPM 1 defines, "XPM2" natural and C, any first word before "XPM"); a header hidden in any of them must
-// still be judged, since a few hundred bytes claiming fifty million colours keep libXpm busy for many seconds.
+// The values line decides before libXpm allocates: a few bytes claiming fifty million colours would keep it busy for
+// seconds, so a header in any form libXpm reads (XPM 1 defines, "XPM2" natural and C, past comments) is judged.
 TEST(ImageHeader, XpmValuesLine)
 {
     using V = XpmHeaderVerdict;

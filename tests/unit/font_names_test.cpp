@@ -75,11 +75,10 @@ TEST(FontNames, StylesOffered)
     EXPECT_EQ(offered("99"), "none:00000");
 }
 
-// Unset radio boxes get Medium and Italic; an unavailable choice moves to an available one, or stays when none is.
+// Unset radio boxes get Medium and Italic; a bold-only family gets Bold; Italic falls to Oblique without Roman,
+// Roman prefers Oblique and Oblique Italic; a weight with nowhere to go stays.
 TEST(FontNames, RepairStyleToggles)
 {
-    // A bold-only family switches to Bold; Italic falls to Oblique without Roman; Roman prefers Oblique, and
-    // Oblique Italic; a weight with nowhere to go stays.
     const struct { StyleToggles t; int want[2]; } cases[] = {
         {toggles({}, {STYLE_MEDIUM, STYLE_BOLD, STYLE_ROMAN, STYLE_ITALIC, STYLE_OBLIQUE}),
          {STYLE_MEDIUM, STYLE_ITALIC}},

@@ -1,5 +1,4 @@
-// Pure geometry of the painting tools: boxes, the Shift constraints, the drag-constraint test and the line-width
-// pictures.
+// Pure geometry of the painting tools: boxes, Shift constraints, the drag constraint and the line-width pictures.
 #include <gtest/gtest.h>
 
 #include <string>

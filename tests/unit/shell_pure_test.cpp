@@ -9,18 +9,13 @@
 #include "app/placement.h"
 #include "colour/pixmap_name.h"
 
-// Null, empty and Motif's "unspecified_pixmap" mean no picture; nothing else does.
-TEST(PixmapName, UnspecifiedNames)
+// Null, empty and Motif's "unspecified_pixmap" mean no picture; directories the search path's syntax cannot carry
+// are left out rather than breaking the path.
+TEST(PixmapName, UnspecifiedNamesAndSearchPath)
 {
     for (const char* name : {(const char*)nullptr, "", "unspecified_pixmap"})
         EXPECT_TRUE(is_unspecified_name(name));
     EXPECT_FALSE(is_unspecified_name("unspecified_pixmap.xpm"));
-}
-
-// The built-in directories become one search path; directories the path
-// syntax cannot carry are left out rather than breaking the path.
-TEST(PixmapName, DirectorySearchPath)
-{
     const char* dirs[] = {"/src/resources", "/usr/share/pictrel/pixmaps/"};
     EXPECT_EQ(directory_search_path(dirs, 2), "/src/resources/%N%S:/usr/share/pictrel/pixmaps/%N%S");
     const char* odd[] = {nullptr, "", "/with:colon", "/with%percent", "/ok"};
@@ -28,25 +23,21 @@ TEST(PixmapName, DirectorySearchPath)
     EXPECT_EQ(directory_search_path(odd, 4), "");
 }
 
-// The logo is a well-formed 85 x 31 XPM whose four one-character colours are bound to symbolic colours, so that it
-// follows the scheme, and every pixel uses one of them.
+// The logo's four one-character colours are bound to symbolic colours, so that it follows the scheme, and its
+// pixels use exactly those.
 TEST(LogoData, WellFormedSymbolicXpm)
 {
-    int w = 0, h = 0, colours = 0, chars = 0;
-    ASSERT_EQ(sscanf(pictrelLogo[0], "%d %d %d %d", &w, &h, &colours, &chars), 4);
-    ASSERT_TRUE(w == LOGO_WIDTH && h == LOGO_HEIGHT && colours == 4 && chars == 1) << pictrelLogo[0];
+    EXPECT_STREQ(pictrelLogo[0], "85 31 4 1");
     std::set<char> keys, used;
-    for (int c = 0; c < colours; c++) {
-        const char* line = pictrelLogo[1 + c];
-        EXPECT_TRUE(strstr(line, " s ") && strstr(line, "m white")) << line;
-        keys.insert(line[0]);
+    for (int c = 1; c <= LOGO_COLOURS; c++) {
+        EXPECT_TRUE(strstr(pictrelLogo[c], " s ") && strstr(pictrelLogo[c], "m white")) << pictrelLogo[c];
+        keys.insert(pictrelLogo[c][0]);
     }
-    for (int y = 0; y < h; y++) {
-        const char* row = pictrelLogo[1 + colours + y];
-        ASSERT_EQ(strlen(row), static_cast<size_t>(w)) << "row " << y;
-        used.insert(row, row + w);
+    for (int y = 1 + LOGO_COLOURS; y < LOGO_XPM_LINES; y++) {
+        ASSERT_EQ(strlen(pictrelLogo[y]), size_t(LOGO_WIDTH)) << "line " << y;
+        used.insert(pictrelLogo[y], pictrelLogo[y] + LOGO_WIDTH);
     }
-    EXPECT_EQ(used, keys) << "every pixel uses a colour of the mark, and every colour is used";
+    EXPECT_EQ(used, keys);
 }
 
 // A dialog is centred over the asking window but never starts off the screen: a 400-wide dialog over a 260-wide
