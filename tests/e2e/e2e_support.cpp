@@ -89,10 +89,8 @@ bool E2eApp::start(const std::vector<std::string>& args)
         argv.push_back(const_cast<char*>(s.c_str()));
     argv.push_back(nullptr);
 
-    pid_t child = fork();
-    if (child < 0)
-        return false;
-    if (child == 0) {
+    pid_ = fork();
+    if (pid_ == 0) {
         setenv("DISPLAY", displayName_.c_str(), 1);
         setenv("XFILESEARCHPATH", resourcePath_.c_str(), 1);
         dup2(open("/dev/null", O_RDONLY), 0);
@@ -101,9 +99,7 @@ bool E2eApp::start(const std::vector<std::string>& args)
         execv(PICTREL_BINARY, argv.data());
         _exit(127);
     }
-    pid_ = child;
-    exited_ = false;
-    return true;
+    return pid_ > 0;
 }
 
 // Dialog shells belong to the run whose shell they are transient for.

@@ -8,17 +8,13 @@
 #include <cstdlib>
 #include <string>
 
-namespace {
+static std::string destDir;
 
-std::string destDir;
-
-Boolean exists_when_installed(String path) noexcept
+static Boolean exists_when_installed(String path) noexcept
 {
     struct stat st {};
     return stat((destDir + path).c_str(), &st) == 0 && S_ISREG(st.st_mode);
 }
-
-}  // namespace
 
 int main(int argc, char** argv)
 {
@@ -27,22 +23,18 @@ int main(int argc, char** argv)
         return 2;
     }
     destDir = argv[1];
-    // Otherwise the toolkit would search the path that the variable gives
-    // (the source tree, in the tests) instead of its own.
-    unsetenv("XFILESEARCHPATH");
+    unsetenv("XFILESEARCHPATH");   // the tests point it at the source tree; the toolkit's own path is asked here
     XtToolkitInitialize();
-    XtAppContext context = XtCreateApplicationContext();
     int dummyArgc = 1;
-    Display* dpy = XtOpenDisplay(context, nullptr, "find_installed_defaults", "PictrelInstallCheck", nullptr, 0,
-                                 &dummyArgc, argv);
+    Display* dpy = XtOpenDisplay(XtCreateApplicationContext(), nullptr, "find_installed_defaults",
+                                 "PictrelInstallCheck", nullptr, 0, &dummyArgc, argv);
     if (!dpy) {
         fprintf(stderr, "cannot open the display\n");
         return 2;
     }
     String found = XtResolvePathname(dpy, "app-defaults", "Pictrel", nullptr, nullptr, nullptr, 0,
                                      exists_when_installed);
-    if (!found)
-        return 1;
-    printf("%s\n", found);
-    return 0;
+    if (found)
+        printf("%s\n", found);
+    return found ? 0 : 1;
 }

@@ -1,8 +1,6 @@
 #!/usr/bin/env bash
-# An installed Pictrel must find its application defaults (labels, pictures,
-# pixmapPath) with nothing but the toolkit's built-in search path: install
-# into a staging directory and ask libXt whether it would look there.
-# Usage: installed_defaults_test.sh BUILD_DIR FINDER
+# An installed Pictrel must find its application defaults with nothing but the toolkit's built-in search path:
+# install into a staging directory and ask libXt whether it would look there. Usage: BUILD_DIR FINDER
 set -u
 build=$1 finder=$2
 stage=$(mktemp -d /tmp/pictrel-install-XXXXXX)
