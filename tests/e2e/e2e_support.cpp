@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <chrono>
 #include <csignal>
-#include <cstdlib>
 #include <fcntl.h>
 #include <fstream>
 #include <iterator>
@@ -68,7 +67,10 @@ E2eApp::E2eApp(const char* display)
 
 E2eApp::~E2eApp()
 {
-    kill_now();
+    if (running()) {
+        kill(pid_, SIGKILL);
+        waitpid(pid_, nullptr, 0);
+    }
     if (dpy_)
         XCloseDisplay(dpy_);
 }
@@ -124,10 +126,8 @@ std::vector<E2eWindow> E2eApp::windows()
     std::vector<E2eWindow> found;
     for (const Geometry& g : child_windows(dpy_, DefaultRootWindow(dpy_))) {
         char* name = nullptr;
-        if (!is_ours(g.id))
-            continue;
-        XFetchName(dpy_, g.id, &name);
-        found.push_back({g.id, name ? name : ""});
+        if (is_ours(g.id) && XFetchName(dpy_, g.id, &name))
+            found.push_back({g.id, name});
         XFree(name);
     }
     return found;
@@ -231,21 +231,12 @@ bool E2eApp::wait_exit(int* status, int timeoutMs)
     return true;
 }
 
-void E2eApp::kill_now()
-{
-    if (!running())
-        return;
-    kill(pid_, SIGKILL);
-    waitpid(pid_, nullptr, 0);
-    exited_ = true;
-    exitStatus_ = -SIGKILL;
-}
-
 std::string E2eApp::stdout_text() const { return outPath_.empty() ? "" : e2e_read_file(outPath_); }
 std::string E2eApp::stderr_text() const { return errPath_.empty() ? "" : e2e_read_file(errPath_); }
 
-bool E2eApp::shows_text(Window w, const char* xlfd, const std::string& text, unsigned long foreground)
+bool E2eApp::shows_text(Window w, const char* xlfd, const std::string& text)
 {
+    unsigned long black = BlackPixel(dpy_, DefaultScreen(dpy_));
     XFontStruct* font = dpy_ && w && !text.empty() ? XLoadQueryFont(dpy_, xlfd) : nullptr;
     if (!font)
         return false;
@@ -274,7 +265,7 @@ bool E2eApp::shows_text(Window w, const char* xlfd, const std::string& text, uns
             bool match = true;
             for (int y = 0; y < int(gh) && match; y++)
                 for (int x = 0; x < int(gw) && match; x++)
-                    match = (XGetPixel(shot.get(), ox + x, oy + y) == foreground) == (XGetPixel(mask.get(), x, y) != 0);
+                    match = (XGetPixel(shot.get(), ox + x, oy + y) == black) == (XGetPixel(mask.get(), x, y) != 0);
             if (match)
                 return true;
         }
@@ -335,8 +326,7 @@ unsigned rgb_of(Display* dpy, unsigned long pixel)
 
 bool dark(Display* dpy, unsigned long pixel)
 {
-    unsigned rgb = rgb_of(dpy, pixel);
-    return (rgb >> 16) < 0x40 && ((rgb >> 8) & 0xFF) < 0x40 && (rgb & 0xFF) < 0x40;
+    return (rgb_of(dpy, pixel) & 0xC0C0C0) == 0;   // every component under 0x40
 }
 
 E2eDrawing open_untitled(E2eApp& app, int width, int height, const char* geometry, std::vector<std::string> args)

@@ -49,14 +49,12 @@ public:
     // Exit status (or -signal) once the program has ended; false on timeout.
     bool wait_exit(int* status, int timeoutMs = 10000);
     bool running();
-    void kill_now();
 
     std::string stdout_text() const;
     std::string stderr_text() const;
 
-    // True when the window shows `text` in the core font `xlfd`: every glyph pixel is `foreground` and every other
-    // pixel of the text's box is not.
-    bool shows_text(Window w, const char* xlfd, const std::string& text, unsigned long foreground);
+    // Whether the window shows `text` in the core font `xlfd`: every glyph pixel black, no other one in its box.
+    bool shows_text(Window w, const char* xlfd, const std::string& text);
 
 private:
     bool is_ours(Window w);
