@@ -14,13 +14,11 @@ TEST(ViewsSessionE2e, ViewsShowThePictureAndTheSessionEndsIt)
 {
     E2eScratch scratch;
     std::string path = scratch.dir + "/pic.xpm";
-    {
-        std::ofstream out(path);   // columns 0-5 black, 6-9 red, 10-15 white
-        out << "/* XPM */\nstatic char *pic[] = {\n\"16 16 3 1\",\n\"# c #000000 m black\",\n"
-               "\"r c #FF0000 m black\",\n\". c #FFFFFF m white\",\n";
-        for (int y = 0; y < SIZE; y++)
-            out << "\"######rrrr......\"" << (y < SIZE - 1 ? ",\n" : "};\n");
-    }
+    std::string rows;   // columns 0-5 black, 6-9 red, 10-15 white
+    for (int y = 0; y < SIZE; y++)
+        rows += std::string("\"######rrrr......\"") + (y < SIZE - 1 ? ",\n" : "};\n");
+    std::ofstream(path) << "/* XPM */\nstatic char *pic[] = {\n\"16 16 3 1\",\n\"# c #000000 m black\",\n"
+                           "\"r c #FF0000 m black\",\n\". c #FFFFFF m white\",\n" << rows;
 
     E2eApp app;
     ASSERT_TRUE(app.start({path, "-zoomLevel", "2"}));

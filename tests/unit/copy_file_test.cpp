@@ -36,14 +36,18 @@ long entries(const std::string& dir)
     return std::distance(std::filesystem::directory_iterator(dir, e), {});
 }
 
+// A source beside a directory holding the target.
+struct CopyFile : testing::Test, TempDir {
+    std::string src = path + "/src", dir = path + "/d", dst = dir + "/dst";
+    CopyFile() { mkdir(dir.c_str(), 0700); }
+};
+
 }  // namespace
 
 // A copy replaces the target's contents (also of the file a symbolic link points at), keeps its permissions, and
 // leaves no temporary file beside it.
-TEST(CopyFile, ReplacesTargetAndKeepsItsMode)
+TEST_F(CopyFile, ReplacesTargetAndKeepsItsMode)
 {
-    TempDir t;
-    std::string src = t.path + "/src", dst = t.path + "/dst";
     std::string big(100000, 'x');
     write_text(src, big);
     write_text(dst, "old");
@@ -53,9 +57,9 @@ TEST(CopyFile, ReplacesTargetAndKeepsItsMode)
     struct stat st {};
     stat(dst.c_str(), &st);
     EXPECT_EQ(st.st_mode & 0777, 0640u);
-    EXPECT_EQ(entries(t.path), 2) << "no temporary file left";
+    EXPECT_EQ(entries(dir), 1) << "no temporary file left";
 
-    std::string link = t.path + "/link";
+    std::string link = path + "/link";
     ASSERT_EQ(symlink(dst.c_str(), link.c_str()), 0);
     write_text(src, "new");
     ASSERT_EQ(copy_file(src.c_str(), link.c_str()), 1);
@@ -65,40 +69,32 @@ TEST(CopyFile, ReplacesTargetAndKeepsItsMode)
 }
 
 // Every failure returns 0 and leaves the old target exactly as it was; no way through leaves a file open.
-TEST(CopyFile, FailureLeavesTargetIntact)
+TEST_F(CopyFile, FailureLeavesTargetIntact)
 {
     long openFiles = entries("/proc/self/fd");
-    TempDir t;
-    std::string src = t.path + "/src", dst = t.path + "/dst";
     write_text(src, "new contents");
     write_text(dst, "old contents");
-
-    std::string dir = t.path + "/adir";
-    mkdir(dir.c_str(), 0700);
     const struct {
         std::string from, to;
         const char* what;
     } cases[] = {
-        {t.path + "/missing", dst, "missing source"},         {src, t.path + "/gone/dst", "vanished directory"},
+        {path + "/missing", dst, "missing source"},           {src, path + "/gone/dst", "vanished directory"},
         {src, dst + "/under-a-file", "a path through a file"}, {src, dir, "a directory is never replaced"},
-        {t.path, dst, "a directory is no source"},            {src, "", "no target"},
+        {path, dst, "a directory is no source"},              {src, "", "no target"},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(copy_file(c.from.c_str(), c.to.c_str()), 0) << c.what;
         EXPECT_EQ(read_text(dst), "old contents") << c.what;
     }
-    EXPECT_EQ(entries(dir), 0);
+    EXPECT_EQ(entries(dir), 1) << "nothing left beside the target";
     EXPECT_EQ(copy_file(src.c_str(), dst.c_str()), 1);
     EXPECT_EQ(entries("/proc/self/fd"), openFiles);
 }
 
 // Where no file can take the target's place (an unwritable directory; for root, a read-only tmpfs or a target that
 // is a mount point) a writable target is rewritten in place, longer or shorter; an unwritable one is left alone.
-TEST(CopyFile, UnwritablePlace)
+TEST_F(CopyFile, UnwritablePlace)
 {
-    TempDir t;
-    std::string src = t.path + "/src", dir = t.path + "/d", dst = dir + "/dst";
-    mkdir(dir.c_str(), 0700);
     bool root = geteuid() == 0;
     if (root && mount("tmpfs", dir.c_str(), "tmpfs", 0, "size=64k") != 0)
         GTEST_SKIP() << "root without mount rights: nothing here is unwritable";
@@ -127,14 +123,10 @@ TEST(CopyFile, UnwritablePlace)
 
 // A full file system: the copy fails, the old target is whole and nothing is left beside it, whether the copy goes
 // beside the target or (a bind-mounted target) in place.
-TEST(CopyFile, FullDiskLeavesTargetIntact)
+TEST_F(CopyFile, FullDiskLeavesTargetIntact)
 {
-    TempDir t;
-    std::string mnt = t.path + "/small";
-    mkdir(mnt.c_str(), 0700);
-    if (mount("tmpfs", mnt.c_str(), "tmpfs", 0, "size=64k") != 0)
+    if (mount("tmpfs", dir.c_str(), "tmpfs", 0, "size=64k") != 0)
         GTEST_SKIP() << "cannot mount a small tmpfs here";
-    std::string src = t.path + "/src", dst = mnt + "/dst";
     write_text(src, std::string(1 << 20, 'n'));
     write_text(dst, "old contents");
     for (bool inPlace : {false, true}) {
@@ -143,9 +135,9 @@ TEST(CopyFile, FullDiskLeavesTargetIntact)
         EXPECT_EQ(read_text(dst), "old contents") << inPlace;
         if (inPlace)
             umount2(dst.c_str(), MNT_DETACH);
-        EXPECT_EQ(entries(mnt), 1) << "the partial copy is removed";
+        EXPECT_EQ(entries(dir), 1) << "the partial copy is removed";
     }
-    umount2(mnt.c_str(), MNT_DETACH);
+    umount2(dir.c_str(), MNT_DETACH);
 }
 
 // The staging directory is private (0700), unique to each save, holds the file under the target's base name (cut at
