@@ -17,7 +17,6 @@ TEST(ColourE2e, WheelRecoloursTheDrawing)
     app.click(d.canvas, 60, 60, 3);   // fill with the white background colour
     app.key(d.shell, "ctrl+l");
     Window colours = app.wait_window("Colors");
-    ASSERT_NE(colours, 0u);
     e2e_sleep_ms(200);
     int wells = 0;
     Geometry background{};   // the right one of the foreground and background wells
@@ -26,7 +25,7 @@ TEST(ColourE2e, WheelRecoloursTheDrawing)
             background = g;
         return false;
     });
-    ASSERT_EQ(wells, 2) << "foreground and background wells";
+    ASSERT_EQ(wells, 2) << "the colour list's foreground and background wells";
     app.move(background.id, 30, 15);
     for (int i = 0; i < 2; i++) {   // well inside the multi-click time
         XTestFakeButtonEvent(dpy, 1, True, CurrentTime);
@@ -34,10 +33,9 @@ TEST(ColourE2e, WheelRecoloursTheDrawing)
     }
     XSync(dpy, False);
     Window editor = app.wait_window("Edit Color");
-    ASSERT_NE(editor, 0u) << "a double click on the well opens the editor";
     e2e_sleep_ms(300);
     Window wheel = find_canvas(dpy, editor, 160, 160);
-    ASSERT_NE(wheel, 0u);
+    ASSERT_NE(wheel, 0u) << "a double click on the well opens the editor with its wheel";
     app.click(wheel, 150, 80);   // right edge: hue 0, full saturation
     e2e_sleep_ms(300);
     ImagePtr shown = read_window(dpy, d.shell, d.canvas, 128, 128);

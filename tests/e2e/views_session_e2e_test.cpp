@@ -39,10 +39,8 @@ TEST(ViewsSessionE2e, ViewsShowThePictureAndTheSessionEndsIt)
     app.keys(shell, {"F10", "Right", "Right", "Down", "a"});
     Window small = app.wait_window(path);
     ASSERT_NE(small, 0u) << "the small view is titled with the drawing's name";
-    Window area = find_canvas(dpy, small, SIZE, SIZE);
-    ASSERT_NE(area, 0u);
-    ImagePtr shown = read_window(dpy, small, area, SIZE, SIZE);
-    ASSERT_TRUE(shown);
+    ImagePtr shown = read_window(dpy, small, find_canvas(dpy, small, SIZE, SIZE), SIZE, SIZE);
+    ASSERT_TRUE(shown) << "its picture area";
     for (int x = 0; x < SIZE; x++) {
         unsigned want = x < 6 ? 0x000000 : x < 10 ? 0xFF0000 : 0xFFFFFF;
         EXPECT_EQ(rgb_of(dpy, XGetPixel(shown.get(), x, 5)), want) << "small view column " << x;
