@@ -9,17 +9,6 @@
 
 #include <string>
 
-namespace {
-
-std::string shell_title(Drawing* d)
-{
-    char* title = nullptr;
-    XtVaGetValues(d->shell, XmNtitle, &title, nullptr);
-    return title ? title : "";
-}
-
-}  // namespace
-
 // Closing drawing 3 of 5 hands its record and shell to the next drawing.
 TEST(Registry, ClosedSlotIsReusedWithItsShell)
 {
@@ -34,7 +23,9 @@ TEST(Registry, ClosedSlotIsReusedWithItsShell)
     Drawing* again = make_drawing(16, 16);
     EXPECT_EQ(again, d[2]) << "the record of slot 3 is reused";
     EXPECT_EQ(again->shell, shell3) << "and so is its shell";
-    EXPECT_EQ(shell_title(again), "Untitled");
+    char* title = nullptr;
+    XtVaGetValues(again->shell, XmNtitle, &title, nullptr);
+    EXPECT_STREQ(title, "Untitled");
     EXPECT_EQ(registry().nextSlot, 5) << "the next new drawing takes the first empty slot";
 }
 
@@ -47,8 +38,7 @@ TEST(Registry, NinthDrawingIsRefused)
     EXPECT_EQ(open_file("/nonexistent/file.xpm"), OPEN_TOO_MANY);
     EXPECT_EQ(registry().openCount, MAX_DRAWINGS);
     Widget dialog = message_dialog(0);
-    ASSERT_NE(dialog, nullptr);
-    EXPECT_TRUE(XtIsManaged(dialog));
+    EXPECT_TRUE(dialog && XtIsManaged(dialog));
     EXPECT_EQ(filetest::dialog_message(dialog), "Too many drawings");
 }
 
@@ -69,11 +59,8 @@ TEST(Registry, CommandLineFilesNamedThroughUntitledFormat)
         open_start_files(2, argv);
         pump();
         ASSERT_EQ(registry().openCount, 1) << format;
-        Drawing* d = nullptr;
-        for (Drawing* s : registry().slots)
-            if (s && drawing_is_open(s))
-                d = s;
-        EXPECT_EQ(d->name, name) << format;
+        Drawing* d = filetest::drawing_named(name);
+        ASSERT_NE(d, nullptr) << format;
         EXPECT_EQ(d->depth, 1);
         close_drawing(d);
     }

@@ -44,9 +44,9 @@ Drawing* make_drawing(int width, int height, bool mayFail)
     return d;
 }
 
-static unsigned long drawable_pixel(Drawable dr, int x, int y)
+unsigned long window_pixel(Window w, int x, int y)
 {
-    XImage* im = XGetImage(app().display, dr, x, y, 1, 1, AllPlanes, ZPixmap);
+    XImage* im = XGetImage(app().display, w, x, y, 1, 1, AllPlanes, ZPixmap);
     if (!im)
         return ~0UL;
     unsigned long p = XGetPixel(im, 0, 0);
@@ -54,8 +54,7 @@ static unsigned long drawable_pixel(Drawable dr, int x, int y)
     return p;
 }
 
-unsigned long image_pixel(Drawing* d, int x, int y) { return drawable_pixel(d->image, x, y); }
-unsigned long window_pixel(Window w, int x, int y) { return drawable_pixel(w, x, y); }
+unsigned long image_pixel(Drawing* d, int x, int y) { return window_pixel(d->image, x, y); }
 
 XEvent pointer_event(Window w, int type, unsigned button, int wx, int wy, unsigned state)
 {
