@@ -271,8 +271,7 @@ TEST(ColorEditor, OpensAndEditsTheCellLive)
     XFillRectangle(app().display, d->image, d->foregroundGC, 0, 0, 4, 4);
     filetest::press(d->colourList, "EditColor");
     ColorEditor* ed = color_editor();
-    ASSERT_NE(ed, nullptr);
-    ASSERT_TRUE(XtIsManaged(color_editor_dialog()));
+    ASSERT_TRUE(ed && XtIsManaged(color_editor_dialog()));
     EXPECT_EQ(ed->saved.pixel, black->pixel);
     EXPECT_EQ(shadow_of(ed->blackSample), XmSHADOW_IN) << "black's mapping is selected";
     EXPECT_EQ(scale_value(), 0);
@@ -320,8 +319,7 @@ TEST(ColorEditor, MappingSamplesAndReload)
     activate(white->button);
     activate(white->button, 2);
     ColorEditor* ed = color_editor();
-    ASSERT_NE(ed, nullptr);
-    ASSERT_EQ(ed->saved.pixel, white->pixel) << "a double click on a swatch edits it";
+    ASSERT_TRUE(ed && ed->saved.pixel == white->pixel) << "a double click on a swatch edits it";
     EXPECT_EQ(shadow_of(ed->whiteSample), XmSHADOW_IN);
 
     activate(ed->blackSample);
@@ -399,11 +397,7 @@ TEST(ColorEditor, GrabSetsTheEditedColour)
     ASSERT_TRUE(XAllocColorCells(dpy, cmap(), False, nullptr, 0, &cell, 1));
     XColor c{cell, 0x2000, 0xc000, 0x4000, DoRed | DoGreen | DoBlue, 0};
     XStoreColor(dpy, cmap(), &c);
-    XSetWindowAttributes attrs{};
-    attrs.background_pixel = cell;
-    attrs.override_redirect = True;
-    Window w = XCreateWindow(dpy, app().root, 0, 0, 60, 60, 0, CopyFromParent, InputOutput, CopyFromParent,
-                             CWBackPixel | CWOverrideRedirect, &attrs);
+    Window w = XCreateSimpleWindow(dpy, app().root, 0, 0, 60, 60, 0, cell, cell);
     XMapRaised(dpy, w);
     pump();
     xtest_move(w, 30, 30);

@@ -67,11 +67,10 @@ bool asks_to_close(Drawing* d)
 
 }  // namespace
 
-// Save As offers the drawing's name with the suffix rule applied (a bitmap's "pic.xpm" -> "pic.xpm.xbm", a colour
-// drawing's "pic" -> "pic.px"). A write that cannot reach its target shows "Can't open the file %s." and leaves the
-// name and modified flag; an existing target is not written until the overwrite question is answered OK; then the
-// drawing is renamed and marked saved. Save As black-and-white offers the name unchanged, writes an XBM of the
-// black-and-white rendering, and changes neither name nor modified flag.
+// Save As offers the name with the suffix rule applied ("pic.xpm" bitmap -> "pic.xpm.xbm", "pic" colour -> "pic.px");
+// a failed write says "Can't open the file %s." and keeps name and flag; an existing target waits for the overwrite
+// question; then the drawing is renamed and saved. Save As black-and-white offers the name unchanged, writes an XBM
+// of the black-and-white rendering, and changes neither name nor modified flag.
 TEST(FilesSave, SaveAsOffersFailsOverwritesAndRenames)
 {
     ScratchDir dir;

@@ -190,19 +190,13 @@ int open_count() { return registry().openCount; }
 
 int free_cells()
 {
-    Display* dpy = app().display;
-    int lo = 0, hi = 4096;
-    std::vector<unsigned long> cells(4096);
-    while (lo < hi) {
-        int mid = (lo + hi + 1) / 2;
-        if (XAllocColorCells(dpy, app().colormap, False, nullptr, 0, cells.data(), static_cast<unsigned>(mid))) {
-            XFreeColors(dpy, app().colormap, cells.data(), mid, 0);
-            lo = mid;
-        } else {
-            hi = mid - 1;
-        }
-    }
-    return lo;
+    std::vector<unsigned long> cells;
+    unsigned long cell;
+    while (XAllocColorCells(app().display, app().colormap, False, nullptr, 0, &cell, 1))
+        cells.push_back(cell);
+    if (!cells.empty())
+        XFreeColors(app().display, app().colormap, cells.data(), static_cast<int>(cells.size()), 0);
+    return static_cast<int>(cells.size());
 }
 
 unsigned rgb_of_pixel(unsigned long pixel)
@@ -215,11 +209,10 @@ unsigned rgb_of_pixel(unsigned long pixel)
 
 unsigned rgb_of_spec(const std::string& spec)
 {
-    size_t digits = spec.size() == 7 ? 2 : spec.size() == 13 ? 4 : 0;   // per channel; the top two count
-    if (digits == 0)
+    XColor c{};
+    if (spec[0] != '#' || !XParseColor(app().display, app().colormap, spec.c_str(), &c))
         return 0xFFFFFFFF;
-    auto part = [&](size_t i) { return std::strtoul(spec.substr(1 + digits * i, 2).c_str(), nullptr, 16); };
-    return static_cast<unsigned>((part(0) << 16) | (part(1) << 8) | part(2));
+    return ((c.red >> 8) << 16) | ((c.green >> 8) << 8) | (c.blue >> 8);
 }
 
 }  // namespace filetest

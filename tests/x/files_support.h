@@ -74,7 +74,7 @@ int free_cells();
 
 // 8-bit RGB of a pixel of the default colormap, as 0xRRGGBB.
 unsigned rgb_of_pixel(unsigned long pixel);
-// 8-bit RGB of an XPM colour string "#RRGGBB" or "#RRRRGGGGBBBB".
+// 8-bit RGB of an XPM colour string "#RRGGBB" or "#RRRRGGGGBBBB" (the top two digits of a channel).
 unsigned rgb_of_spec(const std::string& spec);
 
 }  // namespace filetest
