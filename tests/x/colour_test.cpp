@@ -263,10 +263,13 @@ TEST(Colour, RunningOutOfCells)
 
 // EditColor opens the editor on the selected well's colour, its wheel painted in cells of its own round the edited
 // colour; the scale, clicks and drags on the wheel write straight into the entry's cell, which every pixel of the
-// image shows, and Undo puts the loaded colour back.
-TEST(ColorEditor, OpensAndEditsTheCellLive)
+// image shows, and Undo puts the loaded colour back. The samples set the entry's mapping and redraw its swatch;
+// choosing another swatch while the editor is open reloads it, moving the Undo point.
+TEST(ColorEditor, EditsTheCellAndMappingLive)
 {
     Drawing* d = make_drawing(16, 16);
+    cmd_show_colors(d, nullptr, False);
+    ColorEntry* white = entries(d)[1];
     ColorEntry* black = color_list_of(d)->foregroundEntry;
     XFillRectangle(app().display, d->image, d->foregroundGC, 0, 0, 4, 4);
     filetest::press(d->colourList, "EditColor");
@@ -303,23 +306,11 @@ TEST(ColorEditor, OpensAndEditsTheCellLive)
     press_editor("Undo");
     EXPECT_EQ(rgb_of_pixel(black->pixel), 0x000000u);
     EXPECT_EQ(scale_value(), 0) << "the controls show the restored colour";
-    press_editor("Close");
-    EXPECT_FALSE(XtIsManaged(color_editor_dialog()));
-}
 
-// The samples set the mapping of the edited entry and redraw its swatch; Undo brings the loaded mapping back;
-// choosing another swatch while the editor is open reloads it, moving the Undo point.
-TEST(ColorEditor, MappingSamplesAndReload)
-{
-    Drawing* d = make_drawing(16, 16);
-    cmd_show_colors(d, nullptr, False);
-    pump();
-    ColorEntry* white = entries(d)[1];
-    ColorEntry* black = entries(d)[2];
+    d->modified = 0;
     activate(white->button);
     activate(white->button, 2);
-    ColorEditor* ed = color_editor();
-    ASSERT_TRUE(ed && ed->saved.pixel == white->pixel) << "a double click on a swatch edits it";
+    ASSERT_EQ(ed->saved.pixel, white->pixel) << "a double click on a swatch edits it";
     EXPECT_EQ(shadow_of(ed->whiteSample), XmSHADOW_IN);
 
     activate(ed->blackSample);
@@ -344,6 +335,8 @@ TEST(ColorEditor, MappingSamplesAndReload)
     press_editor("Undo");
     EXPECT_EQ(rgb_of_pixel(black->pixel), 0x000000u);
     EXPECT_EQ(rgb_of_pixel(white->pixel), 0xFFFFFFu);
+    press_editor("Close");
+    EXPECT_FALSE(XtIsManaged(color_editor_dialog()));
 }
 
 // Closing the drawing being edited closes the editor and lets go of its cells: the stale controls write nothing
