@@ -246,10 +246,12 @@ TEST(FilesNew, LimitsAndDefaults)
 }
 
 // Closing asks only for a modified drawing: unmodified closes at once, Cancel keeps the drawing, Discard closes
-// it. A Quit cancelled there leaves every drawing open and does not resume when another one closes.
-TEST(FilesClose, AskOnlyWhenModifiedAndQuitCancelled)
+// it. A Quit cancelled at the first drawing leaves every drawing open and does not resume when another one closes.
+// Save there closes the drawing only after a successful write: through Save As when it has no file, where a cancel
+// or a failed write leaves it open, or straight to a writable file of its own.
+TEST(FilesClose, AskOnlyWhenModifiedAndSaveOnlyAfterWrite)
 {
-    Drawing* keep = make_drawing();
+    ScratchDir dir;
     Drawing* d = make_drawing();
     Drawing* other = make_drawing();
     EXPECT_FALSE(asks_to_close(d));
@@ -269,20 +271,13 @@ TEST(FilesClose, AskOnlyWhenModifiedAndQuitCancelled)
     EXPECT_FALSE(asks_to_close(other));
     EXPECT_TRUE(drawing_is_open(e)) << "a cancelled Quit does not resume";
 
+    Drawing* keep = make_drawing();   // the last drawing's close would end the program
     run_command(e, CMD_CLOSE, nullptr, False);
     pump();
     press(confirm_dialog(), "Discard");
     EXPECT_FALSE(drawing_is_open(e));
-    EXPECT_TRUE(drawing_is_open(keep));
-}
 
-// Save in the confirm dialog closes the drawing only after a successful write: through Save As when it has no file,
-// where a cancel or a failed write leaves it open, or straight to a writable file of its own.
-TEST(FilesClose, SaveClosesOnlyAfterWrite)
-{
-    ScratchDir dir;
-    Drawing* keep = make_drawing();
-    Drawing* d = painted_drawing();
+    d = painted_drawing();
     ASSERT_TRUE(asks_to_close(d));
     press(confirm_dialog(), "Save");
     ASSERT_TRUE(managed(file_dialog())) << "no file: Save As";
@@ -299,7 +294,7 @@ TEST(FilesClose, SaveClosesOnlyAfterWrite)
     EXPECT_FALSE(drawing_is_open(d));
     EXPECT_TRUE(drawing_is_open(keep));
 
-    Drawing* e = painted_drawing();
+    e = painted_drawing();
     e->name = dir.file("own.px", "x");
     e->hasFile = 1;
     ASSERT_TRUE(asks_to_close(e));
