@@ -172,8 +172,7 @@ TEST(ShellHelpMenu, HelpCascadeVersionAndKeys)
     EXPECT_EQ(version_dialog(), nullptr);
     press(pulldown, "HelpOnVersion");
     Widget dialog = version_dialog();
-    ASSERT_NE(dialog, nullptr);
-    EXPECT_TRUE(XtIsManaged(dialog));
+    ASSERT_TRUE(dialog && XtIsManaged(dialog));
     EXPECT_EQ(label_text(XtNameToWidget(dialog, "main.date")), "5.1.1");
     press(dialog, "OK");
     EXPECT_FALSE(XtIsManaged(dialog));
