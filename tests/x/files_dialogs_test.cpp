@@ -42,6 +42,8 @@ void press_file_ok(const std::string& typed = "")
     pump();
 }
 
+void command(Drawing* d, int cmd) { run_command(d, cmd, nullptr, False); pump(); }
+
 bool managed(Widget w) { return w && XtIsManaged(w); }
 
 Widget field(const char* name) { return XtNameToWidget(new_dialog(), (std::string("*") + name).c_str()); }
@@ -76,15 +78,13 @@ TEST(FilesSave, SaveAsOffersFailsOverwritesAndRenames)
     ScratchDir dir;
     ASSERT_EQ(open_file(dir.file("pic.xpm", xbm_text(pattern_xbm(5, 5))).c_str()), 0);
     pump();
-    save_as(drawing_named(dir.path("pic.xpm")), nullptr);
-    pump();
+    command(drawing_named(dir.path("pic.xpm")), CMD_SAVE_AS);
     EXPECT_EQ(file_text(), dir.path("pic.xpm.xbm"));
     hide_file_dialog();
 
     Drawing* d = painted_drawing(9, 7);
     std::string name = d->name = dir.path("pic");
-    save_as_bw(d, nullptr);
-    pump();
+    command(d, CMD_SAVE_AS_BW);
     EXPECT_EQ(file_text(), name);
     press_file_ok(dir.path("bw"));
     XbmBack back = read_xbm(dir.path("bw.xbm"));
@@ -95,8 +95,7 @@ TEST(FilesSave, SaveAsOffersFailsOverwritesAndRenames)
     EXPECT_EQ(d->name, name);
     EXPECT_EQ(d->modified, 1);
 
-    save_as(d, nullptr);
-    pump();
+    command(d, CMD_SAVE_AS);
     EXPECT_EQ(file_text(), dir.path("pic.px"));
     std::string gone = dir.path("gone/pic.px");
     press_file_ok(gone);
@@ -130,8 +129,7 @@ TEST(FilesSave, DirectSaveOrSaveAs)
     std::string target = dir.file("mine.px", "placeholder");
     d->name = target;
     d->hasFile = 1;
-    run_command(d, CMD_SAVE, nullptr, False);
-    pump();
+    command(d, CMD_SAVE);
     EXPECT_FALSE(managed(file_dialog()));
     EXPECT_EQ(d->modified, 0);
     EXPECT_EQ(read_file(target).substr(0, 9), "/* XPM */");
@@ -148,8 +146,7 @@ TEST(FilesSave, DirectSaveOrSaveAs)
         ADD_FAILURE() << "no read-only remount";
     d->name = ro;
     d->modified = 1;
-    run_command(d, CMD_SAVE, nullptr, False);
-    pump();
+    command(d, CMD_SAVE);
     EXPECT_TRUE(managed(file_dialog())) << "a read-only file: Save As";
     EXPECT_EQ(file_text(), ro);
     press_file_ok();
@@ -169,8 +166,7 @@ TEST(FilesSave, OpenThroughTheDialogAndReadMessages)
     ScratchDir dir;
     Drawing* d = make_drawing();
     int count = open_count();
-    run_command(d, CMD_OPEN, nullptr, False);
-    pump();
+    command(d, CMD_OPEN);
     ASSERT_TRUE(managed(file_dialog()));
     std::string bad = dir.file("bad.xpm", "not a picture");
     press_file_ok(bad);
@@ -204,8 +200,7 @@ TEST(FilesSave, OpenThroughTheDialogAndReadMessages)
 TEST(FilesNew, LimitsAndDefaults)
 {
     Drawing* d = make_drawing();
-    run_command(d, CMD_NEW, nullptr, False);
-    pump();
+    command(d, CMD_NEW);
     ASSERT_TRUE(managed(new_dialog()));
     EXPECT_EQ(text_of(field("WidthTW")), std::to_string(res().drawAreaWidth));
     set_text(field("WidthTW"), "x12");
@@ -263,8 +258,7 @@ TEST(FilesClose, AskOnlyWhenModifiedAndSaveOnlyAfterWrite)
     EXPECT_FALSE(managed(confirm_dialog()));
     EXPECT_TRUE(drawing_is_open(e));
 
-    run_command(e, CMD_QUIT, nullptr, False);
-    pump();
+    command(e, CMD_QUIT);
     ASSERT_TRUE(managed(confirm_dialog()));
     press(confirm_dialog(), "Cancel");
     EXPECT_TRUE(drawing_is_open(e) && drawing_is_open(other));
@@ -272,8 +266,7 @@ TEST(FilesClose, AskOnlyWhenModifiedAndSaveOnlyAfterWrite)
     EXPECT_TRUE(drawing_is_open(e)) << "a cancelled Quit does not resume";
 
     Drawing* keep = make_drawing();   // the last drawing's close would end the program
-    run_command(e, CMD_CLOSE, nullptr, False);
-    pump();
+    command(e, CMD_CLOSE);
     press(confirm_dialog(), "Discard");
     EXPECT_FALSE(drawing_is_open(e));
 
@@ -314,8 +307,7 @@ TEST(FilesClose, QuitAsksForEachModifiedThenExits)
             Drawing* a = make_drawing();
             painted_drawing();
             painted_drawing();
-            run_command(a, CMD_QUIT, nullptr, False);
-            pump();
+            command(a, CMD_QUIT);
             while (quitAsks < 2 && managed(confirm_dialog())) {
                 quitAsks++;
                 press(confirm_dialog(), "Discard");
