@@ -12,9 +12,7 @@ struct Drawing;
 namespace filetest {
 
 // One colour of a generated XPM: its "c" value ("#RRGGBB", "None", "#Transparent") and its "m" value (empty: none).
-struct TestColour {
-    std::string c, m;
-};
+struct TestColour { std::string c, m; };
 
 struct TestXpm {
     int width = 0, height = 0, cpp = 1;

@@ -45,12 +45,6 @@ std::vector<std::string> wm_command(Drawing* d)
 
 void forget_command(Drawing* d) { XDeleteProperty(app().display, XtWindow(d->shell), XA_WM_COMMAND); }
 
-std::string real(const std::string& path)
-{
-    char buf[PATH_MAX];
-    return realpath(path.c_str(), buf) ? buf : "";
-}
-
 }  // namespace
 
 // Every shell takes part in the four protocols; save-yourself writes the command that brings the drawing back: the
@@ -75,7 +69,9 @@ TEST(Session, SaveYourselfWritesTheRestartCommand)
 
     std::vector<std::string> cmd = wm_command(d);
     ASSERT_EQ(cmd.size(), 4u) << "set when the drawing is created";
-    EXPECT_EQ(cmd[1], real(dir.path("a.xbm"))) << "the file, made absolute";
+    char resolved[PATH_MAX];
+    ASSERT_TRUE(realpath(dir.path("a.xbm").c_str(), resolved));
+    EXPECT_EQ(cmd[1], resolved) << "the file, made absolute";
 
     forget_command(d);
     d->zoom = d->zoom == 3 ? 1 : 3;
