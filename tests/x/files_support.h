@@ -56,10 +56,7 @@ std::string read_file(const std::string& path);
 
 // The text of a widget's XmString resource (line breaks as "\n"), and of a message box's XmNmessageString.
 std::string xm_resource_text(Widget w, const char* resource);
-inline std::string dialog_message(Widget dialog)
-{
-    return dialog ? xm_resource_text(dialog, XmNmessageString) : "(no dialog)";
-}
+inline std::string dialog_message(Widget d) { return d ? xm_resource_text(d, XmNmessageString) : "(no dialog)"; }
 // Presses a push button of a dialog by its name (its activate callbacks), then pumps.
 void press(Widget dialog, const char* buttonName);
 
