@@ -3,7 +3,11 @@
 #include "x_env.h"
 
 #include <X11/extensions/XTest.h>
+#include <unistd.h>
+
+#include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 #include "app/startup.h"
 
@@ -23,6 +27,20 @@ public:
         ASSERT_EQ(startup(&argc, argv), 0) << "start-up failed (is the display 8-bit PseudoColor?)";
     }
 };
+
+pid_t testProcess;
+bool testsDone;
+
+// The program ends itself with status 0 when its last drawing closes. In the
+// middle of a test that is a fault which would otherwise pass unseen: the
+// process would end well before the test's remaining checks ran.
+void exit_guard()
+{
+    if (getpid() == testProcess && !testsDone) {
+        std::fputs("the program exited in the middle of a test\n", stderr);
+        _exit(1);
+    }
+}
 
 }  // namespace
 
@@ -98,7 +116,14 @@ void xtest_button(unsigned button, bool press)
 
 int main(int argc, char** argv)
 {
+    bool deathTestChild = false;   // a death test's child is meant to exit
+    for (int i = 1; i < argc; i++)
+        deathTestChild |= std::strstr(argv[i], "internal_run_death_test") != nullptr;
     ::testing::InitGoogleTest(&argc, argv);
     ::testing::AddGlobalTestEnvironment(new XEnvironment);
-    return RUN_ALL_TESTS();
+    testProcess = deathTestChild ? 0 : getpid();
+    std::atexit(exit_guard);
+    int status = RUN_ALL_TESTS();
+    testsDone = true;
+    return status;
 }
