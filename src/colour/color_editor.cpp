@@ -16,6 +16,7 @@
 #include <initializer_list>
 
 #include "app/app.h"
+#include "app/error_trap.h"
 #include "colour/color_list.h"
 #include "colour/converters.h"
 #include "colour/editor_hooks.h"
@@ -54,23 +55,13 @@ const EditorMode& current_mode()
     return editorModeTable[editor ? editor->mode : 0];
 }
 
-int refused = 0;
-int refuse(Display*, XErrorEvent* e)
-{
-    refused = e->error_code;
-    return 0;
-}
-
 // Writes a colour into the edited cell; a cell that is not ours to write
 // (or no longer exists) is refused by the server, not fatal.
 void store_cell(Display* dpy, XColor colour)
 {
     colour.flags = DoRed | DoGreen | DoBlue;
-    XSync(dpy, False);
-    XErrorHandler old = XSetErrorHandler(refuse);
+    ErrorTrap trap(dpy);
     XStoreColor(dpy, DefaultColormap(dpy, DefaultScreen(dpy)), &colour);
-    XSync(dpy, False);
-    XSetErrorHandler(old);
 }
 
 // Fills a sample's inside with a pixel. The samples are drawn with the

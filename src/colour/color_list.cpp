@@ -8,6 +8,7 @@
 
 #include "app/app.h"
 #include "app/draw.h"
+#include "app/error_trap.h"
 #include "colour/editor_hooks.h"
 #include "colour/mono_key.h"
 #include "colour/swatch.h"
@@ -26,34 +27,6 @@ Pixel widget_background(Widget w)
     return p;
 }
 
-// Cells that the list did not allocate (a read-only background, a pixel a
-// bad table named) make XStoreColor and XFreeColors fail with BadAccess;
-// that must not end the program, so those requests run under this trap.
-int trappedError = 0;
-int trap_error(Display*, XErrorEvent* e)
-{
-    trappedError = e->error_code;
-    return 0;
-}
-
-struct ErrorTrap {
-    Display* dpy;
-    XErrorHandler old;
-    explicit ErrorTrap(Display* d) : dpy(d)
-    {
-        XSync(dpy, False);   // earlier errors belong to the old handler
-        trappedError = 0;
-        old = XSetErrorHandler(trap_error);
-    }
-    ~ErrorTrap()
-    {
-        XSync(dpy, False);
-        XSetErrorHandler(old);
-    }
-    ErrorTrap(const ErrorTrap&) = delete;
-    ErrorTrap& operator=(const ErrorTrap&) = delete;
-};
-
 bool alloc_cell(Display* dpy, Colormap cmap, Pixel* cell)
 {
     unsigned long planes[1];
@@ -61,7 +34,8 @@ bool alloc_cell(Display* dpy, Colormap cmap, Pixel* cell)
 }
 
 // Copies the colour of `from` into the read/write cell `to`; false when
-// `to` is not writable by us.
+// `to` is not writable by us (a read-only background, a pixel a bad table
+// named), which must not end the program.
 bool copy_colour(Display* dpy, Colormap cmap, Pixel from, Pixel to)
 {
     XColor c{};
@@ -71,8 +45,7 @@ bool copy_colour(Display* dpy, Colormap cmap, Pixel from, Pixel to)
     c.flags = DoRed | DoGreen | DoBlue;
     ErrorTrap trap(dpy);
     XStoreColor(dpy, cmap, &c);
-    XSync(dpy, False);
-    return trappedError == 0;
+    return trap.error() == 0;
 }
 
 // The list's own background stands for transparent. Its entry gets the

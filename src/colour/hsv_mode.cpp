@@ -12,6 +12,7 @@
 #include <cstdio>
 
 #include "app/app.h"
+#include "app/error_trap.h"
 #include "colour/color_editor.h"
 #include "colour/hsv.h"
 
@@ -24,20 +25,10 @@ constexpr int MARKER_BOX = 9;
 
 // The edited cell may come from a file whose cells are not ours to write;
 // a refused store must not end the program.
-int refusedStore = 0;
-int refuse_store(Display*, XErrorEvent* e)
-{
-    refusedStore = e->error_code;
-    return 0;
-}
-
 void store_trapped(HsvState* s, XColor* colours, int count)
 {
-    XSync(s->display, False);
-    XErrorHandler old = XSetErrorHandler(refuse_store);
+    ErrorTrap trap(s->display);
     XStoreColors(s->display, s->colormap, colours, count);
-    XSync(s->display, False);
-    XSetErrorHandler(old);
 }
 
 XColor to_xcolor(Pixel pixel, Rgb c)

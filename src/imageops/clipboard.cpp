@@ -14,6 +14,7 @@
 
 #include "app/app.h"
 #include "app/draw.h"
+#include "app/error_trap.h"
 #include "canvas/image_store.h"
 #include "tools/selection.h"
 
@@ -149,8 +150,6 @@ Pixmap retrieve(Drawing* d)
     return static_cast<Pixmap>(id);
 }
 
-int ignore_error(Display*, XErrorEvent*) { return 0; }
-
 }  // namespace
 
 int clipboard_copy(Drawing* d, XEvent* event)
@@ -210,18 +209,9 @@ bool clipboard_can_paste(Drawing* d)
     Pixmap p = retrieve(d);
     if (!p)
         return false;
-    // The owner of the pixmap may have gone: ask under a handler that
-    // swallows the error.
-    Display* dpy = app().display;
-    XSync(dpy, False);
-    XErrorHandler old = XSetErrorHandler(ignore_error);
-    Window root;
-    int x, y;
-    unsigned w = 0, h = 0, border = 0, depth = 0;
-    Status ok = XGetGeometry(dpy, p, &root, &x, &y, &w, &h, &border, &depth);
-    XSync(dpy, False);
-    XSetErrorHandler(old);
-    return ok && depth == static_cast<unsigned>(d->depth);
+    // The owner of the pixmap may have gone.
+    unsigned w, h, depth;
+    return pixmap_geometry(app().display, p, &w, &h, &depth) && depth == static_cast<unsigned>(d->depth);
 }
 
 int cmd_copy(Drawing* d, XEvent* event, Boolean)

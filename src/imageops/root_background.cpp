@@ -7,6 +7,7 @@
 
 #include "app/app.h"
 #include "app/draw.h"
+#include "app/error_trap.h"
 #include "canvas/image_store.h"
 #include "tools/hotspot.h"
 #include "tools/palettes.h"
@@ -15,29 +16,6 @@
 #include "tools/tool_table.h"
 
 namespace {
-
-int ignore_error(Display*, XErrorEvent*) { return 0; }
-
-// Runs requests on resources of other clients, swallowing their errors.
-class ErrorTrap {
-public:
-    explicit ErrorTrap(Display* dpy) : dpy_(dpy)
-    {
-        XSync(dpy_, False);
-        old_ = XSetErrorHandler(ignore_error);
-    }
-    ~ErrorTrap()
-    {
-        XSync(dpy_, False);
-        XSetErrorHandler(old_);
-    }
-    ErrorTrap(const ErrorTrap&) = delete;
-    ErrorTrap& operator=(const ErrorTrap&) = delete;
-
-private:
-    Display* dpy_;
-    XErrorHandler old_;
-};
 
 void tile_root(Display* dpy, Pixmap tile)
 {

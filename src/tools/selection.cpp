@@ -10,6 +10,7 @@
 
 #include "app/app.h"
 #include "app/draw.h"
+#include "app/error_trap.h"
 #include "app/menus.h"
 #include "canvas/image_store.h"
 #include "canvas/undo.h"
@@ -90,8 +91,6 @@ Point visible_origin(Drawing* d)
     int zoom = std::max(d->zoom, 0);
     return Point{std::max(0, -x) >> zoom, std::max(0, -y) >> zoom};
 }
-
-int trap_error(Display*, XErrorEvent*) { return 0; }
 
 }  // namespace
 
@@ -314,18 +313,25 @@ int paste_pixmap(Drawing* d, Pixmap source)
     Display* dpy = app().display;
     // The pixmap may belong to another client that has gone, or be of
     // another depth: look before touching it.
-    XSync(dpy, False);
-    XErrorHandler old = XSetErrorHandler(trap_error);
-    Window root;
-    int x, y;
-    unsigned w = 0, h = 0, border = 0, depth = 0;
-    Status ok = XGetGeometry(dpy, source, &root, &x, &y, &w, &h, &border, &depth);
-    XSync(dpy, False);
-    XSetErrorHandler(old);
-    if (!ok || w == 0 || h == 0 || depth != static_cast<unsigned>(d->depth))
+    unsigned w, h, depth;
+    if (!pixmap_geometry(dpy, source, &w, &h, &depth) || w == 0 || h == 0 ||
+        depth != static_cast<unsigned>(d->depth))
         return 1;
     w = std::min(w, 16383u);
     h = std::min(h, 16383u);
+    // Take the pixels first: the pixmap can still vanish now, and then the
+    // drawing and its selection stay as they were.
+    Pixmap p = XCreatePixmap(dpy, app().root, w, h, depth);
+    if (!p)
+        return 1;
+    {
+        ErrorTrap trap(dpy);
+        XCopyArea(dpy, source, p, d->copyGC, 0, 0, w, h, 0, 0);
+        if (trap.error()) {
+            XFreePixmap(dpy, p);
+            return 1;
+        }
+    }
 
     if (d->currentTool != TOOL_SELECT)
         select_tool(d, TOOL_SELECT);
@@ -333,13 +339,6 @@ int paste_pixmap(Drawing* d, Pixmap source)
     settle_and_drop(d);
     drop_selection(d);   // also forgets an earlier Clear
     commit(d);
-    Pixmap p = XCreatePixmap(dpy, app().root, w, h, depth);
-    if (!p)
-        return 1;
-    old = XSetErrorHandler(trap_error);
-    XCopyArea(dpy, source, p, d->copyGC, 0, 0, w, h, 0, 0);
-    XSync(dpy, False);
-    XSetErrorHandler(old);
     s->pixels = p;
     s->mode = 2;
     remap_pasted_colours(d, p, w, h);
