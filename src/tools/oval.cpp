@@ -29,12 +29,8 @@ void oval_input(Widget w, Drawing* d, XEvent* event)
 
 void oval_motion(Widget w, Drawing* d, XEvent* event)
 {
-    if (!drag.damage)
-        drag.damage = XCreateRegion();
     Display* dpy = app().display;
-    Point p = event_point(event);
-    if (event_state(event) & ShiftMask)
-        p = constrain_square(drag.start, p);
+    Point p = shape_drag_point(drag, event);
     int lw = static_cast<int>(d->lineWidth);
     Box oldBox = grow_box(box_of(drag.start, drag.end), lw);
     restore_rect(d, oldBox.x, oldBox.y, oldBox.width, oldBox.height);

@@ -26,12 +26,8 @@ void rect_input(Widget w, Drawing* d, XEvent* event)
 
 void rect_motion(Widget w, Drawing* d, XEvent* event)
 {
-    if (!drag.damage)
-        drag.damage = XCreateRegion();
     Display* dpy = app().display;
-    Point p = event_point(event);
-    if (event_state(event) & ShiftMask)
-        p = constrain_square(drag.start, p);
+    Point p = shape_drag_point(drag, event);
     Box oldBox = box_of(drag.start, drag.end);
     Box newBox = box_of(drag.start, p);
     // Even a hairline outline needs a one-pixel margin.

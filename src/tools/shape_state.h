@@ -37,3 +37,8 @@ struct ShapeDrag {
 // press, and an undo that restores only the last shape's grown box.
 // `filled` is the tool's DrawFilled flag in the drawing.
 void shape_input(Widget w, Drawing* d, XEvent* event, int tool, int shape, int* filled, ShapeDrag& drag);
+
+// Where a motion of the drag puts the shape's far corner: the pointer, or
+// with Shift the corner of a square. Also makes the drag's damage region
+// on first use.
+Point shape_drag_point(ShapeDrag& drag, XEvent* event);

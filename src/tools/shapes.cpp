@@ -131,3 +131,13 @@ int cmd_draw_filled(Drawing* d, XEvent* event, Boolean set)
     toggle_oval_filled(d);
     return 0;
 }
+
+Point shape_drag_point(ShapeDrag& drag, XEvent* event)
+{
+    if (!drag.damage)
+        drag.damage = XCreateRegion();
+    Point p = event_point(event);
+    if (event_state(event) & ShiftMask)
+        p = constrain_square(drag.start, p);
+    return p;
+}
