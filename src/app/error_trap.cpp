@@ -13,9 +13,10 @@ int record_error(Display*, XErrorEvent* e)
 
 }  // namespace
 
-ErrorTrap::ErrorTrap(Display* dpy) : dpy_(dpy), outerError_(trappedError)
+ErrorTrap::ErrorTrap(Display* dpy) : dpy_(dpy)
 {
     XSync(dpy_, False);   // errors of earlier requests belong to the old handler
+    outerError_ = trappedError;   // (an enclosing trap's, when there is one)
     trappedError = 0;
     old_ = XSetErrorHandler(record_error);
 }
