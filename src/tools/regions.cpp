@@ -71,27 +71,24 @@ void copy_region(Display* dpy, Drawable source, Drawable destination, GC gc, Reg
     XSetClipMask(dpy, gc, None);
 }
 
-void box_difference(Box a, Box b, Region out)
+namespace {
+
+void combine_boxes(Box a, Box b, Region out, int (*op)(Region, Region, Region))
 {
     if (!out)
         return;
     Region rb = XCreateRegion();
     set_region_to_box(out, a);
     set_region_to_box(rb, b);
-    XSubtractRegion(out, rb, out);
+    op(out, rb, out);
     XDestroyRegion(rb);
 }
 
-void box_intersection(Box a, Box b, Region out)
-{
-    if (!out)
-        return;
-    Region rb = XCreateRegion();
-    set_region_to_box(out, a);
-    set_region_to_box(rb, b);
-    XIntersectRegion(out, rb, out);
-    XDestroyRegion(rb);
-}
+}  // namespace
+
+void box_difference(Box a, Box b, Region out) { combine_boxes(a, b, out, XSubtractRegion); }
+
+void box_intersection(Box a, Box b, Region out) { combine_boxes(a, b, out, XIntersectRegion); }
 
 void subtract_box(Region region, Box b, Region out)
 {
