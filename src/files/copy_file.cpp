@@ -1,7 +1,10 @@
-// Copying a staged file onto its target. The new contents go to a fresh
-// file beside the target, are flushed to disk and then renamed over it, so
-// at every moment the target is either the old file or the new one. Only
-// where that cannot be done is the target rewritten in place.
+// Putting a staged file in its target's place. The new contents go to a
+// fresh file beside the target, are synced to disk, and only then renamed
+// over it; the directory is synced after the rename. So at every moment,
+// even if the program is killed or the machine stops, the target is either
+// the old file or the new one, whole. Where no file can be made beside the
+// target, nothing is written: rewriting it in place could leave it half old
+// and half new.
 #include "files/copy_file.h"
 
 #include <fcntl.h>
@@ -12,6 +15,8 @@
 #include <climits>
 #include <cstdlib>
 #include <string>
+
+#include "files/leftovers.h"
 
 namespace {
 
@@ -26,6 +31,13 @@ struct Fd {
     }
     Fd(const Fd&) = delete;
     Fd& operator=(const Fd&) = delete;
+    // Closes now, reporting the result (a deferred write error shows here).
+    bool close_checked()
+    {
+        int f = fd;
+        fd = -1;
+        return close(f) == 0;
+    }
 };
 
 bool write_all(int fd, const char* data, size_t length)
@@ -83,43 +95,47 @@ std::string directory_of(const std::string& path)
     return path.substr(0, slash);
 }
 
-// Permissions of the file being replaced, or those a new file would get.
-mode_t target_mode(const std::string& target)
+std::string file_name_of(const std::string& path)
 {
-    struct stat st {};
-    if (stat(target.c_str(), &st) == 0)
-        return st.st_mode & 07777;
-    mode_t mask = umask(0);
-    umask(mask);
-    return 0666 & ~mask;
+    size_t slash = path.rfind('/');
+    return slash == std::string::npos ? path : path.substr(slash + 1);
 }
 
-// When no file can take the target's place (a directory we may not write
-// into, a target that is a mount point) a writable target is rewritten in
-// place, as writing to it always could. Its room is reserved first, so a
-// full disk fails before a byte of the old contents is touched.
-bool overwrite_in_place(int from, const std::string& target)
+// The new file takes the old one's permissions, and (where we may give it)
+// its owner and group, so that saving someone's file as root does not take
+// it from them. A new target gets what the umask allows.
+bool take_attributes(int fd, const std::string& target)
 {
-    struct stat srcStat {};
-    if (fstat(from, &srcStat) != 0 || lseek(from, 0, SEEK_SET) != 0)
-        return false;
-    Fd out(open(target.c_str(), O_WRONLY | O_CLOEXEC));
     struct stat st {};
-    if (out.fd < 0 || fstat(out.fd, &st) != 0 || !S_ISREG(st.st_mode))
-        return false;
-    off_t size = srcStat.st_size;
-    if (size > st.st_size && posix_fallocate(out.fd, 0, size) != 0) {
-        // Emulated reservation may have grown the file; give that back.
-        (void)ftruncate(out.fd, st.st_size);
-        return false;
+    if (stat(target.c_str(), &st) == 0) {
+        if (fchown(fd, st.st_uid, st.st_gid) != 0)
+            (void)!fchown(fd, static_cast<uid_t>(-1), st.st_gid);   // at least the group
+        return fchmod(fd, st.st_mode & 07777) == 0;
     }
-    bool ok = copy_contents(from, out.fd) && ftruncate(out.fd, size) == 0 && fsync(out.fd) == 0;
-    int fd = out.fd;
-    out.fd = -1;
-    return close(fd) == 0 && ok;
+    mode_t mask = umask(0);
+    umask(mask);
+    return fchmod(fd, 0666 & ~mask) == 0;
+}
+
+// A rename is only durable once the directory holding it is on disk. File
+// systems that cannot sync a directory say so with EINVAL; that is no
+// failure of ours.
+bool sync_directory(const std::string& directory)
+{
+    Fd dir(open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (dir.fd < 0)
+        return false;
+    return fsync(dir.fd) == 0 || errno == EINVAL;
 }
 
 }  // namespace
+
+bool can_replace(const char* destination)
+{
+    if (!destination || !*destination)
+        return false;
+    return eaccess(directory_of(resolve_target(destination)).c_str(), W_OK | X_OK) == 0;
+}
 
 int copy_file(const char* source, const char* destination)
 {
@@ -137,21 +153,21 @@ int copy_file(const char* source, const char* destination)
     if (stat(target.c_str(), &targetStat) == 0 && !S_ISREG(targetStat.st_mode))
         return 0;   // never replace a directory, device or FIFO
 
-    std::string base = target.substr(target.rfind('/') == std::string::npos ? 0 : target.rfind('/') + 1);
-    std::string temp = directory_of(target) + "/." + base + ".XXXXXX";
+    std::string directory = directory_of(target);
+    std::string prefix = beside_prefix(file_name_of(target));
+    sweep_leftovers(directory, prefix);
+    std::string temp = directory + "/" + prefix + std::to_string(getpid()) + "-XXXXXX";
     Fd out(mkostemp(temp.data(), O_CLOEXEC));
     if (out.fd < 0)
-        return overwrite_in_place(in.fd, target) ? 1 : 0;
-    bool ok = copy_contents(in.fd, out.fd) && fchmod(out.fd, target_mode(target)) == 0 &&
+        return 0;
+    bool ok = copy_contents(in.fd, out.fd) && take_attributes(out.fd, target) &&
               fsync(out.fd) == 0;
-    int fd = out.fd;
-    out.fd = -1;
-    if (close(fd) != 0)
-        ok = false;
-    if (ok && rename(temp.c_str(), target.c_str()) == 0)
-        return 1;
-    unlink(temp.c_str());
-    // A copy that could not be written (a full disk) is not tried again
-    // over the old file; a rename the target refused is.
-    return ok && overwrite_in_place(in.fd, target) ? 1 : 0;
+    ok = out.close_checked() && ok;
+    if (!ok || rename(temp.c_str(), target.c_str()) != 0) {
+        unlink(temp.c_str());
+        return 0;
+    }
+    // The target is the new file from here on; an unsynced directory only
+    // means a crash might bring the old one back, whole.
+    return sync_directory(directory) ? 1 : 0;
 }

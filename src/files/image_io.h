@@ -30,5 +30,6 @@ void copy_xpm_info(DrawingXpmInfo* to, const DrawingXpmInfo* from);
 int read_image_file(const char* fileName, int* width, int* height, int* depth,
                     Pixmap* pixmap, int* hotspotX, int* hotspotY, DrawingXpmInfo* info);
 
-// Returns libXpm's status of the file write (0 XpmSuccess).
+// Returns libXpm's status of the file write (0 XpmSuccess), or
+// XpmFileInvalid when the file written does not read back as the drawing.
 int write_xpm_file(Drawing* d, const char* fileName);

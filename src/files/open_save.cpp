@@ -25,6 +25,7 @@
 #include "files/image_io.h"
 #include "files/staging.h"
 #include "files/suffix_rule.h"
+#include "files/written_check.h"
 #include "tools/hotspot.h"
 #include "tools/text.h"
 #include "tools/tool_table.h"
@@ -228,7 +229,10 @@ void save_drawing(Drawing* d, SaveContinuation then)
 {
     if (!d)
         return;
-    if (d->hasFile == 1 && !d->name.empty() && eaccess(d->name.c_str(), W_OK) == 0) {
+    // A file is only ever replaced by a new one beside it, so one whose
+    // folder takes no new files cannot be saved in place: Save As says so.
+    if (d->hasFile == 1 && !d->name.empty() && eaccess(d->name.c_str(), W_OK) == 0 &&
+        can_replace(d->name.c_str())) {
         // A failed direct write says nothing and still counts as saved;
         // the old file is never harmed by it (copy_file).
         std::string target = d->name;
@@ -290,6 +294,27 @@ std::string compress_staged(const Staging& staging)
     return {};
 }
 
+// Writes the staged file and checks it: the writer's status, the file read
+// back as exactly the picture written, and the file synced. 0 when all hold.
+static int write_staged(Drawing* d, const std::string& staged, bool bw)
+{
+    Display* dpy = app().display;
+    int status;
+    if (bw || d->depth == 1) {
+        Pixmap bits = bw && d->depth != 1 ? render_bw_pixmap(d) : d->image;
+        if (!bits)
+            return BitmapOpenFailed;
+        status = XWriteBitmapFile(dpy, staged.c_str(), bits, d->width, d->height, d->hotspotX,
+                                  d->hotspotY);
+        if (status == BitmapSuccess)
+            status = check_written_xbm(dpy, staged.c_str(), bits, d->width, d->height,
+                                       d->hotspotX, d->hotspotY);
+    } else {
+        status = write_xpm_file(d, staged.c_str());
+    }
+    return status != 0 ? status : sync_file(staged.c_str());
+}
+
 int write_drawing(Drawing* d, const char* target, bool bw)
 {
     if (!d || !target || !*target || !d->image)
@@ -302,34 +327,23 @@ int write_drawing(Drawing* d, const char* target, bool bw)
     if (!make_staging(destination, &staging))
         return 1;
 
-    Display* dpy = app().display;
-    int status;
-    if (bw || d->depth == 1) {
-        Pixmap bits = bw && d->depth != 1 ? render_bw_pixmap(d) : d->image;
-        status = bits ? XWriteBitmapFile(dpy, staging.file.c_str(), bits, d->width, d->height,
-                                         d->hotspotX, d->hotspotY)
-                      : BitmapOpenFailed;
-    } else {
-        status = write_xpm_file(d, staging.file.c_str());
-    }
-    if (status != 0) {
-        remove_staging(staging);
-        return status;
-    }
+    // Nothing reaches the target unless every step before it succeeded; the
+    // staging directory goes whatever happens, so failures never fill /tmp.
+    int status = write_staged(d, staging.file, bw);
     std::string written = staging.file;
-    if (!bw && d->depth != 1 && compressed_name(destination)) {
+    if (status == 0 && !bw && d->depth != 1 && compressed_name(destination)) {
         written = compress_staged(staging);
-        if (written.empty()) {
-            remove_staging(staging);
-            return 1;
-        }
+        status = written.empty() ? 1
+                                 : check_compressed_copy(staging.file.c_str(), written.c_str(),
+                                                         d->hotspotX, d->hotspotY);
     }
-    int copied = copy_file(written.c_str(), destination.c_str());
-    if (written != staging.file)
+    if (status == 0 && !copy_file(written.c_str(), destination.c_str()))
+        status = 1;
+    if (!written.empty() && written != staging.file)
         unlink(written.c_str());
     remove_staging(staging);
-    if (!copied)
-        return 1;
+    if (status != 0)
+        return status;
     if (!bw)
         set_name(d, destination.c_str());
     return 0;

@@ -1,12 +1,15 @@
 // A directory of our own under /tmp for each write: no other user can plant
 // a file or link under the name we write to, and two saves of files with
-// the same base name never meet.
+// the same base name never meet. The directory carries our process id so
+// that the next save can sweep away what a killed one left.
 #include "files/staging.h"
 
 #include <unistd.h>
 
 #include <cctype>
 #include <cstdlib>
+
+#include "files/leftovers.h"
 
 std::string staging_base_name(const std::string& target)
 {
@@ -26,7 +29,9 @@ std::string staging_base_name(const std::string& target)
 
 bool make_staging(const std::string& target, Staging* staging, const char* parent)
 {
-    std::string pattern = std::string(parent ? parent : "/tmp") + "/pictrel-XXXXXX";
+    std::string dir = parent ? parent : "/tmp";
+    sweep_leftovers(dir, staging_prefix());
+    std::string pattern = dir + "/" + staging_prefix() + std::to_string(getpid()) + "-XXXXXX";
     if (!mkdtemp(pattern.data()))
         return false;
     staging->directory = pattern;

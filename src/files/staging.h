@@ -15,7 +15,8 @@ struct Staging {
     std::string file;        // directory + "/" + base name
 };
 
-// Makes a fresh directory under `parent` (default "/tmp"); false on failure.
+// Makes a fresh directory under `parent` (default "/tmp"), first sweeping
+// away the ones that killed saves left there; false on failure.
 bool make_staging(const std::string& target, Staging* staging, const char* parent = "/tmp");
 // Removes the staged file and the directory.
 void remove_staging(const Staging& staging);

@@ -15,6 +15,7 @@
 #include "colour/color_list.h"
 #include "files/image_io.h"
 #include "files/mono_names.h"
+#include "files/written_check.h"
 
 namespace {
 
@@ -131,6 +132,9 @@ int write_xpm_file(Drawing* d, const char* fileName)
     info.x_hotspot = static_cast<unsigned>(d->hotspotX);
     info.y_hotspot = static_cast<unsigned>(d->hotspotY);
     status = XpmWriteFileFromXpmImage(const_cast<char*>(fileName), &xpm, &info);
+    // A full disk still gives XpmSuccess: only the file read back tells.
+    if (status == XpmSuccess)
+        status = check_written_xpm(fileName, xpm, d->hotspotX, d->hotspotY);
     XpmFreeXpmImage(&xpm);
     return status;
 }

@@ -19,33 +19,6 @@ using namespace filetest;
 
 namespace {
 
-// The text of a text or text field widget (Motif's text calls take both).
-std::string text_of(Widget w)
-{
-    char* s = XmTextGetString(w);
-    std::string v = s ? s : "";
-    XtFree(s);
-    return v;
-}
-
-void set_text(Widget w, const std::string& v) { XmTextSetString(w, const_cast<char*>(v.c_str())); }
-std::string file_text() { return text_of(file_dialog_text()); }
-
-// OK of the file dialog, as the dialog itself calls it, after typing `typed` when given.
-void press_file_ok(const std::string& typed = "")
-{
-    if (!typed.empty())
-        set_text(file_dialog_text(), typed);
-    XmFileSelectionBoxCallbackStruct cbs{};
-    cbs.reason = XmCR_OK;
-    XtCallCallbacks(file_dialog(), XmNokCallback, &cbs);
-    pump();
-}
-
-void command(Drawing* d, int cmd) { run_command(d, cmd, nullptr, False); pump(); }
-
-bool managed(Widget w) { return w && XtIsManaged(w); }
-
 Widget field(const char* name) { return XtNameToWidget(new_dialog(), (std::string("*") + name).c_str()); }
 
 std::string error_text() { return dialog_message(message_dialog(0)); }

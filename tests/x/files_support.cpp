@@ -10,8 +10,14 @@
 #include <fstream>
 #include <sstream>
 
+#include <Xm/FileSB.h>
+#include <Xm/Text.h>
+
 #include "app/app.h"
+#include "app/commands.h"
 #include "app/draw.h"
+#include "files/file_dialog.h"
+#include "files/open_save.h"
 
 namespace filetest {
 
@@ -213,6 +219,34 @@ unsigned rgb_of_spec(const std::string& spec)
     if (spec[0] != '#' || !XParseColor(app().display, app().colormap, spec.c_str(), &c))
         return 0xFFFFFFFF;
     return ((c.red >> 8) << 16) | ((c.green >> 8) << 8) | (c.blue >> 8);
+}
+
+std::string text_of(Widget w)
+{
+    char* s = XmTextGetString(w);
+    std::string v = s ? s : "";
+    XtFree(s);
+    return v;
+}
+
+void set_text(Widget w, const std::string& v) { XmTextSetString(w, const_cast<char*>(v.c_str())); }
+
+std::string file_text() { return text_of(file_dialog_text()); }
+
+void press_file_ok(const std::string& typed)
+{
+    if (!typed.empty())
+        set_text(file_dialog_text(), typed);
+    XmFileSelectionBoxCallbackStruct cbs{};
+    cbs.reason = XmCR_OK;
+    XtCallCallbacks(file_dialog(), XmNokCallback, &cbs);
+    pump();
+}
+
+void command(Drawing* d, int cmd)
+{
+    run_command(d, cmd, nullptr, False);
+    pump();
 }
 
 }  // namespace filetest

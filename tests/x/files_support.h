@@ -60,6 +60,16 @@ inline std::string dialog_message(Widget d) { return d ? xm_resource_text(d, XmN
 // Presses a push button of a dialog by its name (its activate callbacks), then pumps.
 void press(Widget dialog, const char* buttonName);
 
+// The text of a text or text field widget, and setting it.
+std::string text_of(Widget w);
+void set_text(Widget w, const std::string& v);
+// The file dialog's text field; OK of the file dialog as the dialog itself calls it, after typing `typed` when
+// given; a menu command run on a drawing as its menu item runs it. Each pumps afterwards.
+std::string file_text();
+void press_file_ok(const std::string& typed = "");
+void command(Drawing* d, int cmd);
+inline bool managed(Widget w) { return w && XtIsManaged(w); }
+
 // The open drawing named `name`, or null.
 Drawing* drawing_named(const std::string& name);
 int open_count();
