@@ -68,7 +68,7 @@ E2eApp::E2eApp(const char* display)
 E2eApp::~E2eApp()
 {
     if (running()) {
-        kill(pid_, SIGKILL);
+        kill(-pid_, SIGKILL);   // the whole group: a wrapper's own child too
         waitpid(pid_, nullptr, 0);
     }
     if (dpy_)
@@ -86,19 +86,36 @@ bool E2eApp::start(const std::vector<std::string>& args)
     outPath_ = logDir + "/" + argv0_ + ".out";
     errPath_ = logDir + "/" + argv0_ + ".err";
 
-    std::vector<char*> argv{argv0_.data()};
+    // Under a wrapper the binary is reached through a link named like the run, so that its argv[0] (and with it
+    // the windows' class hint) is still the run's name.
+    std::string link = logDir + "/" + argv0_;
+    std::vector<char*> argv;
+    for (std::string& w : wrapper_)
+        argv.push_back(w.data());
+    if (!wrapper_.empty()) {
+        unlink(link.c_str());
+        if (symlink(PICTREL_BINARY, link.c_str()) != 0)
+            return false;
+        argv.push_back(link.data());
+    } else {
+        argv.push_back(argv0_.data());
+    }
     for (const std::string& s : args)
         argv.push_back(const_cast<char*>(s.c_str()));
     argv.push_back(nullptr);
 
     pid_ = fork();
     if (pid_ == 0) {
+        setpgid(0, 0);
         setenv("DISPLAY", displayName_.c_str(), 1);
         setenv("XFILESEARCHPATH", resourcePath_.c_str(), 1);
         dup2(open("/dev/null", O_RDONLY), 0);
         dup2(open(outPath_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644), 1);
         dup2(open(errPath_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644), 2);
-        execv(PICTREL_BINARY, argv.data());
+        if (wrapper_.empty())
+            execv(PICTREL_BINARY, argv.data());
+        else
+            execvp(argv[0], argv.data());
         _exit(127);
     }
     return pid_ > 0;

@@ -29,6 +29,8 @@ public:
     Display* display() const { return dpy_; }
     // XFILESEARCHPATH of later runs; the source tree's resources by default.
     void set_resource_path(const std::string& path) { resourcePath_ = path; }
+    // A command the binary runs under (strace and its options, say); its windows keep this run's name.
+    void set_wrapper(const std::vector<std::string>& command) { wrapper_ = command; }
     // Spawns the binary, stdout and stderr going to <build>/e2e-logs.
     bool start(const std::vector<std::string>& args);
     const std::string& app_name() const { return argv0_; }
@@ -63,6 +65,7 @@ private:
     Display* dpy_ = nullptr;
     std::string displayName_, argv0_, outPath_, errPath_;
     std::string resourcePath_ = PICTREL_RESOURCE_DIR "/%N";
+    std::vector<std::string> wrapper_;
     pid_t pid_ = -1;
     int exitStatus_ = 0;
     bool exited_ = false;

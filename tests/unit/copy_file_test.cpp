@@ -2,16 +2,23 @@
 #include <gtest/gtest.h>
 
 #include <sched.h>
+#include <signal.h>
+#include <sys/wait.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <filesystem>
+#include <chrono>
 #include <fstream>
+#include <random>
+#include <iostream>
+#include <set>
 #include <sstream>
 #include <string>
 
 #include "files/copy_file.h"
+#include "files/leftovers.h"
 #include "files/staging.h"
 
 namespace {
@@ -118,6 +125,8 @@ TEST_F(CopyFile, UnwritablePlaceIsRefused)
     EXPECT_EQ(read_text(dst), "old");
     EXPECT_EQ(entries(dir), 1) << "no temporary file beside the target";
     chmod(dir.c_str(), 0700);
+    if (root)
+        umount2(dir.c_str(), MNT_DETACH);
 }
 
 // A full file system: the copy fails, the old target is whole and nothing is left beside it, whether the copy goes
@@ -137,6 +146,67 @@ TEST_F(CopyFile, FullDiskLeavesTargetIntact)
         EXPECT_EQ(entries(dir), 1) << "the partial copy is removed";
     }
     umount2(dir.c_str(), MNT_DETACH);
+}
+
+// A copy killed at any moment leaves the target either old or new, whole: children copy a large file over it and are
+// killed at random times spread over one copy's duration. The next copy sweeps away what the killed ones left.
+TEST_F(CopyFile, KilledAtAnyMomentLeavesOldOrNew)
+{
+    const std::string old(400000, 'o'), fresh(300000, 'n');
+    write_text(src, fresh);
+    write_text(dst, old);
+    auto start = std::chrono::steady_clock::now();
+    ASSERT_EQ(copy_file(src.c_str(), dst.c_str()), 1);
+    long span = std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - start).count();
+    std::mt19937 rng(11);
+    int olds = 0, news = 0;
+    for (int round = 0; round < 30; round++) {
+        write_text(dst, old);
+        pid_t child = fork();
+        if (child == 0) {
+            copy_file(src.c_str(), dst.c_str());
+            _exit(0);
+        }
+        usleep(static_cast<useconds_t>(rng() % static_cast<unsigned long>(span + 200)));
+        kill(child, SIGKILL);
+        waitpid(child, nullptr, 0);
+        std::string now = read_text(dst);
+        ASSERT_TRUE(now == old || now == fresh) << "round " << round << ": a target of " << now.size() << " bytes";
+        (now == old ? olds : news)++;
+    }
+    std::cout << "killed copies left the old file " << olds << " times, the new one " << news << " times\n";
+    write_text(dst, old);
+    ASSERT_EQ(copy_file(src.c_str(), dst.c_str()), 1);
+    EXPECT_EQ(entries(dir), 1) << "the killed copies' files are swept away";
+}
+
+// Scratch files name their maker's process id after a fixed prefix; a sweep removes those of ours whose process is
+// gone (files, and directories of files) and leaves those of live processes and every other name alone.
+TEST(Leftovers, NamesAndSweep)
+{
+    EXPECT_EQ(leftover_owner("pictrel-123-abcDE9", staging_prefix()), 123);
+    EXPECT_EQ(leftover_owner(".my pic.xpm.pictrel-42-Zz09Aa", beside_prefix("my pic.xpm")), 42);
+    for (const char* other : {"pictrel-copy-test-abcdef", "pictrel-123-abc", "pictrel-123-abcdefg", "pictrel--abcdef",
+                              "pictrel-0-abcdef", "pictrel-12x-abcdef", "pictrel-", "xpictrel-1-abcdef"})
+        EXPECT_EQ(leftover_owner(other, staging_prefix()), -1) << other;
+    EXPECT_EQ(leftover_owner(".pic.xpm.pictrel-42-Zz09Aa", beside_prefix("pic.xp")), -1);
+
+    TempDir t;
+    pid_t dead = fork();
+    if (dead == 0)
+        _exit(0);
+    waitpid(dead, nullptr, 0);
+    std::string gone = std::to_string(dead), live = std::to_string(getppid());
+    write_text(t.path + "/pictrel-" + gone + "-aaaaaa", "x");
+    mkdir((t.path + "/pictrel-" + gone + "-bbbbbb").c_str(), 0700);
+    write_text(t.path + "/pictrel-" + gone + "-bbbbbb/pic", "x");
+    write_text(t.path + "/pictrel-" + live + "-cccccc", "x");
+    write_text(t.path + "/pictrel-notes.txt", "x");
+    sweep_leftovers(t.path, staging_prefix());
+    std::set<std::string> left;
+    for (const auto& e : std::filesystem::directory_iterator(t.path))
+        left.insert(e.path().filename());
+    EXPECT_EQ(left, (std::set<std::string>{"pictrel-" + live + "-cccccc", "pictrel-notes.txt"}));
 }
 
 // The staging directory is private (0700), unique to each save, holds the file under the target's base name (cut at
