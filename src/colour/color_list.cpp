@@ -6,6 +6,8 @@
 
 #include <Xm/Xm.h>
 
+#include <vector>
+
 #include "app/app.h"
 #include "app/draw.h"
 #include "app/error_trap.h"
@@ -190,6 +192,7 @@ void free_all_colors(ColorList* list)
     forget_color_editor_list(list);
     Display* dpy = app().display;
     Colormap cmap = DefaultColormap(dpy, DefaultScreen(dpy));
+    std::vector<Widget> swatches;
     {
         ErrorTrap trap(dpy);
         ColorEntry* e = list->anchor->next;
@@ -201,11 +204,12 @@ void free_all_colors(ColorList* list)
             if (!shared)
                 XFreeColors(dpy, cmap, &e->pixel, 1, 0);
             if (e->button)
-                XtDestroyWidget(e->button);
+                swatches.push_back(e->button);
             XtFree(reinterpret_cast<char*>(e));
             e = next;
         }
     }
+    retire_swatches(swatches.data(), static_cast<Cardinal>(swatches.size()));
     list->anchor->next = nullptr;
     colour_count(list) = 0;
     list->foregroundEntry = nullptr;

@@ -82,10 +82,40 @@ void draw_swatch(Widget button, Pixel colour, Pixel mapping)
     XDrawLine(dpy, win, gc, inset + split + 1, inset, inset + split + 1, inset + h);
 }
 
+namespace {
+
+// A swatch put aside by retire_swatches: unmanaged, with no entry.
+Widget spare_swatch(Widget box)
+{
+    WidgetList children = nullptr;
+    Cardinal count = 0;
+    XtVaGetValues(box, XmNchildren, &children, XmNnumChildren, &count, nullptr);
+    for (Cardinal i = 0; i < count; i++) {
+        Widget w = children[i];
+        if (XtIsManaged(w) || XtClass(w) != xmDrawnButtonWidgetClass)
+            continue;
+        XtPointer data = nullptr;
+        XtVaGetValues(w, XmNuserData, &data, nullptr);
+        if (!data)
+            return w;
+    }
+    return nullptr;
+}
+
+}  // namespace
+
 Widget make_swatch_button(ColorList* list, ColorEntry* entry)
 {
     if (!list || !list->entryBox)
         return nullptr;
+    // Spares are taken in the box's child order, so that the swatches of a
+    // list reloaded after retire_swatches stand in list order again.
+    if (Widget spare = spare_swatch(list->entryBox)) {
+        XtVaSetValues(spare, XmNuserData, entry, nullptr);
+        XtManageChild(spare);
+        XmProcessTraversal(spare, XmTRAVERSE_CURRENT);
+        return spare;
+    }
     Widget b = XtVaCreateManagedWidget("ColorListEntry", xmDrawnButtonWidgetClass, list->entryBox,
                                        XmNuserData, entry, XmNmultiClick, XmMULTICLICK_KEEP,
                                        nullptr);
@@ -106,4 +136,11 @@ void fit_entry_box(ColorList* list, unsigned long count)
     XtVaGetValues(list->entryBox, XmNnumColumns, &now, nullptr);
     if (now != columns)
         XtVaSetValues(list->entryBox, XmNnumColumns, columns, nullptr);
+}
+
+void retire_swatches(WidgetList buttons, Cardinal count)
+{
+    for (Cardinal i = 0; i < count; i++)
+        XtVaSetValues(buttons[i], XmNuserData, nullptr, nullptr);
+    XtUnmanageChildren(buttons, count);
 }

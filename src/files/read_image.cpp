@@ -112,6 +112,31 @@ int read_xbm(const char* fileName, int* width, int* height, Pixmap* pixmap,
 
 // --- XPM ----------------------------------------------------------------
 
+// Gives libXpm's shared cells back and frees the list of them. The list
+// is ours to free: XpmFreeAttributes frees it only while its count is
+// non-zero, so a count zeroed to keep the cells from being freed twice, or
+// an image that took no cell, would otherwise leave it behind on every read.
+void give_back_shared_cells(Display* dpy, XpmAttributes* attrs)
+{
+    if (attrs->nalloc_pixels > 0)
+        XFreeColors(dpy, app().colormap, attrs->alloc_pixels, attrs->nalloc_pixels, 0);
+    XpmFree(attrs->alloc_pixels);
+    attrs->alloc_pixels = nullptr;
+    attrs->nalloc_pixels = 0;
+}
+
+// Everything libXpm returned in the attributes, the shared cells included.
+// The list of pixels has the same flaw as the list of cells: an image whose
+// only colour is transparent returns it with a count of zero.
+void release_attributes(Display* dpy, XpmAttributes* attrs)
+{
+    give_back_shared_cells(dpy, attrs);
+    XpmFree(attrs->pixels);
+    attrs->pixels = nullptr;
+    attrs->npixels = 0;
+    XpmFreeAttributes(attrs);
+}
+
 // Everything an XPM read holds, released in one place whatever the outcome.
 struct XpmRead {
     Display* dpy = nullptr;
@@ -145,13 +170,10 @@ struct XpmRead {
             XFreePixmap(dpy, xpmPixmap);
         if (mask)
             XFreePixmap(dpy, mask);
-        if (haveAttrs) {
-            // libXpm's shared cells served only to build the first pixmap;
-            // the drawing uses private cells from here on.
-            if (attrs.nalloc_pixels > 0)
-                XFreeColors(dpy, app().colormap, attrs.alloc_pixels, attrs.nalloc_pixels, 0);
-            XpmFreeAttributes(&attrs);
-        }
+        // libXpm's shared cells served only to build the first pixmap; the
+        // drawing uses private cells from here on.
+        if (haveAttrs)
+            release_attributes(dpy, &attrs);
         if (haveImage)
             XpmFreeXpmImage(&image);
         if (!keepCells) {
@@ -245,9 +267,7 @@ bool read_hotspot(Display* dpy, const char* fileName, int* hotspotX, int* hotspo
         XDestroyImage(image);
     if (shape)
         XDestroyImage(shape);
-    if (attrs.nalloc_pixels > 0)
-        XFreeColors(dpy, a.colormap, attrs.alloc_pixels, attrs.nalloc_pixels, 0);
-    XpmFreeAttributes(&attrs);
+    release_attributes(dpy, &attrs);
     return status == XpmSuccess;
 }
 
@@ -470,9 +490,7 @@ int read_xpm(const char* fileName, int* width, int* height, int* depth, Pixmap* 
         XQueryColors(dpy, a.colormap, shared.data(), static_cast<int>(shared.size()));
     for (const XColor& c : shared)
         r.colourOf[c.pixel] = c;
-    if (r.attrs.nalloc_pixels > 0)
-        XFreeColors(dpy, a.colormap, r.attrs.alloc_pixels, r.attrs.nalloc_pixels, 0);
-    r.attrs.nalloc_pixels = 0;
+    give_back_shared_cells(dpy, &r.attrs);
 
     CellRemap remap(returned);
     for (unsigned x = 0; x < w; x++) {

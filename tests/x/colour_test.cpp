@@ -229,6 +229,65 @@ TEST(Colour, SymbolicColoursFilledOnce)
         EXPECT_EQ(symbolicColors[i].pixel, i == 8 || i == 10 || i >= 16 ? 42u : before[i].pixel) << "entry " << i;
 }
 
+// Closing a colour drawing puts its swatches aside (unmanaged, with no entry) instead of destroying them, and the next
+// drawing of the slot takes them back in list order and shows its own colours on them; a colour added later takes the
+// spare left over. Motif keeps a record of every label-class widget it makes for good, so swatches made afresh for
+// every file opened would grow the program without end.
+TEST(Colour, SwatchesReusedByTheNextDrawingOfTheSlot)
+{
+    ASSERT_NE(make_drawing(8, 8), nullptr) << "one stays open: closing the last drawing ends the program";
+    Drawing* d = make_drawing(8, 8);
+    ASSERT_NE(d, nullptr);
+    ColorList* list = color_list_of(d);
+    ASSERT_NE(add_color(list, app().whitePixel, app().blackPixel, 1), nullptr);
+    std::vector<Widget> swatches;
+    for (ColorEntry* e : entries(d))
+        swatches.push_back(e->button);
+    ASSERT_EQ(swatches.size(), 4u);
+    auto children = [&] {
+        WidgetList kids = nullptr;
+        Cardinal n = 0;
+        XtVaGetValues(list->entryBox, XmNchildren, &kids, XmNnumChildren, &n, nullptr);
+        return std::vector<Widget>(kids, kids + n);
+    };
+    auto entry_of = [](Widget w) {
+        XtPointer data = nullptr;
+        XtVaGetValues(w, XmNuserData, &data, nullptr);
+        return static_cast<ColorEntry*>(data);
+    };
+
+    close_drawing(d);
+    pump();
+    ASSERT_EQ(children(), swatches) << "the swatches stay in the entry box";
+    for (Widget w : swatches) {
+        EXPECT_FALSE(XtIsManaged(w));
+        EXPECT_EQ(entry_of(w), nullptr) << "a put-aside swatch names no freed entry";
+    }
+
+    Drawing* again = make_drawing(8, 8);
+    ASSERT_EQ(again, d) << "the closed slot is taken again";
+    std::vector<ColorEntry*> e = entries(again);
+    ASSERT_EQ(e.size(), 3u);
+    for (size_t i = 0; i < e.size(); i++) {
+        EXPECT_EQ(e[i]->button, swatches[i]) << "swatch " << i << " in list order";
+        EXPECT_EQ(entry_of(swatches[i]), e[i]);
+        EXPECT_TRUE(XtIsManaged(swatches[i]));
+    }
+    EXPECT_FALSE(XtIsManaged(swatches[3])) << "the spare stays aside";
+    EXPECT_EQ(children().size(), 4u) << "no swatch was made";
+
+    ASSERT_EQ(cmd_show_colors(again, nullptr, False), 0);
+    pump();
+    Dimension width = 0, height = 0;
+    XtVaGetValues(e[2]->button, XmNwidth, &width, XmNheight, &height, nullptr);
+    EXPECT_EQ(window_pixel(XtWindow(e[2]->button), width / 3, height / 2), e[2]->pixel) << "the new entry's colour";
+    ColorEntry* added = add_color(list, app().whitePixel, app().blackPixel, 1);
+    ASSERT_NE(added, nullptr);
+    EXPECT_EQ(added->button, swatches[3]) << "a new colour takes the spare";
+    EXPECT_TRUE(XtIsManaged(swatches[3]));
+    EXPECT_EQ(children().size(), 4u);
+}
+
 // With every cell of the colormap taken, adding fails cleanly: the list keeps its count and chain, a new drawing is
 // refused, and the drawings already open keep painting.
 TEST(Colour, RunningOutOfCells)

@@ -11,6 +11,21 @@
 #include "app/app.h"
 #include "app/draw.h"
 
+// True in the tree built under AddressSanitizer. Its operator new ends the process when memory runs out instead of
+// throwing std::bad_alloc, and its own bookkeeping cannot live under an address-space limit: the tests that run the
+// program out of memory through RLIMIT_AS cannot run there.
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool underAddressSanitizer = true;
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+constexpr bool underAddressSanitizer = true;
+#else
+constexpr bool underAddressSanitizer = false;
+#endif
+#else
+constexpr bool underAddressSanitizer = false;
+#endif
+
 // Runs the Xt event loop until nothing is pending (after an XSync).
 void pump(int rounds = 3);
 
