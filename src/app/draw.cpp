@@ -10,10 +10,13 @@
 #include <Xm/Xm.h>
 #include <cstdio>
 #include <cstdlib>
+#include <algorithm>
 #include <cstring>
+#include <vector>
 
 #include "app/app.h"
 #include "app/cursors.h"
+#include "app/dialog_titles.h"
 #include "app/drop_open.h"
 #include "app/menus.h"
 #include "app/message.h"
@@ -21,6 +24,8 @@
 #include "app/session.h"
 #include "app/slot_choice.h"
 #include "app/status.h"
+#include "app/titles.h"
+#include "app/window_place.h"
 #include "canvas/image_store.h"
 #include "canvas/views.h"
 #include "colour/color_list.h"
@@ -51,12 +56,6 @@ Drawing* first_open_drawing()
 }
 
 namespace {
-
-const char* last_component(const char* path)
-{
-    const char* slash = strrchr(path, '/');
-    return slash ? slash + 1 : path;
-}
 
 // The separator stands right of the widest palette. The palettes' own
 // preferred widths are asked for: their current widths are not settled
@@ -152,8 +151,8 @@ void attach_children(Drawing* d, Widget form, Widget statusTop, Widget sep)
 void build_window(Drawing* d)
 {
     App& a = app();
-    const char* progName = last_component(a.res.programName ? a.res.programName : "pictrel");
-    d->shell = XtVaAppCreateShell(progName, "Pictrel", applicationShellWidgetClass, a.display,
+    std::string progName = title_name(a.res.programName ? a.res.programName : "pictrel");
+    d->shell = XtVaAppCreateShell(progName.c_str(), "Pictrel", applicationShellWidgetClass, a.display,
                                   XmNdeleteResponse, XmDO_NOTHING, XmNallowShellResize, True,
                                   nullptr);
     XtAddCallback(d->shell, XmNpopupCallback, shell_popup_cb, d);
@@ -188,11 +187,43 @@ void ensure_colour_list(Drawing* d)
         d->colourList = create_color_list_dialog(d->shell, d->foregroundGC, d->backgroundGC, &anchor,
                                                  colours_changed, d);
         d->colourDialogs[0] = d->colourList;
+        if (d->colourList) {
+            remember_dialog_role(d->colourList, "Colors");
+            XtAddCallback(XtParent(d->colourList), XmNpopupCallback, beside_drawing_cb, d);
+        }
     } else {
         set_list_gcs(d->colourList, d->foregroundGC, d->backgroundGC);
     }
     if (!d->bwDialog)
         create_bw_view(d->shell, d);
+}
+
+// A new window steps down and right from the window of the drawing opened
+// last, on the screen and never exactly over another drawing's window.
+// The first window stays where it was asked to be (-geometry), kept on the
+// screen. Called before the shell maps, when its size is known.
+void place_drawing_window(Drawing* d)
+{
+    std::vector<Drawing*> others;
+    for (Drawing* o : registry().slots)
+        if (o && o != d && drawing_is_open(o))
+            others.push_back(o);
+    std::sort(others.begin(), others.end(),
+              [](const Drawing* a, const Drawing* b) { return a->openSerial < b->openSerial; });
+    std::vector<WindowBox> open;
+    for (Drawing* o : others) {
+        WindowBox b;
+        if (shown_box(o->shell, &b))
+            open.push_back(b);
+    }
+    if (open.empty()) {
+        keep_shell_on_screen(d->shell);
+        return;
+    }
+    int w = 0, h = 0, sw = 0, sh = 0;
+    outer_size(d->shell, &w, &h);
+    screen_size(d->shell, &sw, &sh);
+    move_shell(d->shell, cascade_origin(open, w, h, sw, sh));
 }
 
 void show_bitmap_items(Drawing* d)
@@ -270,12 +301,22 @@ Drawing* create_drawing(const char* name, int width, int height, int depth, Pixm
         build_window(d);
     ensure_colour_list(d);
 
+    static unsigned long openings = 0;
+    d->openSerial = ++openings;
+
     reset_tool_state(d);
-    XtPopup(d->shell, XtGrabNone);
+    // Realised and sized before it maps, so that it can be placed whole:
+    // a window that maps first and moves after is seen jumping.
+    XtRealizeWidget(d->shell);
     // The top-level widget never maps: files are dropped on drawing windows.
     register_drop_site(d->shell);
     size_canvas(d);
     show_bitmap_items(d);
+    place_drawing_window(d);
+    XtPopup(d->shell, XtGrabNone);
+    // A message shown before this window (a file of the command line that
+    // would not open) must not disappear under it.
+    raise_messages();
 
     if (d->depth != 1 && load_color_list(d->colourList, xpm) != 0) {
         show_message(d->shell, res().allocColorErr, 0, nullptr, nullptr);
@@ -339,12 +380,15 @@ int open_file(const char* path, const char* name)
 
 void set_name(Drawing* d, const char* name)
 {
-    const char* base = last_component(name);
-    XtVaSetValues(d->shell, XmNtitle, base, nullptr);
+    std::string base = title_name(name);
+    XtVaSetValues(d->shell, XmNtitle, base.c_str(), nullptr);
     if (XtIsRealized(d->shell))
-        XtVaSetValues(d->shell, XmNiconName, base, nullptr);
+        XtVaSetValues(d->shell, XmNiconName, base.c_str(), nullptr);
     if (d->name != name)
         d->name = name;
+    // The windows that belong to the drawing say whose they are.
+    for (Widget dialog : {d->colourList, d->smallViewDialog, d->bwDialog})
+        title_dialog_for(dialog, d->name);
 }
 
 Drawing* find_drawing_of_widget(Widget w)

@@ -86,6 +86,9 @@ struct Drawing {
     Widget bwDialog;
     Pixmap bwPixmap;
     Widget statusLabel;
+    // When the drawing was opened, counted up: a new window cascades from
+    // the window of the drawing opened last.
+    unsigned long openSerial;
 };
 
 struct Registry {

@@ -13,6 +13,7 @@
 
 #include "app/app.h"
 #include "app/placement.h"
+#include "app/window_place.h"
 #include "colour/converters.h"
 
 namespace {
@@ -82,11 +83,20 @@ void centre_shell_over(Widget shell, Widget parent)
             ph = attr.height;
         }
     }
-    Dimension dw = 0, dh = 0;
-    XtVaGetValues(shell, XmNwidth, &dw, XmNheight, &dh, nullptr);
+    int dw = 0, dh = 0;
+    outer_size(shell, &dw, &dh);
     int x = centred_on_screen(px, pw, dw, WidthOfScreen(XtScreen(shell)));
     int y = centred_on_screen(py, ph, dh, HeightOfScreen(XtScreen(shell)));
-    XtVaSetValues(shell, XmNx, x, XmNy, y, nullptr);
+    move_shell(shell, {x, y});
+}
+
+void raise_messages()
+{
+    for (Widget dialog : dialogs) {
+        Widget shell = dialog ? XtParent(dialog) : nullptr;
+        if (shell && XtIsManaged(dialog) && XtIsRealized(shell))
+            XRaiseWindow(XtDisplay(shell), XtWindow(shell));
+    }
 }
 
 namespace {

@@ -17,6 +17,10 @@ int show_message(Widget parent, const char* text, int set,
 // The dialog of a button set, made on first use (null for sets above 5).
 Widget message_dialog(int set);
 
+// Raises every message dialog that is up above the windows mapped after
+// it, so that a message is never left under a window it is about.
+void raise_messages();
+
 // Moves a (dialog) shell so that it is centred over `parent`, or over the
 // screen when the parent is null or not on screen.
 void centre_shell_over(Widget shell, Widget parent);

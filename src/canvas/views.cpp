@@ -19,8 +19,10 @@
 #include "app/app.h"
 #include "app/commands.h"
 #include "app/cursors.h"
+#include "app/dialog_titles.h"
 #include "app/draw.h"
 #include "app/menus.h"
+#include "app/window_place.h"
 #include "canvas/image_store.h"
 #include "canvas/input.h"
 #include "colour/color_list.h"
@@ -77,13 +79,6 @@ void set_toggle(Drawing* d, int command, bool on)
     if (Widget t = menu_item(d, command))
         XmToggleButtonSetState(t, on ? True : False, False);
     d->menuState.toggles[command] = on ? True : False;
-}
-
-void set_title(Widget dialog, const std::string& name)
-{
-    XmString title = XmStringCreateLocalized(const_cast<char*>(name.c_str()));
-    XtVaSetValues(dialog, XmNdialogTitle, title, nullptr);
-    XmStringFree(title);
 }
 
 // Turns a rectangle of `image` into black and white in the drawing's
@@ -222,30 +217,36 @@ void close_bw_cb(Widget, XtPointer client, XtPointer) noexcept
 
 // The dialogs hide themselves through their Close button, the window
 // manager's close included, so the View toggles always tell the truth.
-Widget make_view_dialog(Widget parent, Drawing* d, const char* name, void (*fill)(Widget),
+// Both are titled with the drawing's name and what they show (`role`),
+// and open beside the drawing's window, where they cover neither its
+// palettes nor each other.
+Widget make_view_dialog(Widget parent, Drawing* d, const char* name, const char* role, void (*fill)(Widget),
                         XtCallbackProc close)
 {
     const DialogButton buttons[] = {
         {"Close", close, d},
         {nullptr, nullptr, nullptr},
     };
-    Arg args[2];
+    Arg args[3];
     Cardinal n = 0;
     XtSetArg(args[n], XmNautoUnmanage, False), n++;
     // The view keeps its size when a drawing of another size takes the slot.
     XtSetArg(args[n], XmNresizePolicy, XmRESIZE_GROW), n++;
+    XtSetArg(args[n], XmNdefaultPosition, False), n++;
     building = d;
     Widget dialog = template_dialog(parent, name, fill, args, n, buttons);
     building = nullptr;
     if (!dialog)
         return nullptr;
-    set_title(dialog, d->name);
+    remember_dialog_role(dialog, role);
+    title_dialog_for(dialog, d->name);
     if (Widget main = XtNameToWidget(dialog, "main"))
         XtVaSetValues(main, XmNtopAttachment, XmATTACH_FORM, nullptr);
     Widget shell = XtParent(dialog);
     XtVaSetValues(shell, XmNdeleteResponse, XmDO_NOTHING, nullptr);
     Atom del = XmInternAtom(XtDisplay(shell), const_cast<char*>("WM_DELETE_WINDOW"), False);
     XmAddWMProtocolCallback(shell, del, close, d);
+    XtAddCallback(shell, XmNpopupCallback, beside_drawing_cb, d);
     return dialog;
 }
 
@@ -255,14 +256,14 @@ void create_small_view(Widget parent, Drawing* d)
 {
     if (!parent || !d || d->smallViewDialog)
         return;
-    d->smallViewDialog = make_view_dialog(parent, d, "SmallView Dialog", fill_small_view, close_small_cb);
+    d->smallViewDialog = make_view_dialog(parent, d, "SmallView Dialog", "Actual Size", fill_small_view, close_small_cb);
 }
 
 void create_bw_view(Widget parent, Drawing* d)
 {
     if (!parent || !d || d->bwDialog)
         return;
-    d->bwDialog = make_view_dialog(parent, d, "BWView Dialog", fill_bw_view, close_bw_cb);
+    d->bwDialog = make_view_dialog(parent, d, "BWView Dialog", "Black and White", fill_bw_view, close_bw_cb);
 }
 
 void small_view_update(Drawing* d, int x, int y, int width, int height)
@@ -322,7 +323,7 @@ int cmd_show_small_view(Drawing* d, XEvent*, Boolean set)
         return 0;
     }
     // The name may have changed since the view was last shown (Save As).
-    set_title(d->smallViewDialog, d->name);
+    title_dialog_for(d->smallViewDialog, d->name);
     XtManageChild(d->smallViewDialog);
     set_toggle(d, CMD_SHOW_SMALL_VIEW, true);
     // Its area is realised only now: give it the current tool's cursor.
@@ -342,7 +343,7 @@ int cmd_show_bw_view(Drawing* d, XEvent*, Boolean set)
         set_toggle(d, CMD_SHOW_BW_VIEW, false);
         return 0;
     }
-    set_title(d->bwDialog, d->name);
+    title_dialog_for(d->bwDialog, d->name);
     XtManageChild(d->bwDialog);
     set_toggle(d, CMD_SHOW_BW_VIEW, true);
     // The rendering is not kept while the view is hidden: convert it all.

@@ -17,6 +17,7 @@
 
 #include "app/app.h"
 #include "app/error_trap.h"
+#include "app/window_place.h"
 #include "colour/color_list.h"
 #include "colour/converters.h"
 #include "colour/editor_hooks.h"
@@ -251,29 +252,34 @@ Widget shell_of(Widget w)
 // Puts the editor where it covers neither the drawing nor its colour list,
 // so the user sees the colour change in the image while dragging: right of
 // the colour list, else left of the drawing window, kept on the screen.
+// Runs as the editor pops up, when its size is its own: measured before,
+// a first showing's size is not yet final and the editor could end off
+// the screen's edge.
 void place_beside(Widget editorShell, ColorList* list)
 {
+    if (!list)
+        return;
     Widget listShell = shell_of(list->foregroundButton);
     Widget drawingShell = listShell ? shell_of(XtParent(listShell)) : nullptr;
-    if (!listShell || !XtIsRealized(listShell) || !drawingShell || !XtIsRealized(drawingShell))
+    WindowBox listBox, drawingBox;
+    if (!shown_box(listShell, &listBox) || !shown_box(drawingShell, &drawingBox))
         return;
-    Dimension listWidth = 0, width = 0, height = 0;
-    XtVaGetValues(listShell, XmNwidth, &listWidth, nullptr);
-    XtVaGetValues(dialog, XmNwidth, &width, XmNheight, &height, nullptr);
-    Position lx = 0, ly = 0, dx = 0, dy = 0;
-    XtTranslateCoords(listShell, 0, 0, &lx, &ly);
-    XtTranslateCoords(drawingShell, 0, 0, &dx, &dy);
-    int screenWidth = WidthOfScreen(XtScreen(editorShell));
-    int screenHeight = HeightOfScreen(XtScreen(editorShell));
-    int x = lx + int(listWidth) + 12;
-    int y = ly;
-    if (x + int(width) > screenWidth) {
-        x = dx - int(width) - 12;
-        y = dy;
+    int width = 0, height = 0, screenWidth = 0, screenHeight = 0;
+    outer_size(editorShell, &width, &height);
+    screen_size(editorShell, &screenWidth, &screenHeight);
+    int x = listBox.x + listBox.width + BESIDE_GAP;
+    int y = listBox.y;
+    if (x + width > screenWidth) {
+        x = drawingBox.x - width - BESIDE_GAP;
+        y = drawingBox.y;
     }
-    x = std::clamp(x, 0, std::max(0, screenWidth - int(width)));
-    y = std::clamp(y, 0, std::max(0, screenHeight - int(height)));
-    XtVaSetValues(dialog, XmNx, Position(x), XmNy, Position(y), nullptr);
+    move_shell(editorShell, clamped_on_screen(x, y, width, height, screenWidth, screenHeight));
+}
+
+void place_cb(Widget shell, XtPointer, XtPointer) noexcept
+{
+    if (editor)
+        place_beside(shell, editor->list);
 }
 
 }  // namespace
@@ -354,14 +360,15 @@ void open_color_editor(ColorList* list, ColorEntry* entry)
 {
     if (!list || !entry)
         return;
-    if (!dialog)
+    if (!dialog) {
         dialog = make_dialog();
+        if (dialog)
+            XtAddCallback(XtParent(dialog), XmNpopupCallback, place_cb, nullptr);
+    }
     if (!dialog)
         return;
     load_color_editor(list, entry);
     Widget shell = XtParent(dialog);
-    if (!XtIsManaged(dialog))
-        place_beside(shell, list);
     XtManageChild(dialog);
     XtPopup(shell, XtGrabNone);
     if (XtIsRealized(shell))

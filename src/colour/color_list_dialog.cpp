@@ -171,7 +171,7 @@ Widget create_color_list_dialog(Widget parent, GC foregroundGC, GC backgroundGC,
     Cardinal n = 0;
     XtSetArg(args[n], XmNuserData, list); n++;
     XtSetArg(args[n], XmNautoUnmanage, False); n++;
-    // Shown beside its drawing window (cmd_show_colors), not over it.
+    // Shown beside its drawing window, not over it: the drawing places it.
     XtSetArg(args[n], XmNdefaultPosition, False); n++;
 
     buildingList = list;
@@ -190,23 +190,9 @@ int cmd_show_colors(Drawing* d, XEvent*, Boolean)
 {
     if (!d || !d->colourList)
         return 1;
+    // It pops up beside the drawing window (the drawing placed it so).
     Widget dialog = d->colourList;
     Widget shell = XtParent(dialog);
-    if (!XtIsManaged(dialog) && d->shell && XtIsRealized(d->shell)) {
-        // Beside the drawing window, on screen.
-        Position x = 0, y = 0;
-        Dimension width = 0, dialogWidth = 0;
-        XtTranslateCoords(d->shell, 0, 0, &x, &y);
-        XtVaGetValues(d->shell, XmNwidth, &width, nullptr);
-        XtVaGetValues(dialog, XmNwidth, &dialogWidth, nullptr);
-        int screenWidth = WidthOfScreen(XtScreen(dialog));
-        int left = x + int(width) + 12;
-        if (left + int(dialogWidth) > screenWidth)
-            left = screenWidth - int(dialogWidth) - 12;
-        if (left < 0)
-            left = 0;
-        XtVaSetValues(dialog, XmNx, Position(left), XmNy, y, nullptr);
-    }
     XtManageChild(dialog);
     if (shell && XtIsRealized(shell))
         XRaiseWindow(XtDisplay(shell), XtWindow(shell));

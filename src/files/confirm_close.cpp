@@ -5,9 +5,13 @@
 #include <Xm/Label.h>
 #include <Xm/Xm.h>
 
+#include <cstring>
+#include <string>
+
 #include "app/app.h"
 #include "app/draw.h"
 #include "app/session.h"
+#include "app/titles.h"
 #include "colour/converters.h"
 #include "files/file_dialog.h"
 #include "files/new_close.h"
@@ -20,6 +24,10 @@ Widget confirmDialog = nullptr;
 // address, so they always act on the latest request.
 Drawing* confirmDrawing = nullptr;
 Placement confirmPlacement{};
+// The question as the application defaults word it, with a "%s" where the
+// drawing's name goes; read from the label when the dialog is made.
+std::string confirmQuestion;
+constexpr const char* BUILT_IN_QUESTION = "Save changes to %s before closing?";
 // Set while Quit walks the drawings; a Cancel anywhere stops it.
 bool quitting = false;
 
@@ -30,7 +38,29 @@ void fill_confirm_form(Widget form)
     XtSetArg(args[1], XmNbottomAttachment, XmATTACH_FORM);
     XtSetArg(args[2], XmNleftAttachment, XmATTACH_FORM);
     XtSetArg(args[3], XmNrightAttachment, XmATTACH_FORM);
-    XtManageChild(XmCreateLabel(form, const_cast<char*>("confirmLabel"), args, 4));
+    Widget label = XmCreateLabel(form, const_cast<char*>("confirmLabel"), args, 4);
+    XtManageChild(label);
+    // A label the resources say nothing about shows its own name.
+    XmString text = nullptr;
+    XtVaGetValues(label, XmNlabelString, &text, nullptr);
+    char* plain = text ? static_cast<char*>(XmStringUnparse(text, nullptr, XmCHARSET_TEXT, XmCHARSET_TEXT,
+                                                              nullptr, 0, XmOUTPUT_ALL))
+                       : nullptr;
+    confirmQuestion = plain && *plain && strcmp(plain, "confirmLabel") != 0 ? plain : BUILT_IN_QUESTION;
+    XtFree(plain);
+    XmStringFree(text);
+}
+
+// The question names the drawing it is about.
+void ask_about(Drawing* d)
+{
+    Widget label = XtNameToWidget(confirmDialog, "*confirmLabel");
+    if (!label)
+        return;
+    std::string text = question_about(confirmQuestion, d->name);
+    XmString s = XmStringCreateLtoR(const_cast<char*>(text.c_str()), const_cast<char*>(XmFONTLIST_DEFAULT_TAG));
+    XtVaSetValues(label, XmNlabelString, s, nullptr);
+    XmStringFree(s);
 }
 
 void save_cb(Widget, XtPointer client, XtPointer) noexcept
@@ -62,8 +92,11 @@ Widget make_confirm_dialog(Drawing* d)
     XtSetArg(args[1], XmNdefaultPosition, False);
     Widget parent = d && d->shell ? d->shell : app().topLevel;
     Widget dialog = template_dialog(parent, "ConfirmClose", fill_confirm_form, args, 2, buttons);
-    if (dialog)
+    if (dialog) {
         set_default_button(dialog, "Save");
+        // Escape answers Cancel, as in every other dialog that has one.
+        XtVaSetValues(dialog, XmNcancelButton, XtNameToWidget(dialog, "Cancel"), nullptr);
+    }
     return dialog;
 }
 
@@ -74,7 +107,17 @@ void show_confirm(Drawing* d)
     if (!confirmDialog)
         return;
     confirmDrawing = d;
+    ask_about(d);
     centre_when_shown(confirmDialog, &confirmPlacement, d);
+    // A request about another drawing while the question is up takes it
+    // over: the question moves over the drawing it now concerns, so that
+    // Discard never throws away a drawing the user was not looking at.
+    if (XtIsManaged(confirmDialog)) {
+        Widget shell = XtParent(confirmDialog);
+        centre_over_drawing(shell, d);
+        if (XtIsRealized(shell))
+            XRaiseWindow(XtDisplay(shell), XtWindow(shell));
+    }
     // While the session manager ends the program there is no way out but
     // to answer.
     Widget cancel = XtNameToWidget(confirmDialog, "Cancel");

@@ -8,6 +8,7 @@
 
 #include "app/app.h"
 #include "app/placement.h"
+#include "app/window_place.h"
 #include "app/draw.h"
 #include "files/open_save.h"
 
@@ -23,31 +24,7 @@ void placement_cb(Widget shell, XtPointer client, XtPointer) noexcept
     auto* placement = static_cast<Placement*>(client);
     XtRemoveCallback(shell, XmNpopupCallback, placement_cb, client);
     placement->pending = false;
-
-    // The asking drawing's shell, or the whole screen without one.
-    Position x = 0, y = 0;
-    Dimension width = 0, height = 0;
-    Drawing* d = placement->drawing;
-    if (d && d->shell) {
-        XtVaGetValues(d->shell, XmNx, &x, XmNy, &y, XmNwidth, &width, XmNheight, &height, nullptr);
-    } else {
-        Screen* s = XtScreen(shell);
-        width = static_cast<Dimension>(WidthOfScreen(s));
-        height = static_cast<Dimension>(HeightOfScreen(s));
-    }
-    Dimension dw = 0, dh = 0;
-    XtVaGetValues(shell, XmNwidth, &dw, XmNheight, &dh, nullptr);
-    if (dw == 0 || dh == 0) {
-        WidgetList kids = nullptr;
-        Cardinal n = 0;
-        XtVaGetValues(shell, XmNchildren, &kids, XmNnumChildren, &n, nullptr);
-        if (n > 0)
-            XtVaGetValues(kids[0], XmNwidth, &dw, XmNheight, &dh, nullptr);
-    }
-    Screen* screen = XtScreen(shell);
-    int nx = centred_on_screen(x, width, dw, WidthOfScreen(screen));
-    int ny = centred_on_screen(y, height, dh, HeightOfScreen(screen));
-    XtVaSetValues(shell, XmNx, static_cast<Position>(nx), XmNy, static_cast<Position>(ny), nullptr);
+    centre_over_drawing(shell, placement->drawing);
 }
 
 void cancel_cb(Widget, XtPointer, XtPointer) noexcept
@@ -63,6 +40,26 @@ void overwrite_ok_cb(Widget, XtPointer, XtPointer) noexcept
 }
 
 }  // namespace
+
+void centre_over_drawing(Widget shell, Drawing* d)
+{
+    // The asking drawing's shell, or the whole screen without one.
+    Position x = 0, y = 0;
+    Dimension width = 0, height = 0;
+    if (d && d->shell) {
+        XtVaGetValues(d->shell, XmNx, &x, XmNy, &y, XmNwidth, &width, XmNheight, &height, nullptr);
+    } else {
+        Screen* s = XtScreen(shell);
+        width = static_cast<Dimension>(WidthOfScreen(s));
+        height = static_cast<Dimension>(HeightOfScreen(s));
+    }
+    int dw = 0, dh = 0;
+    outer_size(shell, &dw, &dh);
+    Screen* screen = XtScreen(shell);
+    int nx = centred_on_screen(x, width, dw, WidthOfScreen(screen));
+    int ny = centred_on_screen(y, height, dh, HeightOfScreen(screen));
+    move_shell(shell, {nx, ny});
+}
 
 void centre_when_shown(Widget dialog, Placement* placement, Drawing* d)
 {

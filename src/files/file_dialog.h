@@ -14,6 +14,9 @@ struct Placement {
     bool pending;
 };
 void centre_when_shown(Widget dialog, Placement* placement, Drawing* d);
+// Moves a dialog's shell over the drawing's shell now (over the screen
+// without a drawing), kept on the screen.
+void centre_over_drawing(Widget shell, Drawing* d);
 
 // The file dialog, made on first use under the asking drawing's shell.
 Widget get_file_dialog(Drawing* d);

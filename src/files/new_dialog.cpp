@@ -15,6 +15,7 @@
 #include "app/message.h"
 #include "app/safe_format.h"
 #include "colour/converters.h"
+#include "files/file_dialog.h"
 #include "files/new_close.h"
 
 namespace {
@@ -28,6 +29,7 @@ Widget widthField = nullptr;
 Widget heightField = nullptr;
 // The drawing whose menu asked last; the OK button acts for it.
 Drawing* askingDrawing = nullptr;
+Placement newPlacement{};
 
 // Only the first character of an insertion is looked at: typing is one
 // character at a time, and a pasted "12x" still reads as 12.
@@ -153,13 +155,18 @@ Widget make_new_dialog(Drawing* d)
         {"Cancel", new_cancel_cb, nullptr},
         {nullptr, nullptr, nullptr},
     };
-    Arg args[2];
+    Arg args[3];
     XtSetArg(args[0], XmNdialogStyle, XmDIALOG_FULL_APPLICATION_MODAL);
     XtSetArg(args[1], XmNautoUnmanage, False);
+    // Placed over the drawing that asks each time, not the one it was made for.
+    XtSetArg(args[2], XmNdefaultPosition, False);
     Widget parent = d && d->shell ? d->shell : app().topLevel;
-    Widget dialog = template_dialog(parent, "New Dialog", fill_new_form, args, 2, buttons);
-    if (dialog)
+    Widget dialog = template_dialog(parent, "New Dialog", fill_new_form, args, 3, buttons);
+    if (dialog) {
         set_default_button(dialog, "OK");
+        // Escape answers Cancel.
+        XtVaSetValues(dialog, XmNcancelButton, XtNameToWidget(dialog, "Cancel"), nullptr);
+    }
     return dialog;
 }
 
@@ -169,10 +176,6 @@ Widget new_dialog() { return newDialog; }
 
 void show_new_dialog(Drawing* d)
 {
-    if (registry().openCount >= MAX_DRAWINGS)
-        show_message(d ? d->shell : nullptr,
-                     res().tooManyDrawingsString ? res().tooManyDrawingsString : "Too many drawings",
-                     0, nullptr, nullptr);
     if (!newDialog)
         newDialog = make_new_dialog(d);
     if (!newDialog)
@@ -181,8 +184,16 @@ void show_new_dialog(Drawing* d)
     XmTextFieldSetString(nameField, const_cast<char*>(""));
     set_field(widthField, res().drawAreaWidth);
     set_field(heightField, res().drawAreaHeight);
+    centre_when_shown(newDialog, &newPlacement, d && drawing_is_open(d) ? d : nullptr);
     XtManageChild(newDialog);
     XmProcessTraversal(nameField, XmTRAVERSE_CURRENT);
+    // With eight drawings open the dialog still comes up, but the message
+    // comes after it: over it, where it is seen, and reachable past the
+    // dialog's modal grab, which would shut out a message shown before.
+    if (registry().openCount >= MAX_DRAWINGS)
+        show_message(XtParent(newDialog),
+                     res().tooManyDrawingsString ? res().tooManyDrawingsString : "Too many drawings",
+                     0, nullptr, nullptr);
 }
 
 int cmd_new(Drawing* d, XEvent*, Boolean)

@@ -5,6 +5,7 @@
 // choice the dialog was opened with.
 #include "fonts/font_dialog.h"
 
+#include <X11/Xatom.h>
 #include <Xm/Form.h>
 #include <Xm/Label.h>
 #include <Xm/List.h>
@@ -13,6 +14,7 @@
 #include <Xm/ToggleB.h>
 #include <Xm/Xm.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <string>
@@ -64,6 +66,13 @@ struct FontDialogState {
 
 FontDialogState* state = nullptr;
 FontChoice choice{};
+// The drawing whose menu asked last: the dialog pops up over it.
+Drawing* asking = nullptr;
+
+void place_cb(Widget shell, XtPointer, XtPointer) noexcept
+{
+    centre_shell_over(shell, asking && drawing_is_open(asking) ? asking->shell : nullptr);
+}
 
 int selected_position(Widget list)
 {
@@ -115,7 +124,9 @@ void show_on_sample(XFontStruct* font)
     XmFontListFree(list);
 }
 
-void make_current(XFontStruct* font, const std::string& name)
+// Makes the font the chooser's; `toText` gives it to the text tool of
+// every open drawing too, which a font that came from the tool skips.
+void make_current(XFontStruct* font, const std::string& name, bool toText = true)
 {
     choice.font = font;
     choice.lineHeight = font_line_height(font->ascent, font->descent);
@@ -131,6 +142,8 @@ void make_current(XFontStruct* font, const std::string& name)
     if (choice.gc)
         XSetFont(app().display, choice.gc, font->fid);
     show_on_sample(font);
+    if (!toText)
+        return;
     for (Drawing* d : registry().slots)
         if (d && drawing_is_open(d))
             text_set_font(d, name.c_str());
@@ -367,7 +380,9 @@ void fill_font_form(Widget form)
     XtManageChild(state->sample);
 }
 
-void fill_lists(const std::vector<const char*>& names)
+// Fills the foundry list, and with `chooseFirst` chooses its first entry,
+// which fills the lists below and loads the first font.
+void fill_lists(const std::vector<const char*>& names, bool chooseFirst = true)
 {
     state->fonts = sorted_font_records(names);
     for (int i = 0; i < LIST_COUNT; i++) {
@@ -381,7 +396,8 @@ void fill_lists(const std::vector<const char*>& names)
         show_message(XtParent(state->dialog), cant_load_text(), 0, nullptr, nullptr);
         return;
     }
-    XmListSelectPos(state->lists[LIST_FOUNDRY], 1, True);
+    if (chooseFirst)
+        XmListSelectPos(state->lists[LIST_FOUNDRY], 1, True);
 }
 
 void fill_lists_from_server()
@@ -391,9 +407,76 @@ void fill_lists_from_server()
     std::vector<const char*> list;
     for (int i = 0; names && i < count; i++)
         list.push_back(names[i]);
-    fill_lists(list);
+    // Nothing is chosen yet: the dialog opens on the text tool's font.
+    fill_lists(list, false);
     if (names)
         XFreeFontNames(names);
+}
+
+// Chooses `item` in a list, with the list's own consequences (the lists
+// below refill); false when the list does not hold it.
+bool select_item(int level, const std::string& item)
+{
+    const std::vector<std::string>& items = state->items[level];
+    auto found = std::find(items.begin(), items.end(), item);
+    if (found == items.end())
+        return false;
+    Widget list = state->lists[level];
+    int pos = static_cast<int>(found - items.begin()) + 1;
+    XmListSelectPos(list, pos, True);
+    // Scrolled into view: a choice far down a long list is seen too.
+    int top = 1, visible = 1;
+    XtVaGetValues(list, XmNtopItemPosition, &top, XmNvisibleItemCount, &visible, nullptr);
+    if (pos < top || pos >= top + visible)
+        XmListSetPos(list, pos);
+    return true;
+}
+
+// The full name of a loaded font, from its FONT property; `fallback` when
+// it has none.
+std::string full_name(XFontStruct* font, const char* fallback)
+{
+    unsigned long atom = 0;
+    if (!font || !XGetFontProperty(font, XA_FONT, &atom))
+        return fallback;
+    char* name = XGetAtomName(app().display, atom);
+    std::string out = name ? name : fallback;
+    XFree(name);
+    return out;
+}
+
+// Shows in the lists, the toggles and the sample the font the text tool
+// types in, without loading anything in its place: opening the chooser
+// changes no font. False when the lists do not hold it.
+bool open_on_font(XFontStruct* font)
+{
+    std::string name = full_name(font, FALLBACK_FONT);
+    int index = listed_font_index(state->fonts, name);
+    if (index < 0)
+        return false;
+    const FontRecord& r = state->fonts[static_cast<size_t>(index)];
+    state->restoring = true;
+    bool shown = select_item(LIST_FOUNDRY, r.foundry) && select_item(LIST_FAMILY, r.family) &&
+                 (!r.xlfd || select_item(LIST_SIZE, r.size));
+    if (shown) {
+        StyleToggles t = read_toggles();
+        choose_styles_of(r, &t);
+        write_toggles(t);
+    }
+    state->restoring = false;
+    if (!shown)
+        return false;
+    // The dialog's own copy: the text tool frees its fonts as it changes them.
+    std::string loadName = r.name;
+    XFontStruct* own = load_font(loadName);
+    if (!own) {
+        loadName = name;
+        own = load_font(loadName);
+    }
+    if (!own)
+        return false;
+    make_current(own, loadName, false);
+    return true;
 }
 
 bool make_font_dialog()
@@ -413,6 +496,11 @@ bool make_font_dialog()
         return false;
     }
     set_default_button(state->dialog, "OK");
+    // Escape answers Cancel.
+    XtVaSetValues(state->dialog, XmNcancelButton, XtNameToWidget(state->dialog, "Cancel"), nullptr);
+    // Placed over the asking drawing as it pops up.
+    XtVaSetValues(state->dialog, XmNdefaultPosition, False, nullptr);
+    XtAddCallback(XtParent(state->dialog), XmNpopupCallback, place_cb, nullptr);
     // The sample's GC needs its window: realise before the first load.
     XtRealizeWidget(XtParent(state->dialog));
     fill_lists_from_server();
@@ -436,15 +524,21 @@ void show_font_dialog(Drawing* d)
     bool first = !state;
     if (first && !make_font_dialog())
         return;
+    // The chooser opens on the font the text tool has. A font the lists do
+    // not hold leaves the choice as it was; on the first showing that is
+    // the lists' first font, and Cancel goes back to the tool's own.
+    Drawing* tool = d && drawing_is_open(d) ? d : first_open_drawing();
+    XFontStruct* textFont = tool ? text_font(tool) : nullptr;
+    bool onTextFont = textFont && open_on_font(textFont);
+    if (first && !onTextFont && !state->items[LIST_FOUNDRY].empty())
+        XmListSelectPos(state->lists[LIST_FOUNDRY], 1, True);
     save_choice();
-    // Making the dialog already chose its first font; Cancel of this first
-    // showing goes back to the text tool's own first font.
-    if (first) {
-        state->saved.name = FALLBACK_FONT;
-        state->saved.font = load_font(FALLBACK_FONT);
+    if (first && !onTextFont) {
+        state->saved.name = full_name(textFont, FALLBACK_FONT);
+        state->saved.font = load_font(state->saved.name);
     }
+    asking = d;
     XtManageChild(state->dialog);
-    centre_shell_over(XtParent(state->dialog), d && drawing_is_open(d) ? d->shell : nullptr);
 }
 
 int cmd_fonts(Drawing* d, XEvent*, Boolean)

@@ -3,6 +3,7 @@
 #include "fonts/font_names.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cstdlib>
 #include <cstring>
 
@@ -189,4 +190,42 @@ int font_line_height(int ascent, int descent)
 {
     int h = ascent + descent;
     return h + h * 10 / 100;
+}
+
+void choose_styles_of(const FontRecord& font, StyleToggles* t)
+{
+    struct Row {
+        char letter;
+        int style, first, last;   // the toggle and its radio row
+    };
+    static const Row rows[] = {
+        {'m', STYLE_MEDIUM, STYLE_MEDIUM, STYLE_BOLD},   {'b', STYLE_BOLD, STYLE_MEDIUM, STYLE_BOLD},
+        {'r', STYLE_ROMAN, STYLE_ROMAN, STYLE_OBLIQUE},  {'i', STYLE_ITALIC, STYLE_ROMAN, STYLE_OBLIQUE},
+        {'o', STYLE_OBLIQUE, STYLE_ROMAN, STYLE_OBLIQUE},
+    };
+    for (const Row& row : rows) {
+        char own = row.style <= STYLE_BOLD ? font.weight : font.slant;
+        if (std::tolower(static_cast<unsigned char>(own)) != row.letter || !t->sensitive[row.style])
+            continue;
+        for (int i = row.first; i <= row.last; i++)
+            t->set[i] = i == row.style;
+    }
+}
+
+int listed_font_index(const std::vector<FontRecord>& fonts, const std::string& fullName)
+{
+    std::string lower = fullName;
+    std::transform(lower.begin(), lower.end(), lower.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    auto same_name = [&](const FontRecord& r) { return r.name == fullName || r.name == lower; };
+    auto found = std::find_if(fonts.begin(), fonts.end(), same_name);
+    if (found == fonts.end()) {
+        FontRecord wanted = parse_font_name(lower.c_str());
+        if (wanted.xlfd)
+            found = std::find_if(fonts.begin(), fonts.end(), [&](const FontRecord& r) {
+                return r.xlfd && r.foundry == wanted.foundry && r.family == wanted.family && r.size == wanted.size &&
+                       r.weight == wanted.weight && r.slant == wanted.slant;
+            });
+    }
+    return found == fonts.end() ? -1 : static_cast<int>(found - fonts.begin());
 }

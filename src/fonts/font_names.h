@@ -59,11 +59,23 @@ bool styles_offered(const std::vector<FontRecord>& fonts, const std::string& fou
 // not offered moves to one that is, when there is one.
 void repair_style_toggles(StyleToggles* t);
 
+// Sets the weight and the slant toggles to the font's own, each where it
+// is offered; a letter with no toggle, or one not offered, leaves its row
+// as it is.
+void choose_styles_of(const FontRecord& font, StyleToggles* t);
+
 // The name to load for a choice: the full name under MISC_FOUNDRY, else an
 // XLFD pattern with the weight ("medium", "bold" or empty) and the slant
 // ("i", "o", "r" or empty) of the set and sensitive toggles.
 std::string font_pattern(const std::string& foundry, const std::string& family, const std::string& size,
                          const StyleToggles& t);
+
+// The record the chooser shows for a font known by its full name (the
+// FONT property of a loaded font, whatever its case): the record of that
+// very name, else the first with its foundry, family, pixel size, weight
+// and slant, else a name listed whole (an alias such as "fixed"). -1 when
+// the lists hold nothing of it.
+int listed_font_index(const std::vector<FontRecord>& fonts, const std::string& fullName);
 
 // Ascent plus descent plus a tenth of it, for line spacing.
 int font_line_height(int ascent, int descent);

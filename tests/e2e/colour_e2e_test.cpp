@@ -16,7 +16,7 @@ TEST(ColourE2e, WheelRecoloursTheDrawing)
     app.click(d.tools[3], 12, 12);
     app.click(d.canvas, 60, 60, 3);   // fill with the white background colour
     app.key(d.shell, "ctrl+l");
-    Window colours = app.wait_window("Colors");
+    Window colours = app.wait_window("Untitled - Colors");
     e2e_sleep_ms(200);
     int wells = 0;
     Geometry background{};   // the right one of the foreground and background wells

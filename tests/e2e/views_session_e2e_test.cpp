@@ -37,8 +37,8 @@ TEST(ViewsSessionE2e, ViewsShowThePictureAndTheSessionEndsIt)
 
     // View > Actual Size View, through the menu keys.
     app.keys(shell, {"F10", "Right", "Right", "Down", "a"});
-    Window small = app.wait_window(path);
-    ASSERT_NE(small, 0u) << "the small view is titled with the drawing's name";
+    Window small = app.wait_window("pic.xpm - Actual Size");
+    ASSERT_NE(small, 0u) << "the small view is titled with the drawing's name and what it shows";
     ImagePtr shown = read_window(dpy, small, find_canvas(dpy, small, SIZE, SIZE), SIZE, SIZE);
     ASSERT_TRUE(shown) << "its picture area";
     for (int x = 0; x < SIZE; x++) {

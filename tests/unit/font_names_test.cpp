@@ -105,3 +105,44 @@ TEST(FontNames, PatternsAndLineHeight)
     EXPECT_EQ(font_line_height(11, 2), 14);
     EXPECT_EQ(font_line_height(30, 10), 44);
 }
+
+// The chooser finds the record of a loaded font from its FONT property, which the server gives in mixed case: the
+// record of that name, else one of the same foundry, family, size, weight and slant; an alias listed whole is found
+// by its name; anything else is not listed.
+TEST(FontNames, ListedIndexOfALoadedFont)
+{
+    std::vector<FontRecord> fonts = sorted_font_records({
+        "-arabic-newspaper-medium-r-normal--0-0-100-100-p-0-iso10646-1",
+        "-misc-fixed-medium-r-normal--13-120-75-75-c-70-iso8859-1",
+        "-misc-fixed-medium-r-semicondensed--13-120-75-75-c-60-iso8859-1",
+        "-misc-fixed-bold-r-normal--13-120-75-75-c-70-iso8859-1",
+        "fixed",
+    });
+    auto name_at = [&](int i) { return i < 0 ? std::string("none") : fonts[static_cast<size_t>(i)].name; };
+    EXPECT_EQ(name_at(listed_font_index(fonts, "-Misc-Fixed-Medium-R-SemiCondensed--13-120-75-75-C-60-ISO8859-1")),
+              "-misc-fixed-medium-r-semicondensed--13-120-75-75-c-60-iso8859-1");
+    EXPECT_EQ(name_at(listed_font_index(fonts, "-Misc-Fixed-Bold-R-SemiCondensed--13-120-75-75-C-60-ISO8859-1")),
+              "-misc-fixed-bold-r-normal--13-120-75-75-c-70-iso8859-1")
+        << "same foundry, family, size, weight and slant";
+    EXPECT_EQ(name_at(listed_font_index(fonts, "fixed")), "fixed");
+    EXPECT_EQ(listed_font_index(fonts, "-misc-fixed-medium-i-normal--13-120-75-75-c-70-iso8859-1"), -1);
+    EXPECT_EQ(listed_font_index(fonts, "cursor"), -1);
+}
+
+// The chooser opening on a font sets its own weight and slant where they are offered; a style not offered, or a
+// letter with no toggle, leaves that row as it was.
+TEST(FontNames, StylesOfAFont)
+{
+    StyleToggles t = toggles({STYLE_MEDIUM, STYLE_ITALIC}, {STYLE_MEDIUM, STYLE_BOLD, STYLE_ROMAN, STYLE_ITALIC});
+    choose_styles_of(parse_font_name("-misc-fixed-bold-r-normal--13-120-75-75-c-70-iso8859-1"), &t);
+    EXPECT_TRUE(!t.set[STYLE_MEDIUM] && t.set[STYLE_BOLD] && t.set[STYLE_ROMAN] && !t.set[STYLE_ITALIC]);
+
+    t = toggles({STYLE_MEDIUM, STYLE_ROMAN}, {STYLE_MEDIUM, STYLE_ROMAN});
+    choose_styles_of(parse_font_name("-Adobe-Courier-Bold-O-Normal--12-120-75-75-M-70-ISO8859-1"), &t);
+    EXPECT_TRUE(t.set[STYLE_MEDIUM] && !t.set[STYLE_BOLD] && t.set[STYLE_ROMAN] && !t.set[STYLE_OBLIQUE])
+        << "bold and oblique are not offered";
+
+    t = toggles({STYLE_BOLD, STYLE_ITALIC}, {STYLE_MEDIUM, STYLE_BOLD, STYLE_ROMAN, STYLE_ITALIC});
+    choose_styles_of(parse_font_name("-misc-fixed-demibold-x-normal--13-120-75-75-c-70-iso8859-1"), &t);
+    EXPECT_TRUE(t.set[STYLE_BOLD] && t.set[STYLE_ITALIC]) << "letters with no toggle";
+}

@@ -7,8 +7,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstdlib>
+
 #include "app/commands.h"
 #include "app/message.h"
+#include "app/window_place.h"
 #include "files/file_dialog.h"
 #include "files/new_close.h"
 #include "files/open_save.h"
@@ -38,6 +41,33 @@ bool asks_to_close(Drawing* d)
     request_close(d);
     pump();
     return managed(confirm_dialog());
+}
+
+// Whether `upper` is stacked above `lower` among the root's children (no window manager reparents them here).
+bool stacked_above(Widget upper, Widget lower)
+{
+    Display* dpy = app().display;
+    Window root, parent, *kids = nullptr;
+    unsigned n = 0;
+    int up = -1, low = -1;
+    if (!XQueryTree(dpy, app().root, &root, &parent, &kids, &n))
+        return false;
+    for (unsigned i = 0; i < n; i++) {   // bottom to top
+        up = kids[i] == XtWindow(upper) ? int(i) : up;
+        low = kids[i] == XtWindow(lower) ? int(i) : low;
+    }
+    XFree(kids);
+    return up >= 0 && low >= 0 && up > low;
+}
+
+// Whether the dialog's shell is centred over the drawing's shell, to a pixel.
+bool centred_over(Widget dialogShell, Widget drawingShell)
+{
+    WindowBox d, s;
+    if (!shown_box(dialogShell, &d) || !shown_box(drawingShell, &s))
+        return false;
+    return std::abs((d.x + d.width / 2) - (s.x + s.width / 2)) <= 1 &&
+           std::abs((d.y + d.height / 2) - (s.y + s.height / 2)) <= 1;
 }
 
 }  // namespace
@@ -211,6 +241,49 @@ TEST(FilesNew, LimitsAndDefaults)
             EXPECT_EQ(made->height, c.height);
         }
     }
+}
+
+// With eight drawings open, File > New still opens its dialog, and "Too many drawings" comes over it: stacked
+// above the dialog, not hidden under it.
+TEST(FilesNew, TooManyDrawingsShownAboveTheDialog)
+{
+    Drawing* d = make_drawing(8, 8);
+    while (open_count() < MAX_DRAWINGS)
+        make_drawing(8, 8);
+    command(d, CMD_NEW);
+    ASSERT_TRUE(managed(new_dialog()));
+    ASSERT_TRUE(managed(message_dialog(0))) << "no message";
+    EXPECT_EQ(error_text(), "Too many drawings");
+    EXPECT_TRUE(stacked_above(XtParent(message_dialog(0)), XtParent(new_dialog())))
+        << "the message is under the New dialog";
+    EXPECT_EQ(open_count(), MAX_DRAWINGS);
+}
+
+// The close question names the drawing it is about. A close of another drawing while it is up takes the question
+// over: it moves over that drawing and names it, and Discard closes that drawing, not the first.
+TEST(FilesClose, QuestionNamesAndFollowsItsDrawing)
+{
+    Drawing* first = painted_drawing();
+    Drawing* second = painted_drawing();
+    set_name(first, "/tmp/first.xpm");
+    set_name(second, "/tmp/second.xpm");
+    XtVaSetValues(first->shell, XmNx, 100, XmNy, 0, nullptr);
+    XtVaSetValues(second->shell, XmNx, 700, XmNy, 500, nullptr);
+    pump();
+
+    ASSERT_TRUE(asks_to_close(first));
+    Widget label = XtNameToWidget(confirm_dialog(), "*confirmLabel");
+    ASSERT_TRUE(label);
+    EXPECT_EQ(xm_resource_text(label, XmNlabelString), "Save changes to first.xpm before closing?");
+    EXPECT_TRUE(centred_over(XtParent(confirm_dialog()), first->shell)) << "not over the first drawing";
+
+    ASSERT_TRUE(asks_to_close(second));
+    EXPECT_EQ(xm_resource_text(label, XmNlabelString), "Save changes to second.xpm before closing?");
+    EXPECT_TRUE(centred_over(XtParent(confirm_dialog()), second->shell)) << "left over the first drawing";
+
+    press(confirm_dialog(), "Discard");
+    EXPECT_FALSE(drawing_is_open(second));
+    EXPECT_TRUE(drawing_is_open(first)) << "Discard threw away the drawing asked about first";
 }
 
 // Closing asks only for a modified drawing: unmodified closes at once, Cancel keeps the drawing, Discard closes

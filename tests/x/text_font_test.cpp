@@ -88,6 +88,33 @@ void dismiss_messages()
     pump();
 }
 
+// The full name of a loaded font (its FONT property), "" without one.
+std::string font_name(XFontStruct* font)
+{
+    unsigned long nameAtom = 0;
+    if (!font || !XGetFontProperty(font, XA_FONT, &nameAtom))
+        return "";
+    char* fullName = XGetAtomName(app().display, nameAtom);
+    std::string out = fullName ? fullName : "";
+    XFree(fullName);
+    return out;
+}
+
+// The item selected in one of the chooser's lists, "" when none is.
+std::string selected_item(const char* list)
+{
+    XmStringTable items = nullptr;
+    int count = 0;
+    XtVaGetValues(dialog_child(list), XmNselectedItems, &items, XmNselectedItemCount, &count, nullptr);
+    if (count < 1)
+        return "";
+    char* text = static_cast<char*>(
+        XmStringUnparse(items[0], nullptr, XmCHARSET_TEXT, XmCHARSET_TEXT, nullptr, 0, XmOUTPUT_ALL));
+    std::string out = text ? text : "";
+    XtFree(text);
+    return out;
+}
+
 // Whether a loaded font's full name says it is bold.
 bool is_bold(XFontStruct* font)
 {
@@ -167,7 +194,8 @@ TEST(FontChooser, PickFontWhileTyping)
     run_command(d, CMD_FONTS, nullptr, False);
     pump();
     ASSERT_TRUE(font_dialog() && XtIsManaged(font_dialog()));
-    ASSERT_NE(current_font_choice().font, nullptr) << "the first font is chosen at once";
+    ASSERT_NE(current_font_choice().font, nullptr) << "the text tool's font is chosen at once";
+    std::string opened = current_font_choice().name;
     dismiss_messages();
     ASSERT_TRUE(select_item("*FontFoundry", "misc"));
     ASSERT_TRUE(select_item("*FontFamily", "fixed"));
@@ -189,9 +217,41 @@ TEST(FontChooser, PickFontWhileTyping)
 
     filetest::press(font_dialog(), "Cancel");
     EXPECT_FALSE(XtIsManaged(font_dialog()));
-    EXPECT_STREQ(current_font_choice().name, "fixed");
+    EXPECT_EQ(current_font_choice().name, opened);
     EXPECT_FALSE(is_bold(text_font(d)));
     EXPECT_EQ(text_is(d, text_font(d), {{4, 30, "Hi"}}), "") << "Cancel redraws the text in the old font";
+}
+
+// The chooser opens on the font the text tool types in ("fixed", 13 pixels, medium roman, from the misc foundry),
+// chosen in the lists and the toggles and shown in the sample, and opening it changes no drawing's font.
+TEST(FontChooser, OpensOnTheTextToolsFont)
+{
+    Drawing* d = make_drawing(40, 30);
+    std::string before = font_name(text_font(d));
+    ASSERT_EQ(before, font_name(XLoadQueryFont(app().display, "fixed")));
+    show_font_dialog(d);
+    pump();
+    ASSERT_TRUE(font_dialog() && XtIsManaged(font_dialog()));
+    EXPECT_EQ(selected_item("*FontFoundry"), "misc");
+    EXPECT_EQ(selected_item("*FontFamily"), "fixed");
+    EXPECT_EQ(selected_item("*FontSize"), "13");
+    for (const char* set : {"*Medium", "*Roman"})
+        EXPECT_TRUE(XmToggleButtonGetState(dialog_child(set))) << set;
+    for (const char* unset : {"*Bold", "*Italic", "*Oblique"})
+        EXPECT_FALSE(XmToggleButtonGetState(dialog_child(unset))) << unset;
+
+    XmFontList shown = nullptr;
+    XtVaGetValues(dialog_child("*Sample"), XmNfontList, &shown, nullptr);
+    XmFontContext context = nullptr;
+    XmStringCharSet charset = nullptr;
+    XFontStruct* sampleFont = nullptr;
+    ASSERT_TRUE(shown && XmFontListInitFontContext(&context, shown));
+    XmFontListGetNextFont(context, &charset, &sampleFont);
+    XmFontListFreeFontContext(context);
+    XtFree(charset);
+    EXPECT_EQ(font_name(sampleFont), before) << "the sample shows another font";
+    EXPECT_EQ(font_name(text_font(d)), before) << "opening the chooser changed the text tool's font";
+    EXPECT_FALSE(XtIsManaged(message_dialog(0))) << "a font that cannot be loaded was tried";
 }
 
 // A listed font that will not load and an empty list give the message and "fixed".

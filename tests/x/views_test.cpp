@@ -67,7 +67,6 @@ TEST(SmallView, ShowsFollowsAndPaints)
     pump();
     ASSERT_TRUE(XtIsManaged(d->smallViewDialog));
     EXPECT_TRUE(toggle_on(d, CMD_SHOW_SMALL_VIEW));
-    EXPECT_EQ(filetest::xm_resource_text(d->smallViewDialog, XmNdialogTitle), d->name);
 
     paint_test_picture(d);
     EXPECT_EQ(check_small_view(d, 24, 20), "") << "after a whole-image refresh";
