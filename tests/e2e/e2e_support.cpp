@@ -47,6 +47,12 @@ std::vector<Geometry> child_windows(Display* dpy, Window w)
     return out;
 }
 
+KeyCode keycode(Display* dpy, const std::string& name)
+{
+    KeySym sym = XStringToKeysym(name == "ctrl" ? "Control_L" : name == "shift" ? "Shift_L" : name.c_str());
+    return sym == NoSymbol ? 0 : XKeysymToKeycode(dpy, sym);
+}
+
 }  // namespace
 
 void e2e_sleep_ms(int ms) { std::this_thread::sleep_for(std::chrono::milliseconds(ms)); }
@@ -175,15 +181,20 @@ void E2eApp::key(Window w, const std::string& combo)
     }
     std::vector<KeyCode> codes;
     std::istringstream parts(combo);
-    for (std::string part; std::getline(parts, part, '+');) {
-        KeySym sym = XStringToKeysym(part == "ctrl" ? "Control_L" : part == "shift" ? "Shift_L" : part.c_str());
-        if (KeyCode code = sym == NoSymbol ? 0 : XKeysymToKeycode(dpy_, sym))
+    for (std::string part; std::getline(parts, part, '+');)
+        if (KeyCode code = keycode(dpy_, part))
             codes.push_back(code);
-    }
     for (KeyCode c : codes)
         XTestFakeKeyEvent(dpy_, c, True, CurrentTime);
     for (auto it = codes.rbegin(); it != codes.rend(); ++it)
         XTestFakeKeyEvent(dpy_, *it, False, CurrentTime);
+    sync();
+}
+
+void E2eApp::hold(const std::string& key, bool down)
+{
+    if (KeyCode code = keycode(dpy_, key))
+        XTestFakeKeyEvent(dpy_, code, down ? True : False, CurrentTime);
     sync();
 }
 

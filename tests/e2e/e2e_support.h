@@ -42,6 +42,8 @@ public:
     // Keys are XStringToKeysym names joined by '+', modifiers ("ctrl", "shift") first. w 0: the focus.
     void key(Window w, const std::string& combo);
     void keys(Window w, std::initializer_list<const char*> combos);
+    // Holds a key (a modifier, say "ctrl" or "shift") down or lets it go, as a user does around a click.
+    void hold(const std::string& key, bool down);
     void move(Window w, int x, int y);
     void button(unsigned button, bool down);
     void click(Window w, int x, int y, unsigned button = 1);
