@@ -2,6 +2,7 @@
 
 #include <X11/extensions/XTest.h>
 #include <algorithm>
+#include <cctype>
 #include <chrono>
 #include <csignal>
 #include <fcntl.h>
@@ -189,6 +190,17 @@ void E2eApp::key(Window w, const std::string& combo)
     for (auto it = codes.rbegin(); it != codes.rend(); ++it)
         XTestFakeKeyEvent(dpy_, *it, False, CurrentTime);
     sync();
+}
+
+void E2eApp::type(Window w, const std::string& text)
+{
+    for (size_t i = 0; i < text.size(); i++) {
+        char c = text[i];
+        auto lower = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+        std::string combo = c == '/' ? "slash" : c == '-' ? "minus" : c == '_' ? "shift+minus" : c == '.' ? "period"
+                            : (lower != c ? "shift+" : "") + std::string(1, lower);
+        key(i ? 0 : w, combo);
+    }
 }
 
 void E2eApp::hold(const std::string& key, bool down)
