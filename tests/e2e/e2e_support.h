@@ -31,8 +31,14 @@ public:
     void set_resource_path(const std::string& path) { resourcePath_ = path; }
     // A command the binary runs under (strace and its options, say); its windows keep this run's name.
     void set_wrapper(const std::vector<std::string>& command) { wrapper_ = command; }
+    // Started as a user starts it by name: argv[0] is found in a directory of PATH (through a link named like the
+    // run), so that the restart command the program writes names a program that runs.
+    void set_found_on_path(bool on) { onPath_ = on; }
     // Spawns the binary, stdout and stderr going to <build>/e2e-logs.
     bool start(const std::vector<std::string>& args);
+    // Spawns exactly this command, as a session manager runs a restart command; the run's windows are those whose
+    // class hint names the last component of command[0].
+    bool start_command(const std::vector<std::string>& command);
     const std::string& app_name() const { return argv0_; }
 
     // A viewable top-level window of this run titled `title`, or 0.
@@ -63,6 +69,9 @@ public:
     bool shows_text(Window w, const char* xlfd, const std::string& text);
 
 private:
+    static std::string log_dir();
+    bool spawn(const std::string& file, const std::vector<std::string>& argv, bool search,
+               const std::string& pathFirst);
     bool is_ours(Window w);
     void sync();
 
@@ -70,6 +79,7 @@ private:
     std::string displayName_, argv0_, outPath_, errPath_;
     std::string resourcePath_ = PICTREL_RESOURCE_DIR "/%N";
     std::vector<std::string> wrapper_;
+    bool onPath_ = false;
     pid_t pid_ = -1;
     int exitStatus_ = 0;
     bool exited_ = false;
