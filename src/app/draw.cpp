@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "app/app.h"
+#include "app/commands.h"
 #include "app/cursors.h"
 #include "app/dialog_titles.h"
 #include "app/drop_open.h"
@@ -180,8 +181,12 @@ void build_window(Drawing* d)
 // gets it when a colour drawing first takes the slot.
 void ensure_colour_list(Drawing* d)
 {
-    if (d->depth == 1)
+    if (d->depth == 1) {
+        // The list a colour drawing left in this window still holds that
+        // drawing's GCs, freed and remade for the bitmap: let it hold none.
+        set_list_gcs(d->colourList, nullptr, nullptr);
         return;
+    }
     if (!d->colourList) {
         ColorEntry* anchor = nullptr;
         d->colourList = create_color_list_dialog(d->shell, d->foregroundGC, d->backgroundGC, &anchor,
@@ -237,6 +242,9 @@ void show_bitmap_items(Drawing* d)
         else
             XtManageChild(w);
     }
+    // A bitmap paints set and clear bits: it has no colours to list.
+    if (Widget colours = menu_item(d, CMD_SHOW_COLORS))
+        XtSetSensitive(colours, d->depth != 1);
 }
 
 // Undoes a create that failed half way: the slot looks as if the drawing

@@ -91,11 +91,11 @@ XtResource pixmapResources[] = {
     PIX_RES("ovalfilled_selectPixmap", "Ovalfilled_selectPixmap", ovalfilled_selectPixmap),
 };
 
-// A value outside 0 < value < limit is replaced by the limit itself, after a
-// line on stderr; the replacement is one step above the accepted range.
-void range_check(int* value, int limit, const char* name)
+// A value outside lowest <= value < limit is replaced by the limit itself,
+// after a line on stderr; the replacement is one step above the accepted range.
+void range_check(int* value, int lowest, int limit, const char* name)
 {
-    if (*value <= 0 || *value >= limit) {
+    if (*value < lowest || *value >= limit) {
         fprintf(stderr, "%s out of range\n", name);
         *value = limit;
     }
@@ -187,11 +187,14 @@ int startup(int* argc, char** argv)
     register_drop_site(a.topLevel);
 
     XtGetApplicationResources(a.topLevel, &a.res, resources, XtNumber(resources), nullptr, 0);
-    range_check(&a.res.drawAreaWidth, 512, "drawAreaWidth");
-    range_check(&a.res.drawAreaHeight, 720, "drawAreaHeight");
-    range_check(&a.res.smallViewWidth, 512, "smallViewWidth");
-    range_check(&a.res.smallViewHeight, 720, "smallViewHeight");
-    range_check(&a.res.zoomLevel, 4, "zoomLevel");
+    range_check(&a.res.drawAreaWidth, 1, 512, "drawAreaWidth");
+    range_check(&a.res.drawAreaHeight, 1, 720, "drawAreaHeight");
+    range_check(&a.res.smallViewWidth, 1, 512, "smallViewWidth");
+    range_check(&a.res.smallViewHeight, 1, 720, "smallViewHeight");
+    // Actual size, 0, is accepted as well: the restart command of a drawing
+    // zoomed out to actual size carries "-zoomLevel 0", and the restarted
+    // program must bring that zoom back rather than jump to 4.
+    range_check(&a.res.zoomLevel, 0, 4, "zoomLevel");
 
     int depth = 0;
     XtVaGetValues(a.topLevel, XtNdepth, &depth, nullptr);

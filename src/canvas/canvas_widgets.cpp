@@ -37,6 +37,7 @@ Widget make_area(Widget parent, Drawing* d, Dimension width, Dimension height)
     Widget area = XmCreateDrawingArea(parent, const_cast<char*>("drawArea"), args, n);
     XtAddCallback(area, XmNexposeCallback, canvas_expose_cb, d);
     XtAddCallback(area, XmNinputCallback, canvas_input_cb, d);
+    take_every_button(area);
     XtAddEventHandler(area, Button1MotionMask | Button2MotionMask | Button3MotionMask, False,
                       canvas_motion_eh, d);
     XtAddEventHandler(area, KeyPressMask, False, canvas_key_eh, d);

@@ -97,6 +97,23 @@ void to_image_coordinates(Drawing* d, Widget w, int* x, int* y, int* xRoot, int*
 
 }  // namespace
 
+void take_every_button(Widget area)
+{
+    // Motif's drawing area binds Control + button 1 to keyboard traversal
+    // alone (c<Btn1Down>: ManagerGadgetTraverseCurrent()), so that press
+    // never reached the input callback and the tools never saw a
+    // Control-click of button 1; every other button and modifier already
+    // goes through DrawingAreaInput(). The traversal is kept so that the
+    // press still takes the keyboard focus, as a plain press does.
+    static XtTranslations controlButton1 = nullptr;
+    if (!area)
+        return;
+    if (!controlButton1)
+        controlButton1 = XtParseTranslationTable(
+            "c<Btn1Down>: DrawingAreaInput() ManagerGadgetTraverseCurrent()");
+    XtOverrideTranslations(area, controlButton1);
+}
+
 void set_line_width(GC gc, unsigned width)
 {
     if (!gc)

@@ -183,6 +183,7 @@ void fill_small_view(Widget form)
     Widget area = make_view_area(form, d);
     XtAddCallback(area, XmNexposeCallback, canvas_expose_cb, d);
     XtAddCallback(area, XmNinputCallback, canvas_input_cb, d);
+    take_every_button(area);
     XtAddEventHandler(area, Button1MotionMask | Button2MotionMask | Button3MotionMask, False,
                       canvas_motion_eh, d);
     XtAddEventHandler(area, KeyPressMask, False, canvas_key_eh, d);

@@ -108,7 +108,16 @@ ColorList* color_list_of_dialog(Widget dialog)
 
 ColorList* color_list_of(Drawing* d)
 {
-    return d ? color_list_of_dialog(d->colourList) : nullptr;
+    return d && d->depth != 1 ? color_list_of_dialog(d->colourList) : nullptr;
+}
+
+bool color_list_in_use(const ColorList* list)
+{
+    if (!list)
+        return false;
+    // A list made outside any drawing window has nothing to say otherwise.
+    const Drawing* d = find_drawing_of_widget(list->entryBox);
+    return !d || d->depth != 1;
 }
 
 void set_list_gcs(Widget dialog, GC foregroundGC, GC backgroundGC)
@@ -288,7 +297,7 @@ int load_color_list(Widget dialog, const DrawingXpmInfo* table)
 
 void choose_color_entry(ColorList* list, ColorEntry* entry)
 {
-    if (!list)
+    if (!color_list_in_use(list))
         return;
     bool background = background_well_selected(list);
     if (!entry)

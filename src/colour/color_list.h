@@ -34,6 +34,10 @@ Widget create_color_list_dialog(Widget parent, GC foregroundGC, GC backgroundGC,
                                 ColorEntry** anchor, void (*colorChanged)(XtPointer),
                                 XtPointer colorChangedData);
 ColorList* color_list_of_dialog(Widget dialog);
+// Whether the list belongs to a colour drawing. A slot keeps its list when a
+// bitmap takes the slot over, but a bitmap has no colours: its list must not
+// allocate, choose or edit anything.
+bool color_list_in_use(const ColorList* list);
 void set_list_gcs(Widget dialog, GC foregroundGC, GC backgroundGC);
 
 // Fills the list from an image's colour table, or with transparent, white
@@ -57,7 +61,7 @@ Pixel bw_mapping(const char* monoKey, Pixel defaultPixel);
 XpmColorSymbol* symbolic_colors(Widget w, const Pixel* transparent, int* count);
 extern XpmColorSymbol symbolicColors[18];
 
-// Opens the colour list dialog of a drawing (View menu).
+// Opens the colour list dialog of a drawing (View menu); a bitmap has none.
 struct Drawing;
 ColorList* color_list_of(Drawing* d);
 int cmd_show_colors(Drawing* d, XEvent* event, Boolean set);

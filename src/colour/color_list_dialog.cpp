@@ -76,7 +76,7 @@ void well_activate_cb(Widget w, XtPointer clientData, XtPointer callData) noexce
 {
     auto* list = static_cast<ColorList*>(clientData);
     auto* cb = static_cast<XmDrawnButtonCallbackStruct*>(callData);
-    if (!list)
+    if (!color_list_in_use(list))
         return;
     if (cb && cb->click_count == 2)
         open_color_editor(list, well_entry(list, w));
@@ -87,6 +87,8 @@ void well_activate_cb(Widget w, XtPointer clientData, XtPointer callData) noexce
 void new_cb(Widget w, XtPointer clientData, XtPointer) noexcept
 {
     auto* list = static_cast<ColorList*>(clientData);
+    if (!color_list_in_use(list))
+        return;
     if (!add_color(list, app().whitePixel, app().blackPixel, 1))
         show_message(w, res().allocColorErr, 0, nullptr, nullptr);
 }
@@ -94,7 +96,7 @@ void new_cb(Widget w, XtPointer clientData, XtPointer) noexcept
 void edit_cb(Widget, XtPointer clientData, XtPointer) noexcept
 {
     auto* list = static_cast<ColorList*>(clientData);
-    if (!list)
+    if (!color_list_in_use(list))
         return;
     bool background = list->selectedWell && list->selectedWell == list->backgroundButton;
     open_color_editor(list, background ? list->backgroundEntry : list->foregroundEntry);
@@ -188,7 +190,9 @@ Widget create_color_list_dialog(Widget parent, GC foregroundGC, GC backgroundGC,
 
 int cmd_show_colors(Drawing* d, XEvent*, Boolean)
 {
-    if (!d || !d->colourList)
+    // A bitmap has no colour list, even where its window kept the list of a
+    // colour drawing that had it before.
+    if (!d || d->depth == 1 || !d->colourList)
         return 1;
     // It pops up beside the drawing window (the drawing placed it so).
     Widget dialog = d->colourList;

@@ -42,6 +42,8 @@ void swatch_activate_cb(Widget w, XtPointer clientData, XtPointer callData) noex
     XtPointer data = nullptr;
     XtVaGetValues(w, XmNuserData, &data, nullptr);
     auto* entry = static_cast<ColorEntry*>(data);
+    if (!color_list_in_use(list))
+        return;
     // The first click of a double click has already chosen the colour.
     if (cb && cb->click_count == 2)
         open_color_editor(list, entry);

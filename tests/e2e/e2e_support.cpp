@@ -2,6 +2,7 @@
 
 #include <X11/extensions/XTest.h>
 #include <algorithm>
+#include <cctype>
 #include <chrono>
 #include <csignal>
 #include <fcntl.h>
@@ -47,6 +48,12 @@ std::vector<Geometry> child_windows(Display* dpy, Window w)
     return out;
 }
 
+KeyCode keycode(Display* dpy, const std::string& name)
+{
+    KeySym sym = XStringToKeysym(name == "ctrl" ? "Control_L" : name == "shift" ? "Shift_L" : name.c_str());
+    return sym == NoSymbol ? 0 : XKeysymToKeycode(dpy, sym);
+}
+
 }  // namespace
 
 void e2e_sleep_ms(int ms) { std::this_thread::sleep_for(std::chrono::milliseconds(ms)); }
@@ -75,47 +82,73 @@ E2eApp::~E2eApp()
         XCloseDisplay(dpy_);
 }
 
+std::string E2eApp::log_dir()
+{
+    std::string dir = std::string(PICTREL_BUILD_DIR) + "/e2e-logs";
+    mkdir(dir.c_str(), 0755);
+    return dir;
+}
+
 bool E2eApp::start(const std::vector<std::string>& args)
 {
     static int runCount = 0;
     if (!dpy_ || pid_ > 0)
         return false;
     argv0_ = "pictrel-e2e-" + std::to_string(getpid()) + "-" + std::to_string(++runCount);
-    std::string logDir = std::string(PICTREL_BUILD_DIR) + "/e2e-logs";
-    mkdir(logDir.c_str(), 0755);
+    std::string logDir = log_dir();
     outPath_ = logDir + "/" + argv0_ + ".out";
     errPath_ = logDir + "/" + argv0_ + ".err";
 
-    // Under a wrapper the binary is reached through a link named like the run, so that its argv[0] (and with it
-    // the windows' class hint) is still the run's name.
+    // Under a wrapper, or found through PATH, the binary is reached through a link named like the run, so that its
+    // argv[0] (and with it the windows' class hint) is still the run's name.
     std::string link = logDir + "/" + argv0_;
-    std::vector<char*> argv;
-    for (std::string& w : wrapper_)
-        argv.push_back(w.data());
-    if (!wrapper_.empty()) {
+    if (!wrapper_.empty() || onPath_) {
         unlink(link.c_str());
         if (symlink(PICTREL_BINARY, link.c_str()) != 0)
             return false;
-        argv.push_back(link.data());
-    } else {
-        argv.push_back(argv0_.data());
     }
+    std::vector<std::string> argv = wrapper_;
+    argv.push_back(wrapper_.empty() ? argv0_ : link);
+    argv.insert(argv.end(), args.begin(), args.end());
+    if (!wrapper_.empty())
+        return spawn(argv[0], argv, true, "");
+    return spawn(PICTREL_BINARY, argv, false, onPath_ ? logDir : "");
+}
+
+bool E2eApp::start_command(const std::vector<std::string>& command)
+{
+    static int restartCount = 0;
+    if (!dpy_ || pid_ > 0 || command.empty())
+        return false;
+    argv0_ = std::filesystem::path(command[0]).filename().string();
+    std::string stem = log_dir() + "/" + argv0_ + "-restart-" + std::to_string(++restartCount);
+    outPath_ = stem + ".out";
+    errPath_ = stem + ".err";
+    return spawn(command[0], command, false, "");
+}
+
+bool E2eApp::spawn(const std::string& file, const std::vector<std::string>& args, bool search,
+                   const std::string& pathFirst)
+{
+    std::vector<char*> argv;
     for (const std::string& s : args)
         argv.push_back(const_cast<char*>(s.c_str()));
     argv.push_back(nullptr);
-
+    std::string path = pathFirst.empty() ? "" : pathFirst + ":" + (getenv("PATH") ? getenv("PATH") : "/usr/bin:/bin");
     pid_ = fork();
     if (pid_ == 0) {
         setpgid(0, 0);
         setenv("DISPLAY", displayName_.c_str(), 1);
         setenv("XFILESEARCHPATH", resourcePath_.c_str(), 1);
+        if (!path.empty())
+            setenv("PATH", path.c_str(), 1);
         dup2(open("/dev/null", O_RDONLY), 0);
         dup2(open(outPath_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644), 1);
         dup2(open(errPath_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644), 2);
-        if (wrapper_.empty())
-            execv(PICTREL_BINARY, argv.data());
+        if (search)
+            execvp(file.c_str(), argv.data());
         else
-            execvp(argv[0], argv.data());
+            execv(file.c_str(), argv.data());
         _exit(127);
     }
     return pid_ > 0;
@@ -175,15 +208,31 @@ void E2eApp::key(Window w, const std::string& combo)
     }
     std::vector<KeyCode> codes;
     std::istringstream parts(combo);
-    for (std::string part; std::getline(parts, part, '+');) {
-        KeySym sym = XStringToKeysym(part == "ctrl" ? "Control_L" : part == "shift" ? "Shift_L" : part.c_str());
-        if (KeyCode code = sym == NoSymbol ? 0 : XKeysymToKeycode(dpy_, sym))
+    for (std::string part; std::getline(parts, part, '+');)
+        if (KeyCode code = keycode(dpy_, part))
             codes.push_back(code);
-    }
     for (KeyCode c : codes)
         XTestFakeKeyEvent(dpy_, c, True, CurrentTime);
     for (auto it = codes.rbegin(); it != codes.rend(); ++it)
         XTestFakeKeyEvent(dpy_, *it, False, CurrentTime);
+    sync();
+}
+
+void E2eApp::type(Window w, const std::string& text)
+{
+    for (size_t i = 0; i < text.size(); i++) {
+        char c = text[i];
+        auto lower = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+        std::string combo = c == '/' ? "slash" : c == '-' ? "minus" : c == '_' ? "shift+minus" : c == '.' ? "period"
+                            : (lower != c ? "shift+" : "") + std::string(1, lower);
+        key(i ? 0 : w, combo);
+    }
+}
+
+void E2eApp::hold(const std::string& key, bool down)
+{
+    if (KeyCode code = keycode(dpy_, key))
+        XTestFakeKeyEvent(dpy_, code, down ? True : False, CurrentTime);
     sync();
 }
 

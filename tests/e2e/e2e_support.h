@@ -31,8 +31,14 @@ public:
     void set_resource_path(const std::string& path) { resourcePath_ = path; }
     // A command the binary runs under (strace and its options, say); its windows keep this run's name.
     void set_wrapper(const std::vector<std::string>& command) { wrapper_ = command; }
+    // Started as a user starts it by name: argv[0] is found in a directory of PATH (through a link named like the
+    // run), so that the restart command the program writes names a program that runs.
+    void set_found_on_path(bool on) { onPath_ = on; }
     // Spawns the binary, stdout and stderr going to <build>/e2e-logs.
     bool start(const std::vector<std::string>& args);
+    // Spawns exactly this command, as a session manager runs a restart command; the run's windows are those whose
+    // class hint names the last component of command[0].
+    bool start_command(const std::vector<std::string>& command);
     const std::string& app_name() const { return argv0_; }
 
     // A viewable top-level window of this run titled `title`, or 0.
@@ -42,6 +48,10 @@ public:
     // Keys are XStringToKeysym names joined by '+', modifiers ("ctrl", "shift") first. w 0: the focus.
     void key(Window w, const std::string& combo);
     void keys(Window w, std::initializer_list<const char*> combos);
+    // Types text key by key (letters of both cases, digits, '/', '-', '_', '.'). w 0: the focus.
+    void type(Window w, const std::string& text);
+    // Holds a key (a modifier, say "ctrl" or "shift") down or lets it go, as a user does around a click.
+    void hold(const std::string& key, bool down);
     void move(Window w, int x, int y);
     void button(unsigned button, bool down);
     void click(Window w, int x, int y, unsigned button = 1);
@@ -59,6 +69,9 @@ public:
     bool shows_text(Window w, const char* xlfd, const std::string& text);
 
 private:
+    static std::string log_dir();
+    bool spawn(const std::string& file, const std::vector<std::string>& argv, bool search,
+               const std::string& pathFirst);
     bool is_ours(Window w);
     void sync();
 
@@ -66,6 +79,7 @@ private:
     std::string displayName_, argv0_, outPath_, errPath_;
     std::string resourcePath_ = PICTREL_RESOURCE_DIR "/%N";
     std::vector<std::string> wrapper_;
+    bool onPath_ = false;
     pid_t pid_ = -1;
     int exitStatus_ = 0;
     bool exited_ = false;

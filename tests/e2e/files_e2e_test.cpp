@@ -6,7 +6,6 @@
 #include <X11/xpm.h>
 #include <signal.h>
 
-#include <cctype>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -25,12 +24,7 @@ TEST(FilesE2e, SaveAsSaveInPlaceThenQuitAsks)
     ASSERT_NE(fd, 0u) << "no file yet: Save As";
     e2e_sleep_ms(300);
     // The offered name is selected: typing replaces it. mkdtemp's letters come in both cases.
-    std::string typed = s.dir + "/drawn";
-    for (size_t i = 0; i < typed.size(); i++) {
-        auto lower = static_cast<char>(std::tolower(static_cast<unsigned char>(typed[i])));
-        const char* named = lower == '/' ? "slash" : lower == '-' ? "minus" : nullptr;
-        app.key(i ? 0 : fd, named ? named : (lower != typed[i] ? "shift+" : "") + std::string(1, lower));
-    }
+    app.type(fd, s.dir + "/drawn");
     app.key(0, "Return");
     ASSERT_NE(app.wait_window("drawn.px"), 0u) << "the window takes the file's name";
     std::string target = s.dir + "/drawn.px";

@@ -10,7 +10,8 @@ static const char* const labelFont = "-misc-fixed-medium-r-normal--13-*-*-*-*-*-
 static const char* const boldFont = "-misc-fixed-bold-r-normal--13-*-*-*-*-*-iso8859-1";
 
 // Start-up maps exactly one untitled window; the size options reach its status line; out-of-range options are
-// reported on stderr and start-up goes on (a bad zoom level becomes 4); in-range values are accepted silently.
+// reported on stderr and start-up goes on (a bad zoom level becomes 4); in-range values, zoom level 0 (actual size)
+// among them, are accepted silently.
 TEST(StartupE2e, OptionsAndTheFirstWindow)
 {
     struct Case {
@@ -22,8 +23,10 @@ TEST(StartupE2e, OptionsAndTheFirstWindow)
     const Case cases[] = {
         {{}, nullptr, -1, "Width - 64, Height - 64"},
         {{"-width", "32", "-height", "16", "-debug", "1"}, nullptr, -1, "Width - 32, Height - 16"},
-        {{"-zoomLevel", "0"}, "zoomLevel out of range\n", 4, nullptr},
+        {{"-zoomLevel", "0"}, nullptr, 0, nullptr},   // actual size, as a restart command may ask
+        {{"-zoomLevel", "-1"}, "zoomLevel out of range\n", 4, nullptr},
         {{"-zoomLevel", "7"}, "zoomLevel out of range\n", 4, nullptr},
+        {{"-zoomLevel", "4"}, "zoomLevel out of range\n", 4, nullptr},
         {{"-zoomLevel", "2"}, nullptr, 2, nullptr},
         {{"-width", "512"}, "drawAreaWidth out of range\n", -1, nullptr},
     };

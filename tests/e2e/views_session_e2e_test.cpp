@@ -1,6 +1,6 @@
 // The actual-size view and the session protocols from the outside: the real program opens the view from the View
 // menu's keys and shows the picture in it, writes its restart command on its window, and leaves when a session
-// manager ends it.
+// manager ends it. A drawing at actual size is restarted at actual size.
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -54,4 +54,51 @@ TEST(ViewsSessionE2e, ViewsShowThePictureAndTheSessionEndsIt)
     int status = -1;
     ASSERT_TRUE(app.wait_exit(&status));
     EXPECT_EQ(status, 0);
+}
+
+// A drawing zoomed out to actual size comes back at actual size: the command stored on its window at
+// WM_SAVE_YOURSELF, run as a session manager runs it, starts a program that shows the file at zoom 0 and says
+// nothing about the range of zoomLevel.
+TEST(ViewsSessionE2e, RestartCommandBringsBackActualSize)
+{
+    E2eScratch scratch;
+    std::string path = scratch.dir + "/small.xbm";
+    std::ofstream(path) << "#define small_width 16\n#define small_height 16\nstatic unsigned char small_bits[] = {\n"
+                           " 0xff, 0xff, 0x01, 0x80, 0x01, 0x80, 0x01, 0x80, 0x01, 0x80, 0x01, 0x80, 0x01, 0x80,\n"
+                           " 0x01, 0x80, 0x01, 0x80, 0x01, 0x80, 0x01, 0x80, 0x01, 0x80, 0x01, 0x80, 0x01, 0x80,\n"
+                           " 0x01, 0x80, 0xff, 0xff};\n";
+    std::vector<std::string> cmd;
+    {
+        E2eApp app;
+        app.set_found_on_path(true);
+        ASSERT_TRUE(app.start({path}));
+        Window shell = app.wait_window("small.xbm");
+        ASSERT_NE(shell, 0u) << app.stderr_text();
+        e2e_sleep_ms(300);
+        ASSERT_NE(find_canvas(app.display(), shell, SIZE << 3, SIZE << 3), 0u) << "the default zoom, 3";
+        app.key(shell, "ctrl+shift+minus");   // straight to actual size
+        e2e_sleep_ms(300);
+        ASSERT_NE(find_canvas(app.display(), shell, SIZE, SIZE), 0u) << "actual size";
+        app.send_protocol(shell, "WM_SAVE_YOURSELF");
+        char** argv = nullptr;
+        int argc = 0;
+        ASSERT_TRUE(XGetCommand(app.display(), shell, &argv, &argc));
+        cmd.assign(argv, argv + argc);
+        XFreeStringList(argv);
+        ASSERT_EQ(cmd.size(), 4u);
+        EXPECT_EQ(cmd[0].substr(cmd[0].rfind('/') + 1), app.app_name()) << "found through PATH: " << cmd[0];
+        EXPECT_EQ(cmd, (std::vector<std::string>{cmd[0], path, "-zoomLevel", "0"}));
+        app.send_protocol(shell, "WM_DELETE_WINDOW");
+        int status = -1;
+        ASSERT_TRUE(app.wait_exit(&status)) << "the unchanged drawing closes and the program ends";
+    }
+
+    E2eApp again;
+    ASSERT_TRUE(again.start_command(cmd));
+    Window shell = again.wait_window("small.xbm");
+    ASSERT_NE(shell, 0u) << "the restarted program shows the drawing: " << again.stderr_text();
+    e2e_sleep_ms(300);
+    EXPECT_NE(find_canvas(again.display(), shell, SIZE, SIZE), 0u) << "at actual size";
+    EXPECT_EQ(find_canvas(again.display(), shell, SIZE << 4, SIZE << 4), 0u) << "not at zoom 4";
+    EXPECT_EQ(again.stderr_text().find("out of range"), std::string::npos) << again.stderr_text();
 }

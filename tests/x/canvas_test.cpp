@@ -1,5 +1,8 @@
-// The canvas: zoom and its menu items, the magnified display, extreme sizes, input scaling and the Shift constraint.
+// The canvas: zoom and its menu items, the magnified display, extreme sizes, input scaling, the Shift constraint and
+// every button with every modifier reaching the input.
 #include "canvas_support.h"   // first: gtest before Xlib's macros
+
+#include <Xm/DrawingA.h>
 
 #include "app/commands.h"
 #include "canvas/image_store.h"
@@ -180,4 +183,59 @@ TEST(Canvas, ShiftPressDetectsDragConstraint)
     area_button(d, ButtonPress, Button1, 20, 20, ShiftMask);
     EXPECT_EQ(d->constraint, 0) << "released before deciding";
     pump();
+}
+
+namespace {
+
+struct Delivered { int type; unsigned button, state; };
+std::vector<Delivered> delivered;
+
+void record_input_cb(Widget, XtPointer, XtPointer callData) noexcept
+{
+    auto* cbs = static_cast<XmDrawingAreaCallbackStruct*>(callData);
+    if (cbs && cbs->event && (cbs->event->type == ButtonPress || cbs->event->type == ButtonRelease))
+        delivered.push_back({cbs->event->type, cbs->event->xbutton.button, cbs->event->xbutton.state});
+}
+
+}  // namespace
+
+// Every press and release of buttons 1 to 3, with any modifiers held, reaches the input callback of each canvas
+// area through the toolkit's event dispatch: the magnified area, the actual-size area and the small view's area.
+TEST(Canvas, EveryButtonWithEveryModifierReachesTheInput)
+{
+    Drawing* d = make_drawing(16, 16);
+    d->currentTool = 8;   // hotspot: a press changes nothing that matters here
+    set_zoom(d, 3);
+    run_command(d, CMD_SHOW_SMALL_VIEW, nullptr, True);
+    pump();
+    ASSERT_TRUE(d->smallArea && XtIsRealized(d->smallArea));
+    const unsigned states[] = {0, ShiftMask, ControlMask, ControlMask | ShiftMask, Mod1Mask, ControlMask | Mod1Mask,
+                               LockMask, ControlMask | LockMask};
+    for (Widget area : {d->zoomedArea, d->smallArea, d->actualArea}) {
+        if (area == d->actualArea) {
+            set_zoom(d, 0);
+            ASSERT_EQ(d->activeArea, d->actualArea);
+        }
+        const char* name = area == d->zoomedArea ? "magnified area" : area == d->smallArea ? "small view" : "actual size";
+        XtAddCallback(area, XmNinputCallback, record_input_cb, nullptr);
+        delivered.clear();
+        for (unsigned button : {Button1, Button2, Button3})
+            for (unsigned state : states) {
+                post_pointer(XtWindow(area), ButtonPress, button, 5, 5, state);
+                post_pointer(XtWindow(area), ButtonRelease, button, 5, 5, state | (Button1Mask << (button - 1)));
+                pump();
+            }
+        XtRemoveCallback(area, XmNinputCallback, record_input_cb, nullptr);
+        size_t i = 0;
+        for (unsigned button : {Button1, Button2, Button3})
+            for (unsigned state : states)
+                for (int type : {ButtonPress, ButtonRelease}) {
+                    bool got = i < delivered.size() && delivered[i].type == type && delivered[i].button == button &&
+                               (delivered[i].state & ~(Button1Mask << (button - 1))) == state;
+                    EXPECT_TRUE(got) << name << ": button " << button << (type == ButtonPress ? " press" : " release")
+                                     << " with state 0x" << std::hex << state;
+                    i += got;
+                }
+        EXPECT_EQ(i, delivered.size()) << name << ": nothing else arrives";
+    }
 }

@@ -1,5 +1,5 @@
-// A drawing's colour list and its dialog, the symbolic colours, running out of cells, and the colour editor's live
-// editing of a read/write cell, against the 8-bit PseudoColor test server.
+// A drawing's colour list and its dialog (none for a bitmap), the symbolic colours, running out of cells, and the
+// colour editor's live editing of a read/write cell, against the 8-bit PseudoColor test server.
 #include "canvas_support.h"   // first: gtest before Xlib's macros
 #include "files_support.h"
 
@@ -13,6 +13,7 @@
 #include <thread>
 #include <vector>
 
+#include "app/commands.h"
 #include "colour/color_editor.h"
 #include "colour/color_list.h"
 #include "files/image_io.h"
@@ -160,6 +161,63 @@ TEST(Colour, DialogWellsNewAndSwatches)
     EXPECT_EQ(list->foregroundEntry, e[1]) << "the other well is left alone";
     XFillRectangle(app().display, d->image, d->backgroundGC, 4, 4, 4, 4);
     EXPECT_EQ(image_pixel(d, 5, 5), e[2]->pixel);
+}
+
+// A bitmap that takes over the window of a closed colour drawing finds that drawing's colour list dialog kept with
+// the window, but has no colour list: the View item is insensitive and the command shows nothing, the kept list
+// holds none of the bitmap's GCs, and its New, Edit Color and wells do nothing, so button 1 still paints set bits.
+// A colour drawing taking the window back has its list again.
+TEST(Colour, BitmapInAColourDrawingsWindowHasNoList)
+{
+    Drawing* keep = make_drawing(8, 8);   // the program must not end when the others close
+    Drawing* d = make_drawing(8, 8);
+    ASSERT_TRUE(keep && d);
+    EXPECT_EQ(cmd_show_colors(d, nullptr, False), 0);
+    pump();
+    Widget dialog = d->colourList;
+    close_drawing(d);
+    pump();
+
+    Drawing* b = create_drawing("bits", 8, 8, 1, None, -1, -1, nullptr);
+    pump();
+    ASSERT_EQ(b, d) << "the bitmap takes the closed drawing's record and window";
+    ASSERT_EQ(b->colourList, dialog) << "the dialog stays with the window";
+    ColorList* kept = color_list_of_dialog(dialog);
+    ASSERT_NE(kept, nullptr);
+    EXPECT_EQ(color_list_of(b), nullptr);
+    EXPECT_FALSE(item_sensitive(b, CMD_SHOW_COLORS));
+    EXPECT_NE(cmd_show_colors(b, nullptr, False), 0);
+    pump();
+    EXPECT_FALSE(XtIsManaged(dialog)) << "no colour list shown for a bitmap";
+    EXPECT_EQ(kept->foregroundGC, nullptr) << "the kept list holds the freed GCs of the colour drawing";
+    EXPECT_EQ(kept->backgroundGC, nullptr);
+
+    filetest::press(dialog, "New");
+    EXPECT_EQ(kept->anchor->pixel, 0u) << "New added a colour to a bitmap";
+    EXPECT_EQ(kept->anchor->next, nullptr);
+    filetest::press(dialog, "EditColor");
+    activate(kept->foregroundButton, 2);
+    activate(kept->backgroundButton);
+    EXPECT_TRUE(!color_editor_dialog() || !XtIsManaged(color_editor_dialog())) << "an editor for a bitmap";
+    EXPECT_EQ(kept->selectedWell, kept->foregroundButton) << "a well was selected";
+    XFillRectangle(app().display, b->image, b->foregroundGC, 0, 0, 8, 8);
+    XFillRectangle(app().display, b->image, b->backgroundGC, 4, 4, 4, 4);
+    EXPECT_EQ(image_pixel(b, 1, 1), 1u) << "button 1 paints set bits";
+    EXPECT_EQ(image_pixel(b, 5, 5), 0u) << "button 3 paints clear bits";
+
+    close_drawing(b);
+    pump();
+    Drawing* c = make_drawing(8, 8);
+    ASSERT_EQ(c, d);
+    EXPECT_TRUE(item_sensitive(c, CMD_SHOW_COLORS));
+    EXPECT_EQ(color_list_of(c), kept);
+    EXPECT_EQ(kept->foregroundGC, c->foregroundGC);
+    EXPECT_EQ(entries(c).size(), 3u);
+    filetest::press(dialog, "New");
+    EXPECT_EQ(entries(c).size(), 4u) << "New works again for the colour drawing";
+    activate(entries(c)[1]->button);   // white into the foreground well
+    EXPECT_EQ(foreground_pixel(c), entries(c)[1]->pixel);
+    EXPECT_EQ(cmd_show_colors(c, nullptr, False), 0);
 }
 
 // The black-and-white mapping of an image's monochrome keys, and a list loaded from a colour table: the dialog
