@@ -228,7 +228,11 @@ TEST(FontChooser, OpensOnTheTextToolsFont)
 {
     Drawing* d = make_drawing(40, 30);
     std::string before = font_name(text_font(d));
-    ASSERT_EQ(before, font_name(XLoadQueryFont(app().display, "fixed")));
+    XFontStruct* fixed = XLoadQueryFont(app().display, "fixed");
+    std::string fixedName = font_name(fixed);
+    if (fixed)
+        XFreeFont(app().display, fixed);
+    ASSERT_EQ(before, fixedName);
     show_font_dialog(d);
     pump();
     ASSERT_TRUE(font_dialog() && XtIsManaged(font_dialog()));
