@@ -69,27 +69,38 @@ bool openable(const char* fileName)
     return true;
 }
 
+// What the checks see of a file before any reader opens it: its size and
+// its first IMAGE_HEAD_BYTES bytes. For a compressed file, the stream
+// gzip gives.
+struct FileLook {
+    bool seen = false;
+    unsigned long long size = 0;
+    std::string head;
+};
+
+FileLook look_at(const std::string& path)
+{
+    FileLook look;
+    struct stat st {};
+    if (stat(path.c_str(), &st) != 0 || !S_ISREG(st.st_mode))
+        return look;
+    FILE* f = std::fopen(path.c_str(), "rb");
+    if (!f)
+        return look;
+    look.size = static_cast<unsigned long long>(st.st_size);
+    look.head.resize(IMAGE_HEAD_BYTES);
+    look.head.resize(std::fread(look.head.data(), 1, IMAGE_HEAD_BYTES, f));
+    std::fclose(f);
+    look.seen = true;
+    return look;
+}
+
 // --- XBM ----------------------------------------------------------------
 
+// Called once the first bytes have shown an XBM header within the limits.
 int read_xbm(const char* fileName, int* width, int* height, Pixmap* pixmap,
              int* hotspotX, int* hotspotY)
 {
-    if (path_kind(fileName) != PathKind::Regular)
-        return NOT_XBM;
-    FILE* f = std::fopen(fileName, "r");
-    if (!f)
-        return NOT_XBM;
-    XbmHeaderScan scan;
-    char line[XBM_LINE_BUFFER];
-    while (scan.state == XbmHeaderScan::Reading && std::fgets(line, sizeof line, f))
-        scan.feed(line);
-    scan.finish();
-    std::fclose(f);
-    if (scan.state == XbmHeaderScan::Refuse)
-        return -1;
-    if (scan.state != XbmHeaderScan::Accept)
-        return NOT_XBM;
-
     App& a = app();
     unsigned w = 0, h = 0;
     int hx = -1, hy = -1;
@@ -278,19 +289,17 @@ std::string xpm_source(const char* fileName)
     return {};
 }
 
-constexpr size_t HEAD_BYTES = 16384;
-// Far more than the largest drawing needs at any sensible number of
-// characters a pixel; what libXpm makes of a stream is bounded by its size.
-constexpr size_t MAX_DECOMPRESSED = 16u << 20;
-
-// The first bytes of a compressed file as gzip gives them. False when the
-// stream is larger than any drawing's file: a few kilobytes of a
+// The first bytes and the length of a compressed file's stream as gzip
+// gives it, reading no further than `limit` bytes: a few kilobytes of a
 // compressed file can otherwise unfold into gigabytes in libXpm's hands.
-bool decompressed_head(const std::string& path, std::string* head)
+// Past the limit the size counts no further: it only tells that the
+// stream goes on.
+FileLook decompressed_look(const std::string& path, unsigned long long limit)
 {
+    FileLook look;
     int pipeFds[2];
     if (pipe2(pipeFds, O_CLOEXEC) != 0)
-        return true;   // libXpm cannot decompress it either
+        return look;   // libXpm cannot decompress it either
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, 0, path.c_str(), O_RDONLY, 0);
@@ -303,7 +312,6 @@ bool decompressed_head(const std::string& path, std::string* head)
     int spawned = posix_spawn(&pid, "/bin/gzip", &actions, nullptr, argv, envp);
     posix_spawn_file_actions_destroy(&actions);
     close(pipeFds[1]);
-    size_t total = 0;
     if (spawned == 0) {
         char buffer[8192];
         for (;;) {
@@ -312,12 +320,13 @@ bool decompressed_head(const std::string& path, std::string* head)
                 continue;
             if (n <= 0)
                 break;
-            if (head->size() < HEAD_BYTES)
-                head->append(buffer, std::min(static_cast<size_t>(n), HEAD_BYTES - head->size()));
-            total += static_cast<size_t>(n);
-            if (total > MAX_DECOMPRESSED)
+            if (look.head.size() < IMAGE_HEAD_BYTES)
+                look.head.append(buffer, std::min(static_cast<size_t>(n), IMAGE_HEAD_BYTES - look.head.size()));
+            look.size += static_cast<unsigned long long>(n);
+            if (look.size > limit)
                 break;
         }
+        look.seen = true;
     }
     close(pipeFds[0]);
     if (spawned == 0) {
@@ -325,27 +334,30 @@ bool decompressed_head(const std::string& path, std::string* head)
         while (waitpid(pid, nullptr, 0) < 0 && errno == EINTR) {
         }
     }
-    return total <= MAX_DECOMPRESSED;
+    return look;
 }
 
-bool header_refused(const char* fileName)
+// Judges the file libXpm would read for `fileName` before it reads any of
+// it. `plain` is what was seen of `fileName` itself.
+XpmFileVerdict xpm_verdict(const char* fileName, const FileLook& plain)
 {
     std::string source = xpm_source(fileName);
     if (source.empty() || path_kind(source) != PathKind::Regular)
-        return false;   // libXpm will not open it
-    std::string head;
-    if (is_compressed_name(source.c_str())) {
-        if (!decompressed_head(source, &head))
-            return true;
-    } else {
-        FILE* f = std::fopen(source.c_str(), "rb");
-        if (!f)
-            return false;
-        head.resize(HEAD_BYTES);
-        head.resize(std::fread(head.data(), 1, HEAD_BYTES, f));
-        std::fclose(f);
-    }
-    return check_xpm_header(head) == XpmHeaderVerdict::Refuse;
+        return XpmFileVerdict::Refuse;   // libXpm cannot open it
+    unsigned long entries = static_cast<unsigned long>(std::max(app().visual->map_entries, 1));
+    unsigned long long limit = max_xpm_file_bytes(std::min(entries, MAX_XPM_COLOURS));
+    if (!is_compressed_name(source.c_str()))
+        return check_xpm_file(plain.head, plain.size, entries);
+    // A compressed file no smaller than the largest plain one holds no
+    // drawing (text shrinks, and gzip adds a few bytes at most); the stream
+    // is judged as libXpm will see it.
+    FileLook raw = look_at(source);
+    if (!raw.seen || raw.size > limit)
+        return XpmFileVerdict::Refuse;
+    FileLook stream = decompressed_look(source, limit);
+    if (!stream.seen)
+        return XpmFileVerdict::Refuse;
+    return check_xpm_file(stream.head, stream.size, entries);
 }
 
 XpmColor* make_record(const char* colour, const char* mono)
@@ -356,16 +368,24 @@ XpmColor* make_record(const char* colour, const char* mono)
     return rec;
 }
 
-int read_xpm(const char* fileName, int* width, int* height, int* depth, Pixmap* pixmap,
-             int* hotspotX, int* hotspotY, DrawingXpmInfo* info)
+int read_xpm(const char* fileName, const FileLook& plain, int* width, int* height, int* depth,
+             Pixmap* pixmap, int* hotspotX, int* hotspotY, DrawingXpmInfo* info)
 {
     App& a = app();
     Display* dpy = a.display;
     XpmRead r;
     r.dpy = dpy;
 
-    if (header_refused(fileName))
+    switch (xpm_verdict(fileName, plain)) {
+    case XpmFileVerdict::Refuse:
         return -1;
+    case XpmFileVerdict::TooManyColours:
+        // What running out of cells after the parse would say.
+        show_alloc_error();
+        return 1;
+    case XpmFileVerdict::Read:
+        break;
+    }
 
     // The parse comes first: it touches no server resource, and what it
     // finds decides whether the file may go any further.
@@ -550,7 +570,20 @@ int read_image_file(const char* fileName, int* width, int* height, int* depth,
     if (!fileName || !*fileName || !app().display || !openable(fileName))
         return -1;
 
-    int status = read_xbm(fileName, width, height, pixmap, hotspotX, hotspotY);
+    // One look at the first bytes decides which readers may see the file:
+    // no reader goes through a file larger than any drawing's or one that
+    // does not begin like an image.
+    FileLook plain = look_at(fileName);
+    int status = NOT_XBM;
+    switch (plain.seen ? check_xbm_file(plain.head, plain.size) : XbmFileVerdict::NotXbm) {
+    case XbmFileVerdict::Refuse:
+        return -1;
+    case XbmFileVerdict::Acceptable:
+        status = read_xbm(fileName, width, height, pixmap, hotspotX, hotspotY);
+        break;
+    case XbmFileVerdict::NotXbm:
+        break;
+    }
     if (status != NOT_XBM)
         return status;
 
@@ -560,7 +593,7 @@ int read_image_file(const char* fileName, int* width, int* height, int* depth,
         init_xpm_info(&scratch);
         info = &scratch;
     }
-    status = read_xpm(fileName, width, height, depth, pixmap, hotspotX, hotspotY, info);
+    status = read_xpm(fileName, plain, width, height, depth, pixmap, hotspotX, hotspotY, info);
     if (status != 0)
         *depth = 1;
     if (own)
