@@ -123,6 +123,22 @@ int read_xbm(const char* fileName, int* width, int* height, Pixmap* pixmap,
 
 // --- XPM ----------------------------------------------------------------
 
+// XpmFreeAttributes frees the returned pixel lists only when their counts
+// are not zero, yet libXpm hands over a list that holds nothing when none
+// of a file's colours could be had: such a list is freed here.
+void free_attributes(XpmAttributes* attrs)
+{
+    if ((attrs->valuemask & XpmReturnPixels) && attrs->npixels == 0 && attrs->pixels) {
+        XpmFree(attrs->pixels);
+        attrs->pixels = nullptr;
+    }
+    if ((attrs->valuemask & XpmReturnAllocPixels) && attrs->nalloc_pixels == 0 && attrs->alloc_pixels) {
+        XpmFree(attrs->alloc_pixels);
+        attrs->alloc_pixels = nullptr;
+    }
+    XpmFreeAttributes(attrs);
+}
+
 // Everything an XPM read holds, released in one place whatever the outcome.
 struct XpmRead {
     Display* dpy = nullptr;
@@ -140,6 +156,7 @@ struct XpmRead {
     // The colours of libXpm's cells, kept once those cells are given back.
     std::unordered_map<unsigned long, XColor> colourOf;
     bool keepCells = false;
+    bool sharedCellsGiven = false;   // libXpm's cells already given back
     bool haveNewBackground = false;
     Pixel oldBackground = 0;
     Pixel newBackground = 0;
@@ -159,9 +176,11 @@ struct XpmRead {
         if (haveAttrs) {
             // libXpm's shared cells served only to build the first pixmap;
             // the drawing uses private cells from here on.
-            if (attrs.nalloc_pixels > 0)
+            if (!sharedCellsGiven && attrs.nalloc_pixels > 0)
                 XFreeColors(dpy, app().colormap, attrs.alloc_pixels, attrs.nalloc_pixels, 0);
-            XpmFreeAttributes(&attrs);
+            // Frees the pixel lists too; it looks at their counts to know
+            // they are there, so those are left as libXpm set them.
+            free_attributes(&attrs);
         }
         if (haveImage)
             XpmFreeXpmImage(&image);
@@ -258,7 +277,7 @@ bool read_hotspot(Display* dpy, const char* fileName, int* hotspotX, int* hotspo
         XDestroyImage(shape);
     if (attrs.nalloc_pixels > 0)
         XFreeColors(dpy, a.colormap, attrs.alloc_pixels, attrs.nalloc_pixels, 0);
-    XpmFreeAttributes(&attrs);
+    free_attributes(&attrs);
     return status == XpmSuccess;
 }
 
@@ -492,7 +511,7 @@ int read_xpm(const char* fileName, const FileLook& plain, int* width, int* heigh
         r.colourOf[c.pixel] = c;
     if (r.attrs.nalloc_pixels > 0)
         XFreeColors(dpy, a.colormap, r.attrs.alloc_pixels, r.attrs.nalloc_pixels, 0);
-    r.attrs.nalloc_pixels = 0;
+    r.sharedCellsGiven = true;
 
     CellRemap remap(returned);
     for (unsigned x = 0; x < w; x++) {

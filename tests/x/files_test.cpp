@@ -6,9 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <fstream>
-#include <random>
 #include <set>
 
 #include "app/message.h"
@@ -315,51 +313,6 @@ TEST(FilesBadInput, StatusAndNothingLeft)
     EXPECT_EQ(dialog_message(message_dialog(0)), "Unable to allocate color.") << "after running out of cells";
     XFillRectangle(app().display, keep->image, keep->foregroundGC, 2, 2, 3, 3);
     EXPECT_EQ(rgb_of_pixel(image_pixel(keep, 3, 3)), 0u) << "black stays black";
-}
-
-// Random mutations of valid XPM and XBM files, read for a few seconds: statuses are only 0, -1 or 1, and whatever
-// reads stays within the limits.
-TEST(FilesBadInput, MutationFuzz)
-{
-    ScratchDir dir;
-    TestXpm x = pattern_xpm(12, 9, 6, 2);
-    x.colours[0] = {"None", ""};
-    x.colours[1].m = "black";
-    x.hotspotX = x.hotspotY = 2;
-    TestXbm b = pattern_xbm(17, 6);
-    b.hotspotX = b.hotspotY = 1;
-    const std::string seeds[] = {xpm_text(x), xbm_text(b)};
-    std::mt19937 rng(20240531);
-    const std::string interesting = "\"\n,{}0123456789-# /*XPMcmsNone_widthheight";
-    auto pick = [&] { return interesting[rng() % interesting.size()]; };
-    Pixel background = res().background;
-    auto stop = std::chrono::steady_clock::now() + std::chrono::seconds(3);
-    int runs = 0, accepted = 0;
-    for (; std::chrono::steady_clock::now() < stop; runs++) {
-        std::string s = seeds[runs % 2];
-        for (int e = 1 + static_cast<int>(rng() % 6); e > 0 && !s.empty(); e--) {
-            size_t at = rng() % s.size();
-            switch (rng() % 5) {
-            case 0: s[at] = static_cast<char>(rng()); break;
-            case 1: s[at] = pick(); break;
-            case 2: s.erase(at, 1 + rng() % 8); break;
-            case 3: s.insert(at, std::string(1 + rng() % 4, pick())); break;
-            case 4: s.resize(at); break;
-            }
-        }
-        ReadResult r = read(dir.file("fuzz", s));
-        ASSERT_TRUE(r.status == 0 || r.status == -1 || r.status == 1) << "status " << r.status;
-        accepted += r.status == 0;
-        if (r.status == 0) {
-            ASSERT_TRUE(r.width > 0 && r.width <= 512 && r.height > 0 && r.height <= 720) << r.width << "x" << r.height;
-            ASSERT_TRUE(r.pixmap != None && (r.hx == -1 || (r.hx >= 0 && r.hx < r.width))) << r.hx;
-        } else {
-            ASSERT_TRUE(r.pixmap == None && res().background == background);
-        }
-        undo_read(r, background);
-    }
-    EXPECT_GT(runs, 50);
-    EXPECT_GT(accepted, 0) << "some mutations still read";
 }
 
 namespace {
