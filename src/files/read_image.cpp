@@ -8,15 +8,8 @@
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 #include <X11/xpm.h>
-#include <fcntl.h>
-#include <signal.h>
-#include <spawn.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <strings.h>
@@ -27,6 +20,7 @@
 #include "app/app.h"
 #include "app/message.h"
 #include "files/cell_remap.h"
+#include "files/file_look.h"
 #include "files/image_header.h"
 #include "files/image_io.h"
 #include "files/mono_names.h"
@@ -35,61 +29,12 @@ namespace {
 
 constexpr int NOT_XBM = 2;   // internal: go on with the XPM reader
 
-// What stat says about a path: missing, a regular file, or something that
-// must not be opened (a FIFO or device would block or never end).
-enum class PathKind { Missing, Regular, Other };
-
-PathKind path_kind(const std::string& path)
-{
-    struct stat st {};
-    if (stat(path.c_str(), &st) != 0)
-        return PathKind::Missing;
-    return S_ISREG(st.st_mode) ? PathKind::Regular : PathKind::Other;
-}
-
-bool is_compressed_name(const char* name)
-{
-    size_t n = std::strlen(name);
-    return (n > 2 && !std::strcmp(name + n - 2, ".Z")) ||
-           (n > 3 && !std::strcmp(name + n - 3, ".gz"));
-}
-
-// libXpm also tries name.Z and name.gz when name is missing; none of the
-// candidates it may open can be allowed to be a FIFO or a device.
-bool openable(const char* fileName)
-{
-    PathKind k = path_kind(fileName);
-    if (k == PathKind::Other)
-        return false;
-    if (k == PathKind::Regular)
-        return true;
-    for (const char* ext : {".Z", ".gz"})
-        if (path_kind(std::string(fileName) + ext) == PathKind::Other)
-            return false;
-    return true;
-}
-
 // --- XBM ----------------------------------------------------------------
 
+// Called once the first bytes have shown an XBM header within the limits.
 int read_xbm(const char* fileName, int* width, int* height, Pixmap* pixmap,
              int* hotspotX, int* hotspotY)
 {
-    if (path_kind(fileName) != PathKind::Regular)
-        return NOT_XBM;
-    FILE* f = std::fopen(fileName, "r");
-    if (!f)
-        return NOT_XBM;
-    XbmHeaderScan scan;
-    char line[XBM_LINE_BUFFER];
-    while (scan.state == XbmHeaderScan::Reading && std::fgets(line, sizeof line, f))
-        scan.feed(line);
-    scan.finish();
-    std::fclose(f);
-    if (scan.state == XbmHeaderScan::Refuse)
-        return -1;
-    if (scan.state != XbmHeaderScan::Accept)
-        return NOT_XBM;
-
     App& a = app();
     unsigned w = 0, h = 0;
     int hx = -1, hy = -1;
@@ -283,91 +228,6 @@ int colour_failure_status(Display* dpy, int xpmStatus, unsigned cellsNeeded)
     return -1;
 }
 
-// The file libXpm reads for a name: the name itself when it exists, else
-// name.Z, else name.gz; those two (and a name that ends so) it
-// decompresses through gzip.
-std::string xpm_source(const char* fileName)
-{
-    if (path_kind(fileName) != PathKind::Missing)
-        return fileName;
-    for (const char* ext : {".Z", ".gz"}) {
-        std::string candidate = std::string(fileName) + ext;
-        if (path_kind(candidate) != PathKind::Missing)
-            return candidate;
-    }
-    return {};
-}
-
-constexpr size_t HEAD_BYTES = 16384;
-// Far more than the largest drawing needs at any sensible number of
-// characters a pixel; what libXpm makes of a stream is bounded by its size.
-constexpr size_t MAX_DECOMPRESSED = 16u << 20;
-
-// The first bytes of a compressed file as gzip gives them. False when the
-// stream is larger than any drawing's file: a few kilobytes of a
-// compressed file can otherwise unfold into gigabytes in libXpm's hands.
-bool decompressed_head(const std::string& path, std::string* head)
-{
-    int pipeFds[2];
-    if (pipe2(pipeFds, O_CLOEXEC) != 0)
-        return true;   // libXpm cannot decompress it either
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, 0, path.c_str(), O_RDONLY, 0);
-    posix_spawn_file_actions_adddup2(&actions, pipeFds[1], 1);
-    posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
-    char arg0[] = "gzip", arg1[] = "-dc";
-    char* argv[] = {arg0, arg1, nullptr};
-    char* envp[] = {nullptr};
-    pid_t pid = -1;
-    int spawned = posix_spawn(&pid, "/bin/gzip", &actions, nullptr, argv, envp);
-    posix_spawn_file_actions_destroy(&actions);
-    close(pipeFds[1]);
-    size_t total = 0;
-    if (spawned == 0) {
-        char buffer[8192];
-        for (;;) {
-            ssize_t n = read(pipeFds[0], buffer, sizeof buffer);
-            if (n < 0 && errno == EINTR)
-                continue;
-            if (n <= 0)
-                break;
-            if (head->size() < HEAD_BYTES)
-                head->append(buffer, std::min(static_cast<size_t>(n), HEAD_BYTES - head->size()));
-            total += static_cast<size_t>(n);
-            if (total > MAX_DECOMPRESSED)
-                break;
-        }
-    }
-    close(pipeFds[0]);
-    if (spawned == 0) {
-        kill(pid, SIGKILL);   // harmless once it has ended; not yet reaped
-        while (waitpid(pid, nullptr, 0) < 0 && errno == EINTR) {
-        }
-    }
-    return total <= MAX_DECOMPRESSED;
-}
-
-bool header_refused(const char* fileName)
-{
-    std::string source = xpm_source(fileName);
-    if (source.empty() || path_kind(source) != PathKind::Regular)
-        return false;   // libXpm will not open it
-    std::string head;
-    if (is_compressed_name(source.c_str())) {
-        if (!decompressed_head(source, &head))
-            return true;
-    } else {
-        FILE* f = std::fopen(source.c_str(), "rb");
-        if (!f)
-            return false;
-        head.resize(HEAD_BYTES);
-        head.resize(std::fread(head.data(), 1, HEAD_BYTES, f));
-        std::fclose(f);
-    }
-    return check_xpm_header(head) == XpmHeaderVerdict::Refuse;
-}
-
 XpmColor* make_record(const char* colour, const char* mono)
 {
     auto* rec = reinterpret_cast<XpmColor*>(XtCalloc(1, sizeof(XpmColor)));
@@ -376,16 +236,25 @@ XpmColor* make_record(const char* colour, const char* mono)
     return rec;
 }
 
-int read_xpm(const char* fileName, int* width, int* height, int* depth, Pixmap* pixmap,
-             int* hotspotX, int* hotspotY, DrawingXpmInfo* info)
+int read_xpm(const char* fileName, const FileLook& plain, int* width, int* height, int* depth,
+             Pixmap* pixmap, int* hotspotX, int* hotspotY, DrawingXpmInfo* info)
 {
     App& a = app();
     Display* dpy = a.display;
     XpmRead r;
     r.dpy = dpy;
 
-    if (header_refused(fileName))
+    unsigned long colormapEntries = static_cast<unsigned long>(std::max(a.visual->map_entries, 1));
+    switch (xpm_file_verdict(fileName, plain, colormapEntries)) {
+    case XpmFileVerdict::Refuse:
         return -1;
+    case XpmFileVerdict::TooManyColours:
+        // What running out of cells after the parse would say.
+        show_alloc_error();
+        return 1;
+    case XpmFileVerdict::Read:
+        break;
+    }
 
     // The parse comes first: it touches no server resource, and what it
     // finds decides whether the file may go any further.
@@ -568,7 +437,20 @@ int read_image_file(const char* fileName, int* width, int* height, int* depth,
     if (!fileName || !*fileName || !app().display || !openable(fileName))
         return -1;
 
-    int status = read_xbm(fileName, width, height, pixmap, hotspotX, hotspotY);
+    // One look at the first bytes decides which readers may see the file:
+    // no reader goes through a file larger than any drawing's or one that
+    // does not begin like an image.
+    FileLook plain = look_at(fileName);
+    int status = NOT_XBM;
+    switch (plain.seen ? check_xbm_file(plain.head, plain.size) : XbmFileVerdict::NotXbm) {
+    case XbmFileVerdict::Refuse:
+        return -1;
+    case XbmFileVerdict::Acceptable:
+        status = read_xbm(fileName, width, height, pixmap, hotspotX, hotspotY);
+        break;
+    case XbmFileVerdict::NotXbm:
+        break;
+    }
     if (status != NOT_XBM)
         return status;
 
@@ -578,7 +460,7 @@ int read_image_file(const char* fileName, int* width, int* height, int* depth,
         init_xpm_info(&scratch);
         info = &scratch;
     }
-    status = read_xpm(fileName, width, height, depth, pixmap, hotspotX, hotspotY, info);
+    status = read_xpm(fileName, plain, width, height, depth, pixmap, hotspotX, hotspotY, info);
     if (status != 0)
         *depth = 1;
     if (own)

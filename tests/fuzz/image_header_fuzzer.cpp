@@ -1,0 +1,116 @@
+// Fuzzes the checks the reader makes on a file's size and first bytes, and
+// holds them against the readers they stand in front of: Xlib's XBM reader
+// and libXpm's parser, both reading the same bytes as a file (no display is
+// needed for either). Each input is a whole file.
+//
+// - A file the checks pass over as no XBM is one Xlib does not read; an
+//   XBM they accept, Xlib reads within the limits or not at all.
+// - A file refused for its first line is one libXpm does not read; an XPM
+//   they let through, libXpm reads within the limits or not at all, and
+//   with more colours than the colormap exactly when they said so.
+// - Any file beyond the size bounds is refused whatever it begins with.
+// Files the checks refuse for their declared size are not handed to the
+// readers: those would take the memory the checks are there to save.
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
+#include <X11/xpm.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+#include "files/image_header.h"
+
+namespace {
+
+// The colormap of the 8-bit displays the program runs on.
+constexpr unsigned long COLORMAP = 256;
+
+int inputFd = -1;
+std::string inputPath;
+
+[[noreturn]] void fail(const char* what, long a = 0, long b = 0)
+{
+    std::fprintf(stderr, "header fuzzer: %s (%ld, %ld)\n", what, a, b);
+    std::abort();
+}
+
+void check_xbm(std::string_view head, size_t size)
+{
+    XbmFileVerdict verdict = check_xbm_file(head, size);
+    if (check_xbm_file(head, MAX_XBM_FILE_BYTES + 1) != XbmFileVerdict::NotXbm)
+        fail("an XBM beyond the size bound");
+    if (verdict == XbmFileVerdict::Refuse)
+        return;
+    unsigned width = 0, height = 0;
+    unsigned char* bits = nullptr;
+    int hx = -1, hy = -1;
+    int status = XReadBitmapFileData(inputPath.c_str(), &width, &height, &bits, &hx, &hy);
+    if (bits)
+        XFree(bits);
+    if (status != BitmapSuccess)
+        return;
+    if (verdict == XbmFileVerdict::NotXbm)
+        fail("Xlib reads an XBM the checks pass over", width, height);
+    if (width == 0 || height == 0 || width > MAX_IMAGE_WIDTH || height > MAX_IMAGE_HEIGHT)
+        fail("an accepted XBM out of the limits", width, height);
+}
+
+void check_xpm(std::string_view head, size_t size)
+{
+    XpmFileVerdict verdict = check_xpm_file(head, size, COLORMAP);
+    if (check_xpm_file(head, max_xpm_file_bytes(COLORMAP) + 1, COLORMAP) != XpmFileVerdict::Refuse)
+        fail("an XPM beyond the size bound");
+    bool words = xpm_header_words(head);
+    if (verdict == XpmFileVerdict::Refuse && words)
+        return;   // refused for its values: see above
+    XpmImage image{};
+    XpmInfo info{};
+    int status = XpmReadFileToXpmImage(const_cast<char*>(inputPath.c_str()), &image, &info);
+    if (status == XpmSuccess) {
+        unsigned w = image.width, h = image.height, n = image.ncolors, cpp = image.cpp;
+        XpmFreeXpmImage(&image);
+        XpmFreeXpmInfo(&info);
+        if (!words)
+            fail("libXpm reads a file whose first line the checks refuse");
+        if (w > MAX_IMAGE_WIDTH || h > MAX_IMAGE_HEIGHT)
+            fail("a passed XPM out of the limits", w, h);
+        if (cpp > MAX_CHARS_PER_PIXEL)
+            fail("a passed XPM with too many characters a pixel", cpp);
+        if ((n > COLORMAP) != (verdict == XpmFileVerdict::TooManyColours))
+            fail("the colour count misjudged", n, static_cast<long>(verdict));
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerInitialize(int*, char***)
+{
+    // The input lives in memory, never in a file of /tmp or the tree.
+    inputFd = memfd_create("pictrel-fuzz-input", MFD_CLOEXEC);
+    if (inputFd < 0) {
+        std::perror("header fuzzer: memfd_create");
+        std::exit(1);
+    }
+    inputPath = "/proc/self/fd/" + std::to_string(inputFd);
+    return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
+{
+    std::string_view whole(reinterpret_cast<const char*>(data), size);
+    std::string_view head = whole.substr(0, std::min<size_t>(size, IMAGE_HEAD_BYTES));
+    // The pure checks alone, with any colour limit.
+    check_xpm_header(whole, 1);
+    check_xpm_header(whole, MAX_XPM_COLOURS);
+    if (ftruncate(inputFd, 0) != 0 || pwrite(inputFd, data, size, 0) != static_cast<ssize_t>(size))
+        fail("cannot write the input");
+    check_xbm(head, size);
+    check_xpm(head, size);
+    return 0;
+}
