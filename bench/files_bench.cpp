@@ -2,7 +2,8 @@
 // 100 colours at two characters a pixel, and a 511 x 719 XBM. Opening
 // counts the read and the making of the drawing window; saving counts the
 // staged write and the copy onto the target. Fixtures are generated in a
-// private directory under /tmp.
+// private directory under /tmp; bench/fixture.awk writes the same two files
+// for the side-by-side bench, so a change here belongs there too.
 #include <X11/Intrinsic.h>
 #include <unistd.h>
 
