@@ -62,7 +62,8 @@ protected:
 };
 
 // With XFILESEARCHPATH and XAPPLRESDIR unset, the program finds the application defaults and the pictures of its own
-// installation: real labels, and no warning about a picture it could not find.
+// installation: real labels, and no warning about a picture it could not find. Its window carries the application
+// icon.
 TEST_F(InstalledProgram, FindsItsOwnFilesWithNoEnvironment)
 {
     E2eApp app;
@@ -74,6 +75,19 @@ TEST_F(InstalledProgram, FindsItsOwnFilesWithNoEnvironment)
     e2e_sleep_ms(300);
     expect_real_file_menu(app, shell);
     EXPECT_EQ(app.stderr_text(), "") << "the pictures of the tool palette were not found";
+    // Window managers show the application icon, whose mask cuts it out.
+    XWMHints* hints = XGetWMHints(app.display(), shell);
+    ASSERT_NE(hints, nullptr);
+    EXPECT_TRUE((hints->flags & IconPixmapHint) && hints->icon_pixmap) << "no icon pixmap in the WM hints";
+    EXPECT_TRUE((hints->flags & IconMaskHint) && hints->icon_mask) << "no icon mask in the WM hints";
+    Window root;
+    int x, y;
+    unsigned w = 0, h = 0, border, depth;
+    if (hints->icon_pixmap)
+        XGetGeometry(app.display(), hints->icon_pixmap, &root, &x, &y, &w, &h, &border, &depth);
+    EXPECT_EQ(w, 48u);
+    EXPECT_EQ(h, 48u);
+    XFree(hints);
     app.key(shell, "ctrl+q");
     int status = -1;
     ASSERT_TRUE(app.wait_exit(&status)) << "Ctrl+Q did not quit";
