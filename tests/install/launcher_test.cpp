@@ -356,3 +356,15 @@ TEST_F(LauncherOn24Bits, SaysWhatIsMissing)
         EXPECT_TRUE(launch.nothing_left()) << "without " << c.command << " something still runs";
     }
 }
+
+// A display that cannot be opened gets the toolkit's own message from the program, and a non-zero status.
+TEST(LauncherCommandLine, UnreachableDisplay)
+{
+    ASSERT_TRUE(installation().installed);
+    Launch launch(":999", {});
+    int status = -1;
+    ASSERT_TRUE(launch.wait_exit(&status));
+    EXPECT_NE(status, 0);
+    EXPECT_NE(launch.stderr_text().find("Can't open display: :999"), std::string::npos) << launch.stderr_text();
+    EXPECT_TRUE(launch.nothing_left());
+}
