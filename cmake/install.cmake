@@ -25,12 +25,16 @@ foreach(scale 1 2 4)
   install(FILES ${png} DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/${size}x${size}/apps)
 endforeach()
 
-# The manual page, compressed as Debian keeps them.
-set(MAN_PAGE ${CMAKE_BINARY_DIR}/pictrel.1.gz)
-add_custom_command(OUTPUT ${MAN_PAGE}
-  COMMAND sh -c "gzip -9n -c \"$1\" > \"$2\"" sh ${CMAKE_SOURCE_DIR}/doc/pictrel.1 ${MAN_PAGE}
-  DEPENDS ${CMAKE_SOURCE_DIR}/doc/pictrel.1 VERBATIM)
-add_custom_target(desktop_files ALL DEPENDS ${ICON_PNGS} ${MAN_PAGE})
+# The manual pages, compressed as Debian keeps them; pictrel-launch's page
+# is a link to pictrel's, which describes both.
+set(MAN_PAGES)
+foreach(page pictrel.1 pictrel-launch.1)
+  add_custom_command(OUTPUT ${CMAKE_BINARY_DIR}/${page}.gz
+    COMMAND sh -c "gzip -9n -c \"$1\" > \"$2\"" sh ${CMAKE_SOURCE_DIR}/doc/${page} ${CMAKE_BINARY_DIR}/${page}.gz
+    DEPENDS ${CMAKE_SOURCE_DIR}/doc/${page} VERBATIM)
+  list(APPEND MAN_PAGES ${CMAKE_BINARY_DIR}/${page}.gz)
+endforeach()
+add_custom_target(desktop_files ALL DEPENDS ${ICON_PNGS} ${MAN_PAGES})
 
 # The launcher finds the window manager's configuration from its own place.
 if(IS_ABSOLUTE "${CMAKE_INSTALL_DATADIR}")
@@ -45,7 +49,8 @@ install(TARGETS pictrel RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(PROGRAMS ${CMAKE_BINARY_DIR}/pictrel-launch DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(FILES ${CMAKE_SOURCE_DIR}/launcher/twmrc DESTINATION ${CMAKE_INSTALL_DATADIR}/pictrel)
 install(FILES ${PICTURES} DESTINATION ${CMAKE_INSTALL_DATADIR}/pictrel/pixmaps)
-install(FILES ${MAN_PAGE} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+install(FILES ${MAN_PAGES} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+install(FILES ${CMAKE_SOURCE_DIR}/doc/copyright DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/pictrel)
 install(FILES ${ICON_SOURCE} DESTINATION ${CMAKE_INSTALL_DATADIR}/pixmaps)
 
 # The application defaults and the desktop entry depend on the prefix of the

@@ -29,6 +29,10 @@ resources=$(grep -oE '^ *(STR_RES|INT_RES|PIX_RES)\("[A-Za-z_]+"|^ *\{\(char\*\)
 for r in $resources; do
   grep -qw -- "$r" <<<"$text" || { echo "the manual page does not name the resource $r" >&2; fail=1; }
 done
+# pictrel-launch's page leads to the same text.
+launch_page=$(MANWIDTH=80 man --warnings -M "$stage/usr/share/man" pictrel-launch 2>&1)
+grep -q "^ *pictrel-launch - run Pictrel\|^ *pictrel, pictrel-launch - " <<<"$launch_page" && ! grep -q "warning" <<<"$launch_page" ||
+  { echo "man pictrel-launch:"; head -5 <<<"$launch_page"; fail=1; } >&2
 grep -q "Xephyr" <<<"$text" && grep -q "PseudoColor" <<<"$text" ||
   { echo "the manual page does not tell how to run on a 24-bit desktop" >&2; fail=1; }
 

@@ -30,7 +30,8 @@ conffiles=$(dpkg-deb --ctrl-tarfile "$deb" | tar -xO ./conffiles 2>/dev/null)
 files=$(dpkg-deb -c "$deb" | grep -v '^d' | sed -E 's/^([^ ]+ +){5}//')
 echo "$files"
 for f in ./usr/bin/pictrel ./usr/bin/pictrel-launch ./etc/X11/app-defaults/Pictrel \
-         ./usr/share/man/man1/pictrel.1.gz ./usr/share/applications/pictrel.desktop \
+         ./usr/share/man/man1/pictrel.1.gz ./usr/share/man/man1/pictrel-launch.1.gz \
+         ./usr/share/doc/pictrel/copyright ./usr/share/applications/pictrel.desktop \
          ./usr/share/icons/hicolor/48x48/apps/pictrel.png ./usr/share/pixmaps/pictrel.xpm \
          ./usr/share/pictrel/twmrc ./usr/share/pictrel/pixmaps/rectfilled.xpm; do
   grep -qxF "$f" <<<"$files" || { echo "the package lacks $f" >&2; fail=1; }

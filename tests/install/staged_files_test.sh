@@ -10,7 +10,7 @@ fail=0
 
 expected=(
   bin/pictrel bin/pictrel-launch
-  share/man/man1/pictrel.1.gz
+  share/man/man1/pictrel.1.gz share/man/man1/pictrel-launch.1.gz share/doc/pictrel/copyright
   share/applications/pictrel.desktop
   share/icons/hicolor/48x48/apps/pictrel.png share/icons/hicolor/96x96/apps/pictrel.png
   share/icons/hicolor/192x192/apps/pictrel.png
