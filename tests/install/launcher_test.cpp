@@ -6,6 +6,7 @@
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
+#include <X11/extensions/XTest.h>
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/wait.h>
@@ -219,6 +220,45 @@ std::vector<Window> framed_drawings(Display* dpy, size_t count)
     return found;
 }
 
+// The window's place on the screen.
+void root_position(Display* dpy, Window w, int* x, int* y)
+{
+    Window child;
+    XTranslateCoordinates(dpy, w, DefaultRootWindow(dpy), 0, 0, x, y, &child);
+}
+
+// A press at (x, y) on the screen, moved by (dx, dy) in steps, and released, through XTest.
+void drag(Display* dpy, int x, int y, int dx, int dy)
+{
+    XTestFakeMotionEvent(dpy, DefaultScreen(dpy), x, y, CurrentTime);
+    XSync(dpy, False);
+    e2e_sleep_ms(100);
+    XTestFakeButtonEvent(dpy, 1, True, CurrentTime);
+    XSync(dpy, False);
+    e2e_sleep_ms(100);
+    for (int step = 1; step <= 5; step++) {
+        XTestFakeMotionEvent(dpy, DefaultScreen(dpy), x + dx * step / 5, y + dy * step / 5, CurrentTime);
+        XSync(dpy, False);
+        e2e_sleep_ms(50);
+    }
+    XTestFakeButtonEvent(dpy, 1, False, CurrentTime);
+    XSync(dpy, False);
+    e2e_sleep_ms(300);
+}
+
+// The frame (the root's child) that holds the window.
+Window frame_of(Display* dpy, Window w)
+{
+    Window parent = 0;
+    while (w) {
+        children(dpy, w, &parent);
+        if (!parent || parent == DefaultRootWindow(dpy))
+            return w;
+        w = parent;
+    }
+    return 0;
+}
+
 // A PATH of every command there is but one.
 std::string path_without(const std::string& missing, const std::string& dir)
 {
@@ -307,6 +347,35 @@ TEST_F(LauncherOn24Bits, NestsAServerWithAWindowManagerAndEndsThem)
     ASSERT_EQ(drawings.size(), 2u) << launch.stderr_text();
     EXPECT_TRUE(titles[0] == "a picture.xpm" || titles[1] == "a picture.xpm") << titles[0] << ", " << titles[1];
     EXPECT_EQ(launch.stderr_text().find("Can't open"), std::string::npos) << launch.stderr_text();
+
+    // The window manager at work: a click on the title bar of the lower window raises it above the other and gives
+    // it the keyboard, which stays when the pointer leaves; a drag on a title bar moves its window.
+    auto on_top = [&](Window w) {
+        Window top = 0;
+        for (Window f : children(inner, DefaultRootWindow(inner)))
+            if (f == frame_of(inner, drawings[0]) || f == frame_of(inner, drawings[1]))
+                top = f;
+        return top == frame_of(inner, w);
+    };
+    Window lower = on_top(drawings[0]) ? drawings[1] : drawings[0];
+    int x0, y0, x1, y1;
+    root_position(inner, lower, &x0, &y0);
+    drag(inner, x0 + 40, y0 - 6, 0, 0);
+    EXPECT_TRUE(on_top(lower)) << "a click on the title bar did not raise the window";
+    XTestFakeMotionEvent(inner, DefaultScreen(inner), 0, 0, CurrentTime);
+    XSync(inner, False);
+    e2e_sleep_ms(200);
+    Window focus = 0;
+    int revert;
+    XGetInputFocus(inner, &focus, &revert);
+    EXPECT_EQ(frame_of(inner, focus), frame_of(inner, lower)) << "a click on the title bar gave no keyboard focus";
+    for (Window w : drawings) {
+        root_position(inner, w, &x0, &y0);
+        drag(inner, x0 + 40, y0 - 6, 60, 40);
+        root_position(inner, w, &x1, &y1);
+        EXPECT_EQ(x1 - x0, 60) << "a drag on the title bar of " << name_of(inner, w) << " did not move it";
+        EXPECT_EQ(y1 - y0, 40);
+    }
 
     for (Window w : drawings)
         send_delete(inner, w);
