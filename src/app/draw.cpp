@@ -27,6 +27,7 @@
 #include "app/status.h"
 #include "app/titles.h"
 #include "app/window_place.h"
+#include "app/window_icon.h"
 #include "canvas/image_store.h"
 #include "canvas/views.h"
 #include "colour/color_list.h"
@@ -160,6 +161,7 @@ void build_window(Drawing* d)
 
     d->mainWindow = XtVaCreateManagedWidget("Window", xmMainWindowWidgetClass, d->shell,
                                             XmNuserData, d, nullptr);
+    set_window_icon(d->shell, d->mainWindow);
     d->menuBar = build_menu_bar(d->mainWindow, d);
     Widget form = XtVaCreateWidget("drawForm", xmFormWidgetClass, d->mainWindow, nullptr);
 

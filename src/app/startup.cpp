@@ -10,11 +10,13 @@
 #include <string>
 
 #include "app/app.h"
+#include "app/app_defaults.h"
 #include "app/cursors.h"
 #include "app/draw.h"
 #include "app/drop_open.h"
 #include "app/message.h"
 #include "app/safe_format.h"
+#include "app/usage.h"
 #include "colour/converters.h"
 #include "files/open_save.h"
 
@@ -143,23 +145,16 @@ void wrong_visual_ok_cb(Widget, XtPointer, XtPointer)
     exit(0);
 }
 
-// Used only when no application defaults file is found: enough for a plain
-// but usable window (the canvas grid must differ from transparent cells,
-// which take the window colour).
-String fallbackResources[] = {
-    const_cast<String>("*drawArea.background: gray45"),
-    nullptr,
-};
-
 }  // namespace
 
 int startup(int* argc, char** argv)
 {
     XtSetLanguageProc(nullptr, nullptr, nullptr);
     App& a = app();
-    a.topLevel = XtAppInitialize(&a.context, "Pictrel", options, XtNumber(options), argc, argv,
-                                 fallbackResources, nullptr, 0);
+    a.topLevel = XtAppInitialize(&a.context, "Pictrel", options, XtNumber(options), argc, argv, nullptr,
+                                 nullptr, 0);
     a.display = XtDisplay(a.topLevel);
+    add_application_defaults(a.display);
     a.screen = DefaultScreen(a.display);
     a.root = RootWindow(a.display, a.screen);
     a.visual = DefaultVisual(a.display, a.screen);
@@ -239,6 +234,11 @@ void open_start_files(int argc, char** argv)
 
 void run_pictrel(int argc, char** argv)
 {
+    // Before the toolkit, which would take "-help" for a file name and needs a display.
+    if (help_requested(argc, argv)) {
+        fputs(usage_text(argv[0]).c_str(), stdout);
+        exit(0);
+    }
     if (startup(&argc, argv) == 0)
         open_start_files(argc, argv);
     XtAppMainLoop(app().context);

@@ -10,6 +10,7 @@
 #include "app/app.h"
 #include "colour/color_list.h"
 #include "colour/pixmap_name.h"
+#include "core/install_paths.h"
 
 // Motif's converter registration entry points; libXm exports them but its
 // public headers do not declare them.
@@ -92,7 +93,7 @@ const char* string_of(XrmValuePtr from)
 }
 
 // Cuts the value at its first blank and looks it up along the remembered
-// path, then in the source tree's and the installed picture directories.
+// path, then in the program's own picture directory.
 // Returns an XtMalloc'd path, or null.
 char* resolve_picture(Display* dpy, const char* value)
 {
@@ -107,8 +108,10 @@ char* resolve_picture(Display* dpy, const char* value)
         found = XtResolvePathname(dpy, "pixmaps", name, nullptr, searchPath ? searchPath : "%N%S",
                                   nullptr, 0, nullptr);
         if (!found) {
-            static const char* const dirs[] = {PICTREL_RESOURCE_DIR, PICTREL_INSTALL_PIXMAP_DIR};
-            std::string fallback = directory_search_path(dirs, 2);
+            // The installation's own pictures (the source tree's in a build tree).
+            static const std::string own = own_picture_dir();
+            const char* const dirs[] = {own.c_str()};
+            std::string fallback = directory_search_path(dirs, 1);
             if (!fallback.empty())
                 found = XtResolvePathname(dpy, "pixmaps", name, nullptr, fallback.c_str(), nullptr, 0,
                                           nullptr);

@@ -104,7 +104,7 @@ bool E2eApp::start(const std::vector<std::string>& args)
     std::string link = logDir + "/" + argv0_;
     if (!wrapper_.empty() || onPath_) {
         unlink(link.c_str());
-        if (symlink(PICTREL_BINARY, link.c_str()) != 0)
+        if (symlink(binary_.c_str(), link.c_str()) != 0)
             return false;
     }
     std::vector<std::string> argv = wrapper_;
@@ -112,7 +112,7 @@ bool E2eApp::start(const std::vector<std::string>& args)
     argv.insert(argv.end(), args.begin(), args.end());
     if (!wrapper_.empty())
         return spawn(argv[0], argv, true, "");
-    return spawn(PICTREL_BINARY, argv, false, onPath_ ? logDir : "");
+    return spawn(binary_, argv, false, onPath_ ? logDir : "");
 }
 
 bool E2eApp::start_command(const std::vector<std::string>& command)
@@ -139,7 +139,11 @@ bool E2eApp::spawn(const std::string& file, const std::vector<std::string>& args
     if (pid_ == 0) {
         setpgid(0, 0);
         setenv("DISPLAY", displayName_.c_str(), 1);
-        setenv("XFILESEARCHPATH", resourcePath_.c_str(), 1);
+        if (resourcePath_.empty())
+            unsetenv("XFILESEARCHPATH");
+        else
+            setenv("XFILESEARCHPATH", resourcePath_.c_str(), 1);
+        unsetenv("XAPPLRESDIR");
         if (!path.empty())
             setenv("PATH", path.c_str(), 1);
         dup2(open("/dev/null", O_RDONLY), 0);

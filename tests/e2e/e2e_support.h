@@ -27,8 +27,11 @@ public:
     E2eApp& operator=(const E2eApp&) = delete;
 
     Display* display() const { return dpy_; }
-    // XFILESEARCHPATH of later runs; the source tree's resources by default.
+    // XFILESEARCHPATH of later runs; the source tree's resources by default, none at all when empty. The runs never
+    // see XAPPLRESDIR, so that this is the one place their application defaults come from.
     void set_resource_path(const std::string& path) { resourcePath_ = path; }
+    // The program later runs start; the one built here by default.
+    void set_binary(const std::string& path) { binary_ = path; }
     // A command the binary runs under (strace and its options, say); its windows keep this run's name.
     void set_wrapper(const std::vector<std::string>& command) { wrapper_ = command; }
     // Started as a user starts it by name: argv[0] is found in a directory of PATH (through a link named like the
@@ -78,6 +81,7 @@ private:
     Display* dpy_ = nullptr;
     std::string displayName_, argv0_, outPath_, errPath_;
     std::string resourcePath_ = PICTREL_RESOURCE_DIR "/%N";
+    std::string binary_ = PICTREL_BINARY;
     std::vector<std::string> wrapper_;
     bool onPath_ = false;
     pid_t pid_ = -1;

@@ -1,0 +1,176 @@
+// The installed program as a user meets it: installed into a prefix of its own (with a blank and a non-ASCII letter
+// in it) and started with no resource environment at all, it must find its application defaults and pictures, or do
+// without any application defaults file through the resources compiled into it.
+#include <gtest/gtest.h>
+
+#include <sys/wait.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+
+#include "e2e/e2e_support.h"
+#include "install_support.h"
+
+namespace {
+
+const char* const boldFont = "-misc-fixed-bold-r-normal--13-*-*-*-*-*-iso8859-1";
+const char* const labelFont = "-misc-fixed-medium-r-normal--13-*-*-*-*-*-iso8859-1";
+
+// The viewable override-redirect window on top of the stack: a pulled-down menu.
+Window menu_window(Display* dpy)
+{
+    Window root, parent, *kids = nullptr, found = 0;
+    unsigned n = 0;
+    if (!XQueryTree(dpy, DefaultRootWindow(dpy), &root, &parent, &kids, &n))
+        return 0;
+    for (unsigned i = 0; i < n; i++) {
+        XWindowAttributes a;
+        if (XGetWindowAttributes(dpy, kids[i], &a) && a.map_state == IsViewable && a.override_redirect &&
+            a.width > 40 && a.height > 40)
+            found = kids[i];
+    }
+    XFree(kids);
+    return found;
+}
+
+// The File menu pulled down with its mnemonic (Alt+F) shows the labels and accelerators of the application
+// defaults, not the widget names ("SaveAs").
+void expect_real_file_menu(E2eApp& app, Window shell)
+{
+    app.key(shell, "Alt_L+f");
+    e2e_sleep_ms(300);
+    Window menu = menu_window(app.display());
+    ASSERT_NE(menu, 0u) << "Alt+F opened no menu: no mnemonic";
+    EXPECT_TRUE(app.shows_text(menu, boldFont, "Save As...")) << "the File menu shows no real labels";
+    EXPECT_TRUE(app.shows_text(menu, boldFont, "Ctrl+S")) << "the File menu shows no accelerators";
+    EXPECT_FALSE(app.shows_text(menu, boldFont, "SaveAs")) << "the text check matches anything";
+    app.key(0, "Escape");
+    app.key(0, "Escape");
+}
+
+}  // namespace
+
+class InstalledProgram : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        if (!getenv("DISPLAY"))
+            GTEST_SKIP() << "no DISPLAY";
+        ASSERT_TRUE(installation().installed) << "cmake --install into " << installation().prefix << " failed";
+    }
+};
+
+// With XFILESEARCHPATH and XAPPLRESDIR unset, the program finds the application defaults and the pictures of its own
+// installation: real labels, and no warning about a picture it could not find. Its window carries the application
+// icon.
+TEST_F(InstalledProgram, FindsItsOwnFilesWithNoEnvironment)
+{
+    E2eApp app;
+    app.set_binary(installation().program());
+    app.set_resource_path("");
+    ASSERT_TRUE(app.start({"-geometry", "+0+0"}));
+    Window shell = app.wait_window("Untitled");
+    ASSERT_NE(shell, 0u) << app.stderr_text();
+    e2e_sleep_ms(300);
+    expect_real_file_menu(app, shell);
+    EXPECT_EQ(app.stderr_text(), "") << "the pictures of the tool palette were not found";
+    // Window managers show the application icon, whose mask cuts it out.
+    XWMHints* hints = XGetWMHints(app.display(), shell);
+    ASSERT_NE(hints, nullptr);
+    EXPECT_TRUE((hints->flags & IconPixmapHint) && hints->icon_pixmap) << "no icon pixmap in the WM hints";
+    EXPECT_TRUE((hints->flags & IconMaskHint) && hints->icon_mask) << "no icon mask in the WM hints";
+    Window root;
+    int x, y;
+    unsigned w = 0, h = 0, border, depth;
+    if (hints->icon_pixmap)
+        XGetGeometry(app.display(), hints->icon_pixmap, &root, &x, &y, &w, &h, &border, &depth);
+    EXPECT_EQ(w, 48u);
+    EXPECT_EQ(h, 48u);
+    XFree(hints);
+    app.key(shell, "ctrl+q");
+    int status = -1;
+    ASSERT_TRUE(app.wait_exit(&status)) << "Ctrl+Q did not quit";
+    EXPECT_EQ(status, 0);
+}
+
+// The installed application defaults file is the one read, not the compiled-in copy: a label changed in it shows.
+TEST_F(InstalledProgram, ReadsTheInstalledDefaultsFile)
+{
+    const std::string file = installation().app_defaults();
+    std::string saved = e2e_read_file(file);
+    ASSERT_FALSE(saved.empty()) << file;
+    std::ofstream(file, std::ios::app) << "*menuBar*SaveAs.labelString: Keep As...\n";
+    E2eApp app;
+    app.set_binary(installation().program());
+    app.set_resource_path("");
+    bool started = app.start({"-geometry", "+0+0"});
+    Window shell = started ? app.wait_window("Untitled") : 0;
+    if (shell) {
+        e2e_sleep_ms(300);
+        app.key(shell, "Alt_L+f");
+        e2e_sleep_ms(300);
+        Window menu = menu_window(app.display());
+        EXPECT_TRUE(menu && app.shows_text(menu, boldFont, "Keep As...")) << "the installed file was not read";
+        app.key(0, "Escape");
+    }
+    std::ofstream(file, std::ios::trunc) << saved;
+    ASSERT_NE(shell, 0u) << app.stderr_text();
+}
+
+// With no application defaults file anywhere (none installed, the toolkit's search path pointing nowhere), the
+// compiled-in resources make the program whole: labels, mnemonics, accelerators (Ctrl+N, Ctrl+Q), dialog titles and
+// dialog texts.
+TEST_F(InstalledProgram, CompleteWithoutAnyApplicationDefaults)
+{
+    const std::string file = installation().app_defaults();
+    const std::string aside = file + ".aside";
+    ASSERT_EQ(std::rename(file.c_str(), aside.c_str()), 0) << file;
+    E2eApp app;
+    app.set_binary(installation().program());
+    app.set_resource_path("/nonexistent/%N");
+    bool started = app.start({"-geometry", "+0+0"});
+    Window shell = started ? app.wait_window("Untitled") : 0;
+    if (shell) {
+        e2e_sleep_ms(300);
+        expect_real_file_menu(app, shell);
+        app.key(shell, "ctrl+n");
+        Window dialog = app.wait_window("New Drawing", 5000);
+        EXPECT_NE(dialog, 0u) << "Ctrl+N opened no dialog titled \"New Drawing\"";
+        if (dialog) {
+            e2e_sleep_ms(300);
+            EXPECT_TRUE(app.shows_text(dialog, labelFont, "Width:")) << "the dialog's texts are missing";
+            app.key(dialog, "Escape");
+        }
+        app.key(shell, "ctrl+q");
+        int status = -1;
+        EXPECT_TRUE(app.wait_exit(&status)) << "Ctrl+Q did not quit";
+        EXPECT_EQ(status, 0);
+    }
+    std::rename(aside.c_str(), file.c_str());
+    ASSERT_NE(shell, 0u) << app.stderr_text();
+}
+
+// "-help" prints the summary of the five options and the file arguments on standard output and exits 0, with no
+// display needed; a display that cannot be opened gets the toolkit's message and a non-zero status.
+TEST(InstalledProgramCommandLine, HelpAndAnUnreachableDisplay)
+{
+    ASSERT_TRUE(installation().installed);
+    E2eScratch out;
+    std::string program = "'" + installation().program() + "'";
+    std::string command = "env -u DISPLAY " + program + " -help >" + out.dir + "/out 2>" + out.dir + "/err";
+    int status = std::system(command.c_str());
+    ASSERT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+    std::string text = e2e_read_file(out.dir + "/out");
+    for (const char* option : {"-width W", "-height H", "-zoomLevel Z", "-debug N", "-xpmType T", "file ..."})
+        EXPECT_NE(text.find(option), std::string::npos) << option << " missing from:\n" << text;
+    EXPECT_EQ(e2e_read_file(out.dir + "/err"), "");
+
+    command = program + " -display :999 >" + out.dir + "/out 2>" + out.dir + "/err";
+    status = std::system(command.c_str());
+    ASSERT_TRUE(WIFEXITED(status));
+    EXPECT_NE(WEXITSTATUS(status), 0);
+    EXPECT_NE(e2e_read_file(out.dir + "/err").find("Can't open display: :999"), std::string::npos)
+        << e2e_read_file(out.dir + "/err");
+}
