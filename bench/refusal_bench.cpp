@@ -15,9 +15,9 @@
 #include <string>
 #include <vector>
 
-#include "app/app.h"
 #include "app/draw.h"
 #include "app/startup.h"
+#include "core/app_state.h"
 #include "files/image_header.h"
 #include "files/open_save.h"
 

@@ -18,9 +18,9 @@
 #include <string>
 #include <vector>
 
-#include "app/app.h"
 #include "app/draw.h"
 #include "app/startup.h"
+#include "core/app_state.h"
 #include "files/new_close.h"
 
 namespace {

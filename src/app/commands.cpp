@@ -3,13 +3,13 @@
 
 #include <cstdio>
 
-#include "app/app.h"
 #include "app/draw.h"
 #include "app/menus.h"
 #include "canvas/image_store.h"
 #include "canvas/undo.h"
 #include "canvas/views.h"
 #include "colour/color_list.h"
+#include "core/app_state.h"
 #include "files/new_close.h"
 #include "files/open_save.h"
 #include "fonts/font_dialog.h"

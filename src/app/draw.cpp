@@ -14,47 +14,27 @@
 #include <cstring>
 #include <vector>
 
-#include "app/app.h"
 #include "app/commands.h"
 #include "app/cursors.h"
-#include "app/dialog_titles.h"
 #include "app/drop_open.h"
 #include "app/menus.h"
-#include "app/message.h"
-#include "app/safe_format.h"
 #include "app/session.h"
 #include "app/slot_choice.h"
 #include "app/status.h"
-#include "app/titles.h"
-#include "app/window_place.h"
 #include "canvas/image_store.h"
 #include "canvas/views.h"
 #include "colour/color_list.h"
+#include "core/app_state.h"
+#include "core/dialog_titles.h"
+#include "core/message.h"
+#include "core/safe_format.h"
+#include "core/titles.h"
+#include "core/window_place.h"
 #include "files/image_io.h"
 #include "files/new_close.h"
 #include "tools/palettes.h"
 #include "tools/selection.h"
 #include "tools/tool_table.h"
-
-Registry& registry()
-{
-    static Registry r{};
-    return r;
-}
-
-bool drawing_is_open(const Drawing* d)
-{
-    return d && d->menuBar && XtIsManaged(d->menuBar);
-}
-
-Drawing* first_open_drawing()
-{
-    // One closed by the session manager keeps its window but is done with.
-    for (Drawing* d : registry().slots)
-        if (drawing_is_open(d) && !d->sessionClosed)
-            return d;
-    return nullptr;
-}
 
 namespace {
 
@@ -397,18 +377,6 @@ void set_name(Drawing* d, const char* name)
     // The windows that belong to the drawing say whose they are.
     for (Widget dialog : {d->colourList, d->smallViewDialog, d->bwDialog})
         title_dialog_for(dialog, d->name);
-}
-
-Drawing* find_drawing_of_widget(Widget w)
-{
-    while (w && !XtIsApplicationShell(w))
-        w = XtParent(w);
-    if (!w)
-        return nullptr;
-    for (Drawing* d : registry().slots)
-        if (d && d->shell == w)
-            return d;
-    return nullptr;
 }
 
 void close_drawing(Drawing* d)

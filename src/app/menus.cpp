@@ -13,9 +13,9 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "app/app.h"
 #include "app/commands.h"
 #include "app/draw.h"
+#include "core/app_state.h"
 #include "help/help_menu.h"
 #include "imageops/clipboard.h"
 #include "tools/selection.h"

@@ -13,9 +13,9 @@
 #include <cstdlib>
 #include <vector>
 
-#include "app/app.h"
 #include "app/draw.h"
 #include "app/restart_command.h"
+#include "core/app_state.h"
 #include "files/new_close.h"
 
 namespace {

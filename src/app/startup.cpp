@@ -9,13 +9,13 @@
 #include <cstring>
 #include <string>
 
-#include "app/app.h"
 #include "app/cursors.h"
 #include "app/draw.h"
 #include "app/drop_open.h"
-#include "app/message.h"
-#include "app/safe_format.h"
 #include "colour/converters.h"
+#include "core/app_state.h"
+#include "core/message.h"
+#include "core/safe_format.h"
 #include "files/open_save.h"
 
 namespace {

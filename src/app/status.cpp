@@ -9,12 +9,12 @@
 #include <Xm/Xm.h>
 #include <cstdio>
 
-#include "app/app.h"
 #include "app/draw.h"
 #include "app/logo_data.h"
-#include "app/message.h"
-#include "app/safe_format.h"
-#include "colour/converters.h"
+#include "core/app_state.h"
+#include "core/message.h"
+#include "core/safe_format.h"
+#include "core/template_dialog.h"
 
 const char* const PICTREL_VERSION_STRING = "5.1.1";
 

@@ -8,15 +8,15 @@
 
 #include <algorithm>
 
-#include "app/app.h"
 #include "app/commands.h"
-#include "app/draw.h"
 #include "app/menus.h"
 #include "app/session.h"
 #include "canvas/image_store.h"
 #include "canvas/input.h"
 #include "canvas/magnified_paint.h"
 #include "canvas/views.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
 
 namespace {
 

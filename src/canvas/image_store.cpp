@@ -7,10 +7,10 @@
 
 #include <algorithm>
 
-#include "app/app.h"
-#include "app/draw.h"
 #include "canvas/magnified_paint.h"
 #include "canvas/views.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
 #include "tools/geometry.h"
 #include "tools/regions.h"
 

@@ -12,8 +12,8 @@
 #include <climits>
 #include <cstdio>
 
-#include "app/app.h"
-#include "app/draw.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
 #include "tools/geometry.h"
 #include "tools/palettes.h"
 #include "tools/tool_table.h"

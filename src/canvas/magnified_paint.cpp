@@ -12,8 +12,8 @@
 #include <memory>
 #include <vector>
 
-#include "app/app.h"
-#include "app/draw.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
 
 namespace {
 

@@ -3,9 +3,9 @@
 #include "canvas/undo.h"
 
 #include "app/commands.h"
-#include "app/draw.h"
 #include "app/menus.h"
 #include "canvas/image_store.h"
+#include "core/drawing.h"
 #include "tools/tool_table.h"
 
 void set_undo_sensitive(Drawing* d, bool on)

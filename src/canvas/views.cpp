@@ -16,17 +16,17 @@
 #include <cstdlib>
 #include <memory>
 
-#include "app/app.h"
 #include "app/commands.h"
 #include "app/cursors.h"
-#include "app/dialog_titles.h"
-#include "app/draw.h"
 #include "app/menus.h"
-#include "app/window_place.h"
 #include "canvas/image_store.h"
 #include "canvas/input.h"
 #include "colour/color_list.h"
-#include "colour/converters.h"
+#include "core/app_state.h"
+#include "core/dialog_titles.h"
+#include "core/drawing.h"
+#include "core/template_dialog.h"
+#include "core/window_place.h"
 #include "tools/tool_table.h"
 
 namespace {

@@ -11,9 +11,9 @@
 #include <memory>
 #include <unordered_map>
 
-#include "app/app.h"
-#include "app/draw.h"
 #include "colour/color_list.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
 
 namespace {
 

@@ -8,11 +8,11 @@
 #include <cstring>
 #include <string>
 
-#include "app/app.h"
 #include "app/draw.h"
 #include "app/session.h"
-#include "app/titles.h"
-#include "colour/converters.h"
+#include "core/app_state.h"
+#include "core/template_dialog.h"
+#include "core/titles.h"
 #include "files/file_dialog.h"
 #include "files/new_close.h"
 #include "files/open_save.h"

@@ -6,10 +6,10 @@
 #include <Xm/MessageB.h>
 #include <Xm/Xm.h>
 
-#include "app/app.h"
-#include "app/placement.h"
-#include "app/window_place.h"
-#include "app/draw.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
+#include "core/placement.h"
+#include "core/window_place.h"
 #include "files/open_save.h"
 
 namespace {

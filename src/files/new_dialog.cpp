@@ -10,11 +10,11 @@
 #include <cstdlib>
 #include <string>
 
-#include "app/app.h"
 #include "app/draw.h"
-#include "app/message.h"
-#include "app/safe_format.h"
-#include "colour/converters.h"
+#include "core/app_state.h"
+#include "core/message.h"
+#include "core/safe_format.h"
+#include "core/template_dialog.h"
 #include "files/file_dialog.h"
 #include "files/new_close.h"
 

@@ -15,11 +15,11 @@
 #include <cstring>
 #include <string>
 
-#include "app/app.h"
 #include "app/draw.h"
-#include "app/safe_format.h"
 #include "app/session.h"
 #include "canvas/views.h"
+#include "core/app_state.h"
+#include "core/safe_format.h"
 #include "files/copy_file.h"
 #include "files/file_dialog.h"
 #include "files/image_io.h"

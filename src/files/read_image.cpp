@@ -17,8 +17,8 @@
 #include <unordered_map>
 #include <vector>
 
-#include "app/app.h"
-#include "app/message.h"
+#include "core/app_state.h"
+#include "core/message.h"
 #include "files/cell_remap.h"
 #include "files/file_look.h"
 #include "files/image_header.h"

@@ -1,7 +1,7 @@
 // The message a user sees for the status of a failed read.
-#include "app/app.h"
-#include "app/message.h"
-#include "app/safe_format.h"
+#include "core/app_state.h"
+#include "core/message.h"
+#include "core/safe_format.h"
 #include "files/open_save.h"
 
 #include <string>

@@ -10,9 +10,9 @@
 #include <cstring>
 #include <memory>
 
-#include "app/app.h"
-#include "app/draw.h"
 #include "colour/color_list.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
 #include "files/image_io.h"
 #include "files/mono_names.h"
 #include "files/written_check.h"

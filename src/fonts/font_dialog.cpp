@@ -20,10 +20,10 @@
 #include <string>
 #include <vector>
 
-#include "app/app.h"
-#include "app/draw.h"
-#include "app/message.h"
-#include "colour/converters.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
+#include "core/message.h"
+#include "core/template_dialog.h"
 #include "fonts/font_names.h"
 #include "tools/text.h"
 

@@ -11,9 +11,9 @@
 #include <Xm/Xm.h>
 #include <string>
 
-#include "app/app.h"
-#include "app/message.h"
 #include "app/status.h"
+#include "core/app_state.h"
+#include "core/message.h"
 
 namespace {
 

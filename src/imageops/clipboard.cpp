@@ -12,10 +12,10 @@
 #include <cstdio>
 #include <string>
 
-#include "app/app.h"
-#include "app/draw.h"
-#include "app/error_trap.h"
 #include "canvas/image_store.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
+#include "core/error_trap.h"
 #include "tools/selection.h"
 
 namespace {

@@ -9,8 +9,8 @@
 #include <memory>
 #include <new>
 
-#include "app/app.h"
-#include "app/draw.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
 #include "imageops/pixel_ops.h"
 #include "tools/selection.h"
 

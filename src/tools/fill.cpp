@@ -10,10 +10,10 @@
 #include <new>
 #include <vector>
 
-#include "app/app.h"
-#include "app/draw.h"
 #include "canvas/image_store.h"
 #include "canvas/undo.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
 #include "tools/geometry.h"
 #include "tools/seed_fill.h"
 #include "tools/tool_handlers.h"

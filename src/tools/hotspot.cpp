@@ -5,10 +5,10 @@
 
 #include <X11/Xlib.h>
 
-#include "app/app.h"
-#include "app/draw.h"
 #include "canvas/image_store.h"
 #include "canvas/undo.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
 #include "tools/geometry.h"
 #include "tools/tool_handlers.h"
 #include "tools/tool_table.h"

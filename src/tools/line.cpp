@@ -2,10 +2,10 @@
 // snapped to horizontal, vertical or 45 degrees while Shift is held.
 #include <X11/Xlib.h>
 
-#include "app/app.h"
-#include "app/draw.h"
 #include "canvas/image_store.h"
 #include "canvas/undo.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
 #include "tools/geometry.h"
 #include "tools/regions.h"
 #include "tools/tool_handlers.h"

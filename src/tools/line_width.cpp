@@ -6,9 +6,9 @@
 
 #include <cstdint>
 
-#include "app/app.h"
-#include "app/draw.h"
 #include "canvas/input.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
 #include "tools/geometry.h"
 #include "tools/palettes.h"
 

@@ -4,9 +4,9 @@
 // boxes are repainted whole.
 #include <X11/Xlib.h>
 
-#include "app/app.h"
-#include "app/draw.h"
 #include "canvas/image_store.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
 #include "tools/geometry.h"
 #include "tools/palettes.h"
 #include "tools/regions.h"

@@ -11,11 +11,11 @@
 #include <cstdint>
 #include <cstdio>
 
-#include "app/app.h"
 #include "app/commands.h"
-#include "app/draw.h"
 #include "app/menus.h"
 #include "canvas/undo.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
 #include "tools/shapes.h"
 #include "tools/text.h"
 #include "tools/tool_table.h"

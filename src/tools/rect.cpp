@@ -3,9 +3,9 @@
 // pattern. Only the grown difference of the old and new boxes is repainted.
 #include <X11/Xlib.h>
 
-#include "app/app.h"
-#include "app/draw.h"
 #include "canvas/image_store.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
 #include "tools/geometry.h"
 #include "tools/palettes.h"
 #include "tools/regions.h"

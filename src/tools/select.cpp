@@ -5,11 +5,11 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "app/app.h"
-#include "app/draw.h"
 #include "app/menus.h"
 #include "canvas/image_store.h"
 #include "canvas/undo.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
 #include "imageops/selection_transforms.h"
 #include "tools/geometry.h"
 #include "tools/regions.h"

@@ -8,13 +8,13 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "app/app.h"
-#include "app/draw.h"
-#include "app/error_trap.h"
 #include "app/menus.h"
 #include "canvas/image_store.h"
 #include "canvas/undo.h"
 #include "colour/paste_colours.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
+#include "core/error_trap.h"
 #include "tools/palettes.h"
 #include "tools/regions.h"
 #include "tools/tool_table.h"

@@ -4,10 +4,10 @@
 
 #include <Xm/Xm.h>
 
-#include "app/app.h"
-#include "app/draw.h"
 #include "canvas/image_store.h"
 #include "canvas/undo.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
 #include "tools/shape_state.h"
 #include "tools/tool_handlers.h"
 #include "tools/tool_table.h"

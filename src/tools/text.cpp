@@ -14,10 +14,10 @@
 #include <cctype>
 #include <climits>
 
-#include "app/app.h"
-#include "app/draw.h"
 #include "canvas/image_store.h"
 #include "canvas/undo.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
 #include "fonts/font_dialog.h"
 #include "fonts/font_names.h"
 #include "tools/geometry.h"

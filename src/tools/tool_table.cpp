@@ -2,10 +2,10 @@
 // events. Adding a tool means one row here and one unit of its own.
 #include "tools/tool_table.h"
 
-#include "app/app.h"
 #include "app/cursors.h"
-#include "app/draw.h"
 #include "canvas/undo.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
 #include "tools/geometry.h"
 #include "tools/tool_handlers.h"
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "app/message.h"
+#include "core/message.h"
 #include "dropin/drop_data.h"
 #include "dropin/dropin.h"
 #include "files_support.h"

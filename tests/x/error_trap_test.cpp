@@ -2,8 +2,8 @@
 // its errors to itself and leaves the enclosing trap's to it.
 #include "x_env.h"
 
-#include "app/app.h"
-#include "app/error_trap.h"
+#include "core/app_state.h"
+#include "core/error_trap.h"
 
 TEST(ErrorTrap, RecordsNestsAndSeesVanishedPixmaps)
 {

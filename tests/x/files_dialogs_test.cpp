@@ -10,8 +10,8 @@
 #include <cstdlib>
 
 #include "app/commands.h"
-#include "app/message.h"
-#include "app/window_place.h"
+#include "core/message.h"
+#include "core/window_place.h"
 #include "files/file_dialog.h"
 #include "files/new_close.h"
 #include "files/open_save.h"

@@ -13,9 +13,9 @@
 #include <Xm/FileSB.h>
 #include <Xm/Text.h>
 
-#include "app/app.h"
 #include "app/commands.h"
-#include "app/draw.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
 #include "files/file_dialog.h"
 #include "files/open_save.h"
 

@@ -9,8 +9,8 @@
 #include <fstream>
 #include <set>
 
-#include "app/message.h"
 #include "colour/color_list.h"
+#include "core/message.h"
 #include "files/image_header.h"
 #include "files/image_io.h"
 #include "files/new_close.h"

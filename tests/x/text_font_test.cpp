@@ -10,9 +10,9 @@
 #include <cstring>
 
 #include "app/commands.h"
-#include "app/message.h"
 #include "canvas/input.h"
 #include "canvas/undo.h"
+#include "core/message.h"
 #include "files/open_save.h"
 #include "files_support.h"
 #include "fonts/font_dialog.h"

@@ -1,4 +1,4 @@
-#include "app/error_trap.h"
+#include "core/error_trap.h"
 
 namespace {
 

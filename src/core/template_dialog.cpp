@@ -1,6 +1,6 @@
 // Builders of the program's template dialogs and message boxes: a work
 // area form "main" filled by the caller, and a row of buttons from a table.
-#include "colour/converters.h"
+#include "core/template_dialog.h"
 
 #include <Xm/Form.h>
 #include <Xm/MessageB.h>
@@ -94,4 +94,19 @@ void set_default_button(Widget dialog, const char* childName)
     Widget button = XtNameToWidget(dialog, childName);
     if (button)
         XtVaSetValues(dialog, XmNdefaultButton, button, nullptr);
+}
+
+void merge_fallback_resources(Display* dpy, const char* const* lines, size_t count, bool* merged)
+{
+    if (*merged || !dpy)
+        return;
+    *merged = true;
+    XrmDatabase fallback = nullptr;
+    for (size_t i = 0; i < count; i++)
+        XrmPutLineResource(&fallback, lines[i]);
+    XrmDatabase db = XtDatabase(dpy);
+    if (db)
+        XrmCombineDatabase(fallback, &db, False);
+    else
+        XrmDestroyDatabase(fallback);
 }

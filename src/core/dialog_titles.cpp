@@ -1,11 +1,11 @@
-#include "app/dialog_titles.h"
+#include "core/dialog_titles.h"
 
 #include <Xm/Xm.h>
 
 #include <utility>
 #include <vector>
 
-#include "app/titles.h"
+#include "core/titles.h"
 
 namespace {
 
