@@ -368,12 +368,17 @@ int open_file(const char* path, const char* name)
 
 void set_name(Drawing* d, const char* name)
 {
-    std::string base = title_name(name);
+    if (d->name != name)
+        d->name = name;
+    show_name(d);
+}
+
+void show_name(Drawing* d)
+{
+    std::string base = title_name(d->name);
     XtVaSetValues(d->shell, XmNtitle, base.c_str(), nullptr);
     if (XtIsRealized(d->shell))
         XtVaSetValues(d->shell, XmNiconName, base.c_str(), nullptr);
-    if (d->name != name)
-        d->name = name;
     // The windows that belong to the drawing say whose they are.
     for (Widget dialog : {d->colourList, d->smallViewDialog, d->bwDialog})
         title_dialog_for(dialog, d->name);

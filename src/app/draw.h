@@ -28,5 +28,8 @@ constexpr int OPEN_TOO_MANY = 100;
 int open_file(const char* path, const char* name = nullptr);
 
 void set_name(Drawing* d, const char* name);
+// Shows d->name where the window shows it: title, icon name and the titles
+// of the dialogs that belong to the drawing.
+void show_name(Drawing* d);
 void close_drawing(Drawing* d);
 void after_close(Drawing* d);

@@ -239,7 +239,21 @@ void update_selection_sensitivity(Drawing* d)
 
 void update_zoom_sensitivity(Drawing* d)
 {
-    set_sensitive(d, CMD_ZOOM_IN, d->zoom != 4);
+    set_sensitive(d, CMD_ZOOM_IN, d->zoom != MAX_ZOOM);
     set_sensitive(d, CMD_ZOOM_OUT, d->zoom != 0);
     set_sensitive(d, CMD_SHOW_SMALL_VIEW, d->zoom != 0);
+}
+
+void update_undo_sensitivity(Drawing* d)
+{
+    set_sensitive(d, CMD_UNDO, d->undoAvailable);
+}
+
+void show_toggle_state(Drawing* d, int command, bool on)
+{
+    if (Widget t = menu_item(d, command))
+        if (XmIsToggleButton(t))
+            XmToggleButtonSetState(t, on ? True : False, False);
+    if (command > 0 && command < MENU_ITEM_COUNT)
+        d->menuState.toggles[command] = on ? True : False;
 }

@@ -9,6 +9,7 @@
 #include <cstring>
 #include <string>
 
+#include "app/chrome_hooks.h"
 #include "app/cursors.h"
 #include "app/draw.h"
 #include "app/drop_open.h"
@@ -194,7 +195,7 @@ int startup(int* argc, char** argv)
     // Actual size, 0, is accepted as well: the restart command of a drawing
     // zoomed out to actual size carries "-zoomLevel 0", and the restarted
     // program must bring that zoom back rather than jump to 4.
-    range_check(&a.res.zoomLevel, 0, 4, "zoomLevel");
+    range_check(&a.res.zoomLevel, 0, MAX_ZOOM, "zoomLevel");
 
     int depth = 0;
     XtVaGetValues(a.topLevel, XtNdepth, &depth, nullptr);
@@ -208,6 +209,7 @@ int startup(int* argc, char** argv)
     install_converters(a.res.pixmapPath);
     XtGetApplicationResources(a.topLevel, &a.res, pixmapResources, XtNumber(pixmapResources), nullptr, 0);
     create_cursors();
+    install_window_hooks();
 
     signal(SIGINT, SIG_IGN);
     signal(SIGHUP, SIG_IGN);

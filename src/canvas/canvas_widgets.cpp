@@ -8,19 +8,16 @@
 
 #include <algorithm>
 
-#include "app/commands.h"
-#include "app/menus.h"
-#include "app/session.h"
 #include "canvas/image_store.h"
 #include "canvas/input.h"
 #include "canvas/magnified_paint.h"
 #include "canvas/views.h"
 #include "core/app_state.h"
 #include "core/drawing.h"
+#include "core/window_hooks.h"
 
 namespace {
 
-constexpr int MAX_ZOOM = 4;
 constexpr int MIN_VIEW = 64, MAX_VIEW_WIDTH = 640, MAX_VIEW_HEIGHT = 560;
 constexpr int VIEW_MARGIN = 8;   // the scrolled window's shadow and spacing
 
@@ -48,12 +45,6 @@ Dimension scaled(int size, int zoom)
 {
     long v = static_cast<long>(size) << (zoom < 0 ? 0 : zoom);
     return static_cast<Dimension>(v < 1 ? 1 : (v > 32767 ? 32767 : v));
-}
-
-void set_sensitive(Drawing* d, int command, bool on)
-{
-    if (Widget item = menu_item(d, command))
-        XtSetSensitive(item, on ? True : False);
 }
 
 unsigned modifier_state(const XEvent* ev)
@@ -234,9 +225,7 @@ void layout_canvas(Drawing* d)
         d->activeArea = chosen;
         d->activeWindow = XtWindow(chosen);
     }
-    set_sensitive(d, CMD_ZOOM_OUT, d->zoom != 0);
-    set_sensitive(d, CMD_SHOW_SMALL_VIEW, d->zoom != 0);
-    set_sensitive(d, CMD_ZOOM_IN, d->zoom != MAX_ZOOM);
+    tell_zoom_changed(d);
 }
 
 void zoom_in(Drawing* d, XEvent* event)
@@ -254,7 +243,6 @@ void zoom_in(Drawing* d, XEvent* event)
     else
         d->zoom++;
     layout_canvas(d);
-    update_restart_command(d);
 }
 
 void zoom_out(Drawing* d, XEvent* event)
@@ -270,5 +258,4 @@ void zoom_out(Drawing* d, XEvent* event)
     if (d->zoom == 0)
         hide_small_view(d);
     layout_canvas(d);
-    update_restart_command(d);
 }

@@ -8,7 +8,6 @@
 #include <Xm/DrawingA.h>
 #include <Xm/Protocols.h>
 #include <Xm/ScrolledW.h>
-#include <Xm/ToggleB.h>
 #include <Xm/Xm.h>
 
 #include <algorithm>
@@ -16,15 +15,13 @@
 #include <cstdlib>
 #include <memory>
 
-#include "app/commands.h"
-#include "app/cursors.h"
-#include "app/menus.h"
 #include "canvas/image_store.h"
 #include "canvas/input.h"
 #include "colour/color_list.h"
 #include "core/app_state.h"
 #include "core/dialog_titles.h"
 #include "core/drawing.h"
+#include "core/window_hooks.h"
 #include "core/template_dialog.h"
 #include "core/window_place.h"
 #include "tools/tool_table.h"
@@ -72,13 +69,6 @@ bool shown(Widget dialog)
 bool realized(Widget w)
 {
     return w && XtIsRealized(w);
-}
-
-void set_toggle(Drawing* d, int command, bool on)
-{
-    if (Widget t = menu_item(d, command))
-        XmToggleButtonSetState(t, on ? True : False, False);
-    d->menuState.toggles[command] = on ? True : False;
 }
 
 // Turns a rectangle of `image` into black and white in the drawing's
@@ -213,7 +203,7 @@ void close_bw_cb(Widget, XtPointer client, XtPointer) noexcept
         return;
     if (d->bwDialog)
         XtUnmanageChild(d->bwDialog);
-    set_toggle(d, CMD_SHOW_BW_VIEW, false);
+    tell_toggle_changed(d, WindowToggle::BwView, false);
 }
 
 // The dialogs hide themselves through their Close button, the window
@@ -316,7 +306,7 @@ int cmd_show_small_view(Drawing* d, XEvent*, Boolean set)
     // At actual size the canvas is the small view (the item is
     // insensitive there); the toggle must not claim otherwise.
     if (d->zoom == 0) {
-        set_toggle(d, CMD_SHOW_SMALL_VIEW, shown(d->smallViewDialog));
+        tell_toggle_changed(d, WindowToggle::SmallView, shown(d->smallViewDialog));
         return 0;
     }
     if (!set) {
@@ -326,10 +316,10 @@ int cmd_show_small_view(Drawing* d, XEvent*, Boolean set)
     // The name may have changed since the view was last shown (Save As).
     title_dialog_for(d->smallViewDialog, d->name);
     XtManageChild(d->smallViewDialog);
-    set_toggle(d, CMD_SHOW_SMALL_VIEW, true);
+    tell_toggle_changed(d, WindowToggle::SmallView, true);
     // Its area is realised only now: give it the current tool's cursor.
     if (d->currentTool >= 0 && d->currentTool < toolCount)
-        set_cursor(d, toolTable[d->currentTool].cursor);
+        tell_cursor(d, toolTable[d->currentTool].cursor);
     // An area that was already mapped gets no new expose: paint it now.
     small_view_update(d, 0, 0, d->width, d->height);
     return 0;
@@ -341,12 +331,12 @@ int cmd_show_bw_view(Drawing* d, XEvent*, Boolean set)
         return 1;
     if (!set) {
         XtUnmanageChild(d->bwDialog);
-        set_toggle(d, CMD_SHOW_BW_VIEW, false);
+        tell_toggle_changed(d, WindowToggle::BwView, false);
         return 0;
     }
     title_dialog_for(d->bwDialog, d->name);
     XtManageChild(d->bwDialog);
-    set_toggle(d, CMD_SHOW_BW_VIEW, true);
+    tell_toggle_changed(d, WindowToggle::BwView, true);
     // The rendering is not kept while the view is hidden: convert it all.
     render_bw_pixmap(d);
     copy_bw_to_window(d, 0, 0, d->width, d->height);
@@ -359,7 +349,7 @@ void hide_small_view(Drawing* d)
         return;
     if (d->smallViewDialog)
         XtUnmanageChild(d->smallViewDialog);
-    set_toggle(d, CMD_SHOW_SMALL_VIEW, false);
+    tell_toggle_changed(d, WindowToggle::SmallView, false);
 }
 
 void hide_views(Drawing* d)
@@ -369,7 +359,7 @@ void hide_views(Drawing* d)
     hide_small_view(d);
     if (d->bwDialog)
         XtUnmanageChild(d->bwDialog);
-    set_toggle(d, CMD_SHOW_BW_VIEW, false);
+    tell_toggle_changed(d, WindowToggle::BwView, false);
 }
 
 Pixmap render_bw_pixmap(Drawing* d)

@@ -15,6 +15,8 @@ struct Selection;
 constexpr int MAX_DRAWINGS = 8;
 constexpr int MENU_ITEM_COUNT = 40;   // command numbers 0..39
 constexpr int COLOUR_TABLE_SIZE = 256;
+// The largest zoom exponent: an image pixel is then 16 x 16 screen pixels.
+constexpr int MAX_ZOOM = 4;
 
 // Widgets of the menu bar, indexed by command number, and the toggles' state.
 struct MenuState {
@@ -65,6 +67,9 @@ struct Drawing {
     // per drawing: an undo must not bring in another drawing's hotspot.
     int hotspotUndoX, hotspotUndoY;
     unsigned char modified;
+    // One level of undo: whether the last stroke can be taken back. The
+    // Edit menu's Undo item follows it.
+    bool undoAvailable;
     unsigned char hasFile;
     int closing;              // set while the session manager ends the program
     unsigned char sessionClosed;   // closed by the session manager, window left up

@@ -59,7 +59,7 @@ void eraser_input(Widget w, Drawing* d, XEvent* event)
         break;
     }
     case ButtonRelease:
-        set_undo_sensitive(d, true);
+        set_undo_available(d, true);
         break;
     case TOOL_UNDO:
         undo_whole_image(d);

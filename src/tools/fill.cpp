@@ -120,7 +120,7 @@ void fill_input(Widget w, Drawing* d, XEvent* event)
     }
     case ButtonRelease:
         if (pressed)
-            set_undo_sensitive(d, true);
+            set_undo_available(d, true);
         pressed = false;
         break;
     case TOOL_UNDO:

@@ -106,14 +106,14 @@ void hotspot_input(Widget w, Drawing* d, XEvent* event)
     }
     case ButtonRelease:
         if (pressed)
-            set_undo_sensitive(d, true);
+            set_undo_available(d, true);
         pressed = false;
         break;
     case TOOL_UNDO:
         unmark(d);
         d->hotspotX = d->hotspotUndoX;
         d->hotspotY = d->hotspotUndoY;
-        set_undo_sensitive(d, false);
+        set_undo_available(d, false);
         break;
     default:
         break;

@@ -33,7 +33,7 @@ void line_input(Widget w, Drawing* d, XEvent* event)
         break;
     case ButtonRelease:
         // The segment drawn at the last motion is the result.
-        set_undo_sensitive(d, true);
+        set_undo_available(d, true);
         break;
     case TOOL_UNDO:
         undo_whole_image(d);

@@ -46,7 +46,7 @@ void pencil_input(Widget w, Drawing* d, XEvent* event)
         break;
     }
     case ButtonRelease:
-        set_undo_sensitive(d, true);
+        set_undo_available(d, true);
         break;
     case TOOL_UNDO:
         undo_whole_image(d);

@@ -5,11 +5,11 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "app/menus.h"
 #include "canvas/image_store.h"
 #include "canvas/undo.h"
 #include "core/app_state.h"
 #include "core/drawing.h"
+#include "core/window_hooks.h"
 #include "imageops/selection_transforms.h"
 #include "tools/geometry.h"
 #include "tools/regions.h"
@@ -41,13 +41,13 @@ void press(Drawing* d, Selection* s, const XEvent* event)
             s->mode = 2;
             s->origin.width = s->origin.height = 0;
             commit(d);
-            set_undo_sensitive(d, false);
+            set_undo_available(d, false);
         }
         return;
     }
     drop_selection(d);
     commit(d);
-    set_undo_sensitive(d, false);
+    set_undo_available(d, false);
 }
 
 // Makes the selection the rubber band marked out.
@@ -83,8 +83,8 @@ void release(Drawing* d, Selection* s, const XEvent* event)
     else if (s->mode == 1 && button == Button3)
         s->origin = s->current;
     march(d);
-    set_undo_sensitive(d, true);
-    update_selection_sensitivity(d);
+    set_undo_available(d, true);
+    tell_selection_changed(d);
 }
 
 void band_motion(Drawing* d, Selection* s, Point p, unsigned state)
@@ -145,8 +145,8 @@ void undo(Drawing* d, Selection* s)
     refresh_rect(d, c.x, c.y, c.width, c.height);
     refresh_rect(d, o.x, o.y, o.width, o.height);
     drop_selection(d);
-    set_undo_sensitive(d, false);
-    update_selection_sensitivity(d);
+    set_undo_available(d, false);
+    tell_selection_changed(d);
 }
 
 }  // namespace
@@ -167,8 +167,8 @@ void select_input(Widget w, Drawing* d, XEvent* event)
     case TOOL_DESELECTED:
         settle_and_drop(d);
         drop_selection(d);   // nor is a Clear undone under another tool
-        set_undo_sensitive(d, false);
-        update_selection_sensitivity(d);
+        set_undo_available(d, false);
+        tell_selection_changed(d);
         return;
     case TOOL_UNDO:
         undo(d, s);

@@ -8,12 +8,12 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "app/menus.h"
 #include "canvas/image_store.h"
 #include "canvas/undo.h"
 #include "colour/paste_colours.h"
 #include "core/app_state.h"
 #include "core/drawing.h"
+#include "core/window_hooks.h"
 #include "core/error_trap.h"
 #include "tools/palettes.h"
 #include "tools/regions.h"
@@ -231,7 +231,7 @@ int apply_to_selection(Drawing* d, SelectionOp op)
     int status = op(d, s);
     paint_selection(d, s->current.x, s->current.y);
     march(d);
-    update_selection_sensitivity(d);
+    tell_selection_changed(d);
     return status;
 }
 
@@ -271,7 +271,7 @@ int select_all(Drawing* d)
     set_rect(s->current, 0, 0, d->width, d->height);
     s->origin = s->current;
     march(d);
-    update_selection_sensitivity(d);
+    tell_selection_changed(d);
     return 0;
 }
 
@@ -302,7 +302,7 @@ int clear_selection(Drawing* d)
     // both places back from it, as it does for a move.
     s->cleared[0] = taken[0];
     s->cleared[1] = taken[1];
-    update_selection_sensitivity(d);
+    tell_selection_changed(d);
     return 0;
 }
 
@@ -349,8 +349,8 @@ int paste_pixmap(Drawing* d, Pixmap source)
     march(d);
     // The paste is a fresh start like a press of the select tool: Undo
     // comes back at the next release.
-    set_undo_sensitive(d, false);
-    update_selection_sensitivity(d);
+    set_undo_available(d, false);
+    tell_selection_changed(d);
     return 0;
 }
 

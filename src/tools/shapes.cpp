@@ -83,7 +83,7 @@ void shape_input(Widget w, Drawing* d, XEvent* event, int tool, int shape, int* 
         drag.width = static_cast<int>(d->lineWidth);
         break;
     case ButtonRelease:
-        set_undo_sensitive(d, true);
+        set_undo_available(d, true);
         break;
     case TOOL_UNDO: {
         // The drag kept is another drawing's when this drawing's shape was
@@ -97,7 +97,7 @@ void shape_input(Widget w, Drawing* d, XEvent* event, int tool, int shape, int* 
         Box b = grow_box(box_of(drag.start, drag.end), drag.width);
         restore_rect(d, b.x, b.y, b.width, b.height);
         refresh_rect(d, b.x, b.y, b.width, b.height);
-        set_undo_sensitive(d, false);
+        set_undo_available(d, false);
         break;
     }
     default:

@@ -328,7 +328,7 @@ void text_input(Widget w, Drawing* d, XEvent* event)
             XmProcessTraversal(area, XmTRAVERSE_CURRENT);
         hide_caret(d, t);
         commit(d);
-        set_undo_sensitive(d, false);
+        set_undo_available(d, false);
         t->active = true;
         Point p = event_point(event);
         start_text(d, t, p.x, p.y);
@@ -340,7 +340,7 @@ void text_input(Widget w, Drawing* d, XEvent* event)
         if (!t->active || !t->font)
             break;
         type_key(d, t, &event->xkey);
-        set_undo_sensitive(d, true);
+        set_undo_available(d, true);
         break;
     case TOOL_UNDO:
         if (!t->active)

@@ -2,10 +2,10 @@
 // events. Adding a tool means one row here and one unit of its own.
 #include "tools/tool_table.h"
 
-#include "app/cursors.h"
 #include "canvas/undo.h"
 #include "core/app_state.h"
 #include "core/drawing.h"
+#include "core/window_hooks.h"
 #include "tools/geometry.h"
 #include "tools/tool_handlers.h"
 
@@ -45,10 +45,10 @@ bool palette_event(Widget w, Drawing* d, XEvent* event, int tool)
             set_tool_picture(w, tool);
         return true;
     case TOOL_SELECTED:
-        set_cursor(d, toolTable[tool].cursor);
+        tell_cursor(d, toolTable[tool].cursor);
         return true;
     case TOOL_DESELECTED:
-        set_undo_sensitive(d, false);
+        set_undo_available(d, false);
         return true;
     default:
         return false;
