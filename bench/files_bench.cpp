@@ -16,9 +16,10 @@
 #include <vector>
 
 #include "app/draw.h"
+#include "app/open_save.h"
 #include "app/startup.h"
 #include "core/app_state.h"
-#include "files/open_save.h"
+#include "files/write_drawing.h"
 
 namespace {
 

@@ -16,10 +16,11 @@
 #include <vector>
 
 #include "app/draw.h"
+#include "app/open_save.h"
 #include "app/startup.h"
 #include "core/app_state.h"
 #include "files/image_header.h"
-#include "files/open_save.h"
+#include "files/read_status.h"
 
 namespace {
 

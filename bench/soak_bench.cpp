@@ -21,7 +21,7 @@
 #include "app/draw.h"
 #include "app/startup.h"
 #include "core/app_state.h"
-#include "files/new_close.h"
+#include "app/new_close.h"
 
 namespace {
 

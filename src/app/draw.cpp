@@ -31,7 +31,7 @@
 #include "core/titles.h"
 #include "core/window_place.h"
 #include "files/image_io.h"
-#include "files/new_close.h"
+#include "app/new_close.h"
 #include "tools/palettes.h"
 #include "tools/selection.h"
 #include "tools/tool_table.h"

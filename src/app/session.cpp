@@ -16,7 +16,7 @@
 #include "app/draw.h"
 #include "app/restart_command.h"
 #include "core/app_state.h"
-#include "files/new_close.h"
+#include "app/new_close.h"
 
 namespace {
 

@@ -13,11 +13,12 @@
 #include "app/cursors.h"
 #include "app/draw.h"
 #include "app/drop_open.h"
+#include "app/open_save.h"
 #include "colour/converters.h"
 #include "core/app_state.h"
 #include "core/message.h"
 #include "core/safe_format.h"
-#include "files/open_save.h"
+#include "files/read_status.h"
 
 namespace {
 

@@ -363,3 +363,11 @@ int cmd_clear(Drawing* d, XEvent*, Boolean)
 {
     return clear_selection(d);
 }
+
+void settle_selection(Drawing* d)
+{
+    // The select tool puts a lifted selection back into the picture (and
+    // drops it) when it is deselected.
+    if (d && d->selection && d->currentTool == TOOL_SELECT && d->activeArea)
+        send_tool_event(d, d->activeArea, TOOL_DESELECTED, TOOL_SELECT);
+}

@@ -16,8 +16,8 @@
 #include "app/commands.h"
 #include "core/app_state.h"
 #include "core/drawing.h"
-#include "files/file_dialog.h"
-#include "files/open_save.h"
+#include "app/file_dialog.h"
+#include "app/open_save.h"
 
 namespace filetest {
 

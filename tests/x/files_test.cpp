@@ -13,10 +13,12 @@
 #include "core/message.h"
 #include "files/image_header.h"
 #include "files/image_io.h"
-#include "files/new_close.h"
-#include "files/open_save.h"
+#include "app/new_close.h"
+#include "app/open_save.h"
 #include "files_support.h"
 #include "x_env.h"
+#include "files/read_status.h"
+#include "files/write_drawing.h"
 
 using namespace filetest;
 

@@ -7,7 +7,7 @@
 #include "colour/color_editor.h"
 #include "colour/color_list.h"
 #include "core/window_place.h"
-#include "files/new_close.h"
+#include "app/new_close.h"
 #include "files_support.h"
 #include "fonts/font_dialog.h"
 

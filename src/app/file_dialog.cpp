@@ -1,16 +1,16 @@
 // The file selection dialog shared by every drawing, its centring over the
 // asking drawing, and the warning and overwrite dialogs of a save.
-#include "files/file_dialog.h"
+#include "app/file_dialog.h"
 
 #include <Xm/FileSB.h>
 #include <Xm/MessageB.h>
 #include <Xm/Xm.h>
 
+#include "app/open_save.h"
 #include "core/app_state.h"
 #include "core/drawing.h"
 #include "core/placement.h"
 #include "core/window_place.h"
-#include "files/open_save.h"
 
 namespace {
 

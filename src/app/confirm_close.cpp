@@ -9,13 +9,14 @@
 #include <string>
 
 #include "app/draw.h"
+#include "app/file_dialog.h"
+#include "app/new_close.h"
+#include "app/open_save.h"
 #include "app/session.h"
 #include "core/app_state.h"
 #include "core/template_dialog.h"
 #include "core/titles.h"
-#include "files/file_dialog.h"
-#include "files/new_close.h"
-#include "files/open_save.h"
+#include "tools/selection.h"
 
 namespace {
 

@@ -11,12 +11,12 @@
 #include <string>
 
 #include "app/draw.h"
+#include "app/file_dialog.h"
+#include "app/new_close.h"
 #include "core/app_state.h"
 #include "core/message.h"
 #include "core/safe_format.h"
 #include "core/template_dialog.h"
-#include "files/file_dialog.h"
-#include "files/new_close.h"
 
 namespace {
 
