@@ -15,6 +15,7 @@
 
 #include "app/commands.h"
 #include "app/draw.h"
+#include "app/status.h"
 #include "core/app_state.h"
 #include "help/help_menu.h"
 #include "imageops/clipboard.h"
@@ -217,7 +218,7 @@ Widget build_menu_bar(Widget mainWindow, Drawing* d)
     Widget bar = XmCreateMenuBar(mainWindow, const_cast<char*>("menuBar"), nullptr, 0);
     for (const MenuEntry& e : menuBarTable)
         d->menuState.items[e.command] = build_cascade(bar, e, d);
-    build_help_menu(bar, d);
+    build_help_menu(bar, show_version_over);
     XtManageChild(bar);
     return bar;
 }

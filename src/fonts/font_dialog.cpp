@@ -132,6 +132,7 @@ void make_current(XFontStruct* font, const std::string& name, bool toText = true
     choice.lineHeight = font_line_height(font->ascent, font->descent);
     state->currentName = name;
     choice.name = state->currentName.c_str();
+    set_chosen_text_font(choice.name);
     if (!choice.gc && state->sample && XtWindow(state->sample)) {
         XGCValues v;
         v.function = GXcopy;
