@@ -17,6 +17,7 @@
 #include "core/template_dialog.h"
 #include "core/titles.h"
 #include "tools/selection.h"
+#include "core/x_owned.h"
 
 namespace {
 
@@ -59,9 +60,8 @@ void ask_about(Drawing* d)
     if (!label)
         return;
     std::string text = question_about(confirmQuestion, d->name);
-    XmString s = XmStringCreateLtoR(const_cast<char*>(text.c_str()), const_cast<char*>(XmFONTLIST_DEFAULT_TAG));
-    XtVaSetValues(label, XmNlabelString, s, nullptr);
-    XmStringFree(s);
+    XmStringPtr s = multiline(text.c_str());
+    XtVaSetValues(label, XmNlabelString, s.get(), nullptr);
 }
 
 void save_cb(Widget, XtPointer client, XtPointer) noexcept

@@ -11,6 +11,7 @@
 #include "core/drawing.h"
 #include "core/placement.h"
 #include "core/window_place.h"
+#include "core/x_owned.h"
 
 namespace {
 
@@ -123,9 +124,8 @@ void show_save_warning(const char* text)
         XtUnmanageChild(XmMessageBoxGetChild(warningDialog, XmDIALOG_CANCEL_BUTTON));
         XtUnmanageChild(XmMessageBoxGetChild(warningDialog, XmDIALOG_HELP_BUTTON));
     }
-    XmString s = XmStringCreateLocalized(const_cast<char*>(text ? text : ""));
-    XtVaSetValues(warningDialog, XmNmessageString, s, nullptr);
-    XmStringFree(s);
+    XmStringPtr s = localized(text ? text : "");
+    XtVaSetValues(warningDialog, XmNmessageString, s.get(), nullptr);
     XtManageChild(warningDialog);
 }
 
@@ -141,8 +141,7 @@ void show_overwrite_question(const char* text, void (*overwrite)())
         XtAddCallback(overwriteDialog, XmNokCallback, overwrite_ok_cb, nullptr);
     }
     overwriteAction = overwrite;
-    XmString s = XmStringCreateLocalized(const_cast<char*>(text ? text : ""));
-    XtVaSetValues(overwriteDialog, XmNmessageString, s, nullptr);
-    XmStringFree(s);
+    XmStringPtr s = localized(text ? text : "");
+    XtVaSetValues(overwriteDialog, XmNmessageString, s.get(), nullptr);
     XtManageChild(overwriteDialog);
 }

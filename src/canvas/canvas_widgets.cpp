@@ -15,6 +15,7 @@
 #include "core/app_state.h"
 #include "core/drawing.h"
 #include "core/window_hooks.h"
+#include "core/x_owned.h"
 
 namespace {
 
@@ -77,10 +78,8 @@ GC own_gc(Drawing* d, unsigned long foreground, unsigned long background)
     v.graphics_exposures = False;
     unsigned long mask = GCFunction | GCForeground | GCBackground | GCGraphicsExposures;
     if (d->depth == 1) {
-        Pixmap p = XCreatePixmap(dpy, app().root, 1, 1, 1);
-        GC gc = XCreateGC(dpy, p, mask, &v);
-        XFreePixmap(dpy, p);
-        return gc;
+        ScratchPixmap p(dpy, app().root, 1, 1, 1);
+        return XCreateGC(dpy, p.get(), mask, &v);
     }
     return XCreateGC(dpy, app().root, mask, &v);
 }

@@ -9,11 +9,11 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <vector>
 
 #include "core/app_state.h"
 #include "core/drawing.h"
+#include "core/x_owned.h"
 
 namespace {
 
@@ -28,12 +28,6 @@ struct Batch {
     int count;
 };
 Batch batches[BATCH_COUNT];
-
-// XDestroyImage is a macro, so the deleter is a small function object.
-struct ImageDeleter {
-    void operator()(XImage* im) const { XDestroyImage(im); }
-};
-using ImagePtr = std::unique_ptr<XImage, ImageDeleter>;
 
 void fill_squares(Window win, unsigned long pixel, const XRectangle* rects, int count)
 {

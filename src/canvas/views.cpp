@@ -13,7 +13,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
-#include <memory>
 
 #include "canvas/image_store.h"
 #include "canvas/input.h"
@@ -21,18 +20,13 @@
 #include "core/app_state.h"
 #include "core/dialog_titles.h"
 #include "core/drawing.h"
-#include "core/window_hooks.h"
 #include "core/template_dialog.h"
+#include "core/window_hooks.h"
 #include "core/window_place.h"
+#include "core/x_owned.h"
 #include "tools/tool_table.h"
 
 namespace {
-
-// XDestroyImage is a macro, so the deleter is a small function object.
-struct ImageDeleter {
-    void operator()(XImage* im) const { XDestroyImage(im); }
-};
-using ImagePtr = std::unique_ptr<XImage, ImageDeleter>;
 
 constexpr int VIEW_MARGIN = 4;   // the scrolled window's shadow on both sides
 

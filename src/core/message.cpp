@@ -15,6 +15,7 @@
 #include "core/placement.h"
 #include "core/template_dialog.h"
 #include "core/window_place.h"
+#include "core/x_owned.h"
 
 namespace {
 
@@ -152,9 +153,8 @@ void show_stand_alone(StandAlone& s, StandAloneKind kind, const char* appName, c
         XtManageChild(s.box);
         XtRealizeWidget(s.shell);
     }
-    XmString str = XmStringCreateLocalized(const_cast<char*>(text));
-    XtVaSetValues(s.box, XmNmessageString, str, nullptr);
-    XmStringFree(str);
+    XmStringPtr str = localized(text);
+    XtVaSetValues(s.box, XmNmessageString, str.get(), nullptr);
     XtManageChild(s.box);
     XMapWindow(a.display, XtWindow(s.shell));
 }

@@ -8,6 +8,8 @@
 #include <Xm/Xm.h>
 #include <vector>
 
+#include "core/x_owned.h"
+
 namespace {
 
 constexpr int MAX_BUTTONS = 32;
@@ -48,11 +50,10 @@ Widget build(Creator create, Widget parent, const char* name, void (*fill)(Widge
 Widget template_dialog(Widget parent, const char* name, void (*fill)(Widget form), ArgList args,
                        Cardinal argCount, const DialogButton* buttons)
 {
-    XmString empty = XmStringCreateLocalized(const_cast<char*>(""));
+    XmStringPtr empty = localized("");
     Arg extra[1];
-    XtSetArg(extra[0], XmNmessageString, empty);
+    XtSetArg(extra[0], XmNmessageString, empty.get());
     Widget w = build(XmCreateTemplateDialog, parent, name, fill, args, argCount, buttons, extra, 1);
-    XmStringFree(empty);
     return w;
 }
 
@@ -80,9 +81,8 @@ void set_dialog_message(Widget dialog, const char* text)
         return;
     }
     // Several lines in one text become several lines of the label.
-    XmString s = XmStringCreateLtoR(const_cast<char*>(text), const_cast<char*>(XmFONTLIST_DEFAULT_TAG));
-    XtVaSetValues(dialog, XmNmessageString, s, nullptr);
-    XmStringFree(s);
+    XmStringPtr s = multiline(text);
+    XtVaSetValues(dialog, XmNmessageString, s.get(), nullptr);
     if (label)
         XtManageChild(label);
 }

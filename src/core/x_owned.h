@@ -32,6 +32,12 @@ inline XmStringPtr localized(const char* text)
     return XmStringPtr(XmStringCreateLocalized(const_cast<char*>(text)));
 }
 
+// The same, its newlines starting new lines of a label.
+inline XmStringPtr multiline(const char* text)
+{
+    return XmStringPtr(XmStringCreateLtoR(const_cast<char*>(text), const_cast<char*>(XmFONTLIST_DEFAULT_TAG)));
+}
+
 // A pixmap or GC made for one piece of work on `dpy` and freed with it.
 class ScratchPixmap {
 public:

@@ -6,7 +6,6 @@
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 
-#include <memory>
 #include <new>
 #include <vector>
 
@@ -14,6 +13,7 @@
 #include "canvas/undo.h"
 #include "core/app_state.h"
 #include "core/drawing.h"
+#include "core/x_owned.h"
 #include "tools/geometry.h"
 #include "tools/seed_fill.h"
 #include "tools/tool_handlers.h"
@@ -23,11 +23,6 @@ namespace {
 
 FillStack stack;
 bool pressed;   // the last press was on the image and filled
-
-struct ImageDeleter {
-    void operator()(XImage* im) const { XDestroyImage(im); }
-};
-using ImagePtr = std::unique_ptr<XImage, ImageDeleter>;
 
 std::vector<unsigned long> pixels_of(XImage* im, int width, int height)
 {
@@ -65,26 +60,23 @@ bool fill_at(Drawing* d, int x, int y, bool everywhere)
     // A stack that could not grow leaves part of the area unfilled; what
     // was found is still painted, as a partial fill is better than none.
 
-    Pixmap mask = XCreatePixmap(dpy, d->image, static_cast<unsigned>(w), static_cast<unsigned>(h), 1);
+    ScratchPixmap mask(dpy, d->image, static_cast<unsigned>(w), static_cast<unsigned>(h), 1);
     GC bitGC = app().gcs[GC_BIT_CLEAR];
-    XFillRectangle(dpy, mask, bitGC, 0, 0, static_cast<unsigned>(w), static_cast<unsigned>(h));
-    ImagePtr maskImage(XGetImage(dpy, mask, 0, 0, static_cast<unsigned>(w), static_cast<unsigned>(h), 1, ZPixmap));
-    if (!maskImage) {
-        XFreePixmap(dpy, mask);
+    XFillRectangle(dpy, mask.get(), bitGC, 0, 0, static_cast<unsigned>(w), static_cast<unsigned>(h));
+    ImagePtr maskImage(XGetImage(dpy, mask.get(), 0, 0, static_cast<unsigned>(w), static_cast<unsigned>(h), 1, ZPixmap));
+    if (!maskImage)
         return false;
-    }
     size_t i = 0;
     for (int my = 0; my < h; my++)
         for (int mx = 0; mx < w; mx++)
             if (marks[i++])
                 XPutPixel(maskImage.get(), mx, my, 1);
-    XPutImage(dpy, mask, app().gcs[GC_BIT_COPY], maskImage.get(), 0, 0, 0, 0, static_cast<unsigned>(w),
+    XPutImage(dpy, mask.get(), app().gcs[GC_BIT_COPY], maskImage.get(), 0, 0, 0, 0, static_cast<unsigned>(w),
               static_cast<unsigned>(h));
     GC gc = d->chosenGC ? d->chosenGC : d->foregroundGC;
-    XSetClipMask(dpy, gc, mask);
+    XSetClipMask(dpy, gc, mask.get());
     XFillRectangle(dpy, d->image, gc, 0, 0, static_cast<unsigned>(w), static_cast<unsigned>(h));
     XSetClipMask(dpy, gc, None);
-    XFreePixmap(dpy, mask);
     refresh_rect(d, 0, 0, w, h);
     return true;
 }
