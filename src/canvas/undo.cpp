@@ -20,7 +20,11 @@ int cmd_undo(Drawing* d, XEvent* event, Boolean set)
 {
     if (!d)
         return 1;
-    send_tool_event(d, d->activeArea, TOOL_UNDO);
+    const ToolRow* row = current_tool_row(d);
+    if (row && row->restore == UndoRestore::WholeImage)
+        undo_whole_image(d);
+    else
+        send_tool_event(d, d->activeArea, TOOL_UNDO);
     return 0;
 }
 

@@ -82,6 +82,7 @@ struct Drawing {
     int currentPattern;
     unsigned lineWidth;
     GC chosenGC;              // the GC chosen at the last press
+    bool pressOffersUndo;     // the last press changed the drawing: its release offers undo
     int lastMotionX, lastMotionY;
     int constraint;           // 0 none, 1 horizontal, 2 vertical
     int rectFilled, ovalFilled;

@@ -8,7 +8,6 @@
 
 #include "canvas/image_store.h"
 #include "canvas/input.h"
-#include "canvas/undo.h"
 #include "core/app_state.h"
 #include "core/drawing.h"
 #include "tools/geometry.h"
@@ -45,28 +44,16 @@ void eraser_input(Widget w, Drawing* d, XEvent* event)
 {
     if (palette_event(w, d, event, TOOL_ERASER))
         return;
-    switch (event->type) {
-    case ButtonPress: {
-        commit(d);
-        // Whatever the button, the eraser paints the background.
-        set_line_width(d->backgroundGC, 1);
-        side = eraser_side(d->zoom, window_x(w, d, event));
-        Point p = kept_in_range(event_point(event));
-        XFillRectangle(app().display, d->image, d->backgroundGC, p.x, p.y, static_cast<unsigned>(side),
-                       static_cast<unsigned>(side));
-        refresh_rect(d, p.x, p.y, side, side);
-        last = anchor = p;
-        break;
-    }
-    case ButtonRelease:
-        set_undo_available(d, true);
-        break;
-    case TOOL_UNDO:
-        undo_whole_image(d);
-        break;
-    default:
-        break;
-    }
+    if (event->type != ButtonPress)
+        return;
+    // Whatever the button, the eraser paints the background.
+    set_line_width(d->backgroundGC, 1);
+    side = eraser_side(d->zoom, window_x(w, d, event));
+    Point p = kept_in_range(event_point(event));
+    XFillRectangle(app().display, d->image, d->backgroundGC, p.x, p.y, static_cast<unsigned>(side),
+                   static_cast<unsigned>(side));
+    refresh_rect(d, p.x, p.y, side, side);
+    last = anchor = p;
 }
 
 void eraser_motion(Widget w, Drawing* d, XEvent* event)

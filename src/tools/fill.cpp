@@ -10,7 +10,6 @@
 #include <vector>
 
 #include "canvas/image_store.h"
-#include "canvas/undo.h"
 #include "core/app_state.h"
 #include "core/drawing.h"
 #include "core/x_owned.h"
@@ -22,7 +21,6 @@
 namespace {
 
 FillStack stack;
-bool pressed;   // the last press was on the image and filled
 
 std::vector<unsigned long> pixels_of(XImage* im, int width, int height)
 {
@@ -92,33 +90,18 @@ void fill_input(Widget w, Drawing* d, XEvent* event)
             fill_stack_shrink(&stack);
         return;
     }
-    switch (event->type) {
-    case ButtonPress: {
-        Point p = event_point(event);
-        // The canvas can be larger than the image: a click beside it has
-        // no pixel to take the value from.
-        pressed = p.x >= 0 && p.y >= 0 && p.x < d->width && p.y < d->height;
-        if (!pressed)
-            break;
-        commit(d);
-        // The fill keeps a copy of every pixel on the client side; for a
-        // big picture there may be no room. Nothing is painted then, and
-        // the exception must not run into the toolkit's callbacks.
-        try {
-            fill_at(d, p.x, p.y, (event_state(event) & ControlMask) != 0);
-        } catch (const std::bad_alloc&) {
-        }
-        break;
-    }
-    case ButtonRelease:
-        if (pressed)
-            set_undo_available(d, true);
-        pressed = false;
-        break;
-    case TOOL_UNDO:
-        undo_whole_image(d);
-        break;
-    default:
-        break;
+    if (event->type != ButtonPress)
+        return;
+    Point p = event_point(event);
+    // The canvas can be larger than the image: a click beside it has
+    // no pixel to take the value from.
+    if (p.x < 0 || p.y < 0 || p.x >= d->width || p.y >= d->height)
+        return;
+    // The fill keeps a copy of every pixel on the client side; for a
+    // big picture there may be no room. Nothing is painted then, and
+    // the exception must not run into the toolkit's callbacks.
+    try {
+        fill_at(d, p.x, p.y, (event_state(event) & ControlMask) != 0);
+    } catch (const std::bad_alloc&) {
     }
 }

@@ -17,8 +17,6 @@ namespace {
 
 constexpr unsigned long BLINK_MS = 100;
 
-bool pressed;
-
 bool on_image(const Drawing* d, int x, int y)
 {
     return x >= 0 && y >= 0 && x < d->width && y < d->height;
@@ -92,8 +90,7 @@ void hotspot_input(Widget w, Drawing* d, XEvent* event)
     switch (event->type) {
     case ButtonPress: {
         Point p = event_point(event);
-        pressed = on_image(d, p.x, p.y);
-        if (!pressed)
+        if (!on_image(d, p.x, p.y))
             break;
         unmark(d);
         d->hotspotUndoX = d->hotspotX;
@@ -104,11 +101,6 @@ void hotspot_input(Widget w, Drawing* d, XEvent* event)
         d->modified = 1;
         break;
     }
-    case ButtonRelease:
-        if (pressed)
-            set_undo_available(d, true);
-        pressed = false;
-        break;
     case TOOL_UNDO:
         unmark(d);
         d->hotspotX = d->hotspotUndoX;

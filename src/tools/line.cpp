@@ -3,7 +3,6 @@
 #include <X11/Xlib.h>
 
 #include "canvas/image_store.h"
-#include "canvas/undo.h"
 #include "core/app_state.h"
 #include "core/drawing.h"
 #include "tools/geometry.h"
@@ -26,21 +25,9 @@ void line_input(Widget w, Drawing* d, XEvent* event)
             damage = XCreateRegion();
         return;
     }
-    switch (event->type) {
-    case ButtonPress:
-        commit(d);
+    // The segment drawn at the last motion will be the result.
+    if (event->type == ButtonPress)
         start = end = event_point(event);
-        break;
-    case ButtonRelease:
-        // The segment drawn at the last motion is the result.
-        set_undo_available(d, true);
-        break;
-    case TOOL_UNDO:
-        undo_whole_image(d);
-        break;
-    default:
-        break;
-    }
 }
 
 void line_motion(Widget w, Drawing* d, XEvent* event)

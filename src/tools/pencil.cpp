@@ -7,7 +7,6 @@
 
 #include "canvas/image_store.h"
 #include "canvas/input.h"
-#include "canvas/undo.h"
 #include "core/app_state.h"
 #include "core/drawing.h"
 #include "tools/geometry.h"
@@ -25,35 +24,23 @@ void pencil_input(Widget w, Drawing* d, XEvent* event)
 {
     if (palette_event(w, d, event, TOOL_PENCIL))
         return;
-    switch (event->type) {
-    case ButtonPress: {
-        commit(d);
-        Point p = event_point(event);
-        // The pencil ignores the line-width palette; the next press puts
-        // the palette's width back on the GC. It draws one-pixel lines as
-        // thin (width 0) lines: X's width-1 lines leave out the far end of
-        // a one-pixel diagonal, and the press must set both of its pixels.
-        set_line_width(d->chosenGC, 0);
-        // A press draws a short diagonal, not a point, but shows only its
-        // first pixel at once.
-        // X coordinates are 16 bits: at the far edge of that range the
-        // second pixel would wrap round to the other side of the image.
-        XDrawLine(app().display, d->image, d->chosenGC, p.x, p.y, std::min(p.x + 1, SHRT_MAX),
-                  std::min(p.y + 1, SHRT_MAX));
-        refresh_rect(d, p.x, p.y, 1, 1);
-        last = anchor = p;
-        smallestY = largestY = p.y;
-        break;
-    }
-    case ButtonRelease:
-        set_undo_available(d, true);
-        break;
-    case TOOL_UNDO:
-        undo_whole_image(d);
-        break;
-    default:
-        break;
-    }
+    if (event->type != ButtonPress)
+        return;
+    Point p = event_point(event);
+    // The pencil ignores the line-width palette; the next press puts
+    // the palette's width back on the GC. It draws one-pixel lines as
+    // thin (width 0) lines: X's width-1 lines leave out the far end of
+    // a one-pixel diagonal, and the press must set both of its pixels.
+    set_line_width(d->chosenGC, 0);
+    // A press draws a short diagonal, not a point, but shows only its
+    // first pixel at once.
+    // X coordinates are 16 bits: at the far edge of that range the
+    // second pixel would wrap round to the other side of the image.
+    XDrawLine(app().display, d->image, d->chosenGC, p.x, p.y, std::min(p.x + 1, SHRT_MAX),
+              std::min(p.y + 1, SHRT_MAX));
+    refresh_rect(d, p.x, p.y, 1, 1);
+    last = anchor = p;
+    smallestY = largestY = p.y;
 }
 
 void pencil_motion(Widget w, Drawing* d, XEvent* event)

@@ -77,13 +77,9 @@ void shape_input(Widget w, Drawing* d, XEvent* event, int tool, int shape, int* 
         return;
     switch (event->type) {
     case ButtonPress:
-        commit(d);
         drag.start = drag.end = event_point(event);
         drag.owner = d;
         drag.width = static_cast<int>(d->lineWidth);
-        break;
-    case ButtonRelease:
-        set_undo_available(d, true);
         break;
     case TOOL_UNDO: {
         // The drag kept is another drawing's when this drawing's shape was
