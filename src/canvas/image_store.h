@@ -33,8 +33,6 @@ void refresh_region(Drawing* d, Region region);
 void commit(Drawing* d);
 void restore_rect(Drawing* d, int x, int y, int width, int height);
 void restore_corners(Drawing* d, int x1, int y1, int x2, int y2);
-// Corners widened by (ox, oy) on both sides.
-void restore_corners_offset(Drawing* d, int x1, int y1, int x2, int y2, int ox, int oy);
 void restore_region(Drawing* d, Region region);
 
 Pixmap snapshot_drawable(Display* dpy, Drawable drawable, GC gc,

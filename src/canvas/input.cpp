@@ -40,7 +40,7 @@ bool any_button_down(Display* dpy, Window w)
 // Polls the display, outside the Xt loop, until the pointer has moved more
 // than 5 window pixels from the press or the button is released. The
 // deciding event is put back so the tool still sees it.
-int detect_constraint(Display* dpy, Window w, int x0, int y0)
+DragConstraint detect_constraint(Display* dpy, Window w, int x0, int y0)
 {
     constexpr long mask = MOTION_MASK | ButtonReleaseMask;
     for (;;) {
@@ -53,7 +53,7 @@ int detect_constraint(Display* dpy, Window w, int x0, int y0)
             XSync(dpy, False);
             got = XCheckMaskEvent(dpy, mask, &ev);
             if (!got)
-                return 0;
+                return DragConstraint::Free;
         }
         if (!got) {
             int fd = ConnectionNumber(dpy);
@@ -66,12 +66,12 @@ int detect_constraint(Display* dpy, Window w, int x0, int y0)
         }
         if (ev.type == ButtonRelease) {
             XPutBackEvent(dpy, &ev);
-            return 0;
+            return DragConstraint::Free;
         }
         if (ev.type != MotionNotify)
             continue;
-        int c = drag_constraint(x0, y0, ev.xmotion.x, ev.xmotion.y);
-        if (c != 0) {
+        DragConstraint c = drag_constraint(x0, y0, ev.xmotion.x, ev.xmotion.y);
+        if (c != DragConstraint::Free) {
             XPutBackEvent(dpy, &ev);
             return c;
         }
@@ -190,7 +190,7 @@ void canvas_input_cb(Widget w, XtPointer clientData, XtPointer callData) noexcep
         d->constraint = (ev.xbutton.state & ShiftMask)
                             ? detect_constraint(XtDisplay(w), XtWindow(w), ev.xbutton.x,
                                                 ev.xbutton.y)
-                            : 0;
+                            : DragConstraint::Free;
         // A new stroke: its first motion is never "the same pixel".
         d->lastMotionX = d->lastMotionY = INT_MIN;
     }

@@ -9,8 +9,11 @@
 #include <cstdint>
 #include <string>
 
+#include "core/drag_constraint.h"
+
 struct DrawingXpmInfo;
 struct Selection;
+struct ToolStroke;
 
 constexpr int MAX_DRAWINGS = 8;
 constexpr int MENU_ITEM_COUNT = 40;   // command numbers 0..39
@@ -84,9 +87,10 @@ struct Drawing {
     GC chosenGC;              // the GC chosen at the last press
     bool pressOffersUndo;     // the last press changed the drawing: its release offers undo
     int lastMotionX, lastMotionY;
-    int constraint;           // 0 none, 1 horizontal, 2 vertical
+    DragConstraint constraint;   // of the stroke under way
     int rectFilled, ovalFilled;
     Selection* selection;
+    ToolStroke* stroke;       // what the current tool keeps of the stroke under way
 
     // Auxiliary views and status line.
     Widget smallViewDialog;

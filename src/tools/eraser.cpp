@@ -11,13 +11,11 @@
 #include "core/app_state.h"
 #include "core/drawing.h"
 #include "tools/geometry.h"
+#include "tools/stroke.h"
 #include "tools/tool_handlers.h"
 #include "tools/tool_table.h"
 
 namespace {
-
-int side = 15;
-Point last, anchor;
 
 // X coordinates are 16 bits; a point dragged far off the image is kept
 // where the square and its sweep cannot wrap round.
@@ -48,23 +46,21 @@ void eraser_input(Widget w, Drawing* d, XEvent* event)
         return;
     // Whatever the button, the eraser paints the background.
     set_line_width(d->backgroundGC, 1);
-    side = eraser_side(d->zoom, window_x(w, d, event));
+    ToolStroke& s = stroke_of(d);
+    s.side = eraser_side(d->zoom, window_x(w, d, event));
     Point p = kept_in_range(event_point(event));
-    XFillRectangle(app().display, d->image, d->backgroundGC, p.x, p.y, static_cast<unsigned>(side),
-                   static_cast<unsigned>(side));
-    refresh_rect(d, p.x, p.y, side, side);
-    last = anchor = p;
+    XFillRectangle(app().display, d->image, d->backgroundGC, p.x, p.y, static_cast<unsigned>(s.side),
+                   static_cast<unsigned>(s.side));
+    refresh_rect(d, p.x, p.y, s.side, s.side);
+    s.last = s.start = p;
 }
 
 void eraser_motion(Widget w, Drawing* d, XEvent* event)
 {
-    Point p = kept_in_range(event_point(event));
-    if (d->constraint == 1)
-        p.y = anchor.y;
-    else if (d->constraint == 2)
-        p.x = anchor.x;
+    ToolStroke& s = stroke_of(d);
+    Point p = held_drag_point(s.start, kept_in_range(event_point(event)), d->constraint);
     Point corners[6];
-    eraser_sweep(last, p, side, corners);
+    eraser_sweep(s.last, p, s.side, corners);
     XPoint points[6];
     for (int i = 0; i < 6; i++)
         points[i] = XPoint{static_cast<short>(corners[i].x), static_cast<short>(corners[i].y)};
@@ -73,5 +69,5 @@ void eraser_motion(Widget w, Drawing* d, XEvent* event)
     Region swept = XPolygonRegion(points, 6, WindingRule);
     refresh_region(d, swept);
     XDestroyRegion(swept);
-    last = p;
+    s.last = p;
 }

@@ -280,7 +280,7 @@ void reset_tool_state(Drawing* d)
 {
     if (!d)
         return;
-    d->constraint = 0;
+    d->constraint = DragConstraint::Free;
     d->lastMotionX = d->lastMotionY = INT_MIN;
     d->chosenGC = d->foregroundGC;
     // Shapes go back to outlines, with the menu toggle to match.

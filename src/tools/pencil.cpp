@@ -10,15 +10,9 @@
 #include "core/app_state.h"
 #include "core/drawing.h"
 #include "tools/geometry.h"
+#include "tools/stroke.h"
 #include "tools/tool_handlers.h"
 #include "tools/tool_table.h"
-
-namespace {
-
-Point last, anchor;
-int smallestY, largestY;   // kept for the stroke's extent; nothing reads them yet
-
-}  // namespace
 
 void pencil_input(Widget w, Drawing* d, XEvent* event)
 {
@@ -39,20 +33,15 @@ void pencil_input(Widget w, Drawing* d, XEvent* event)
     XDrawLine(app().display, d->image, d->chosenGC, p.x, p.y, std::min(p.x + 1, SHRT_MAX),
               std::min(p.y + 1, SHRT_MAX));
     refresh_rect(d, p.x, p.y, 1, 1);
-    last = anchor = p;
-    smallestY = largestY = p.y;
+    ToolStroke& s = stroke_of(d);
+    s.last = s.start = p;
 }
 
 void pencil_motion(Widget w, Drawing* d, XEvent* event)
 {
-    Point p = event_point(event);
-    if (d->constraint == 1)
-        p.y = anchor.y;
-    else if (d->constraint == 2)
-        p.x = anchor.x;
-    XDrawLine(app().display, d->image, d->chosenGC, p.x, p.y, last.x, last.y);
-    refresh_corners(d, p.x, p.y, last.x, last.y);
-    smallestY = std::min(smallestY, p.y);
-    largestY = std::max(largestY, p.y);
-    last = p;
+    ToolStroke& s = stroke_of(d);
+    Point p = held_drag_point(s.start, event_point(event), d->constraint);
+    XDrawLine(app().display, d->image, d->chosenGC, p.x, p.y, s.last.x, s.last.y);
+    refresh_corners(d, p.x, p.y, s.last.x, s.last.y);
+    s.last = p;
 }

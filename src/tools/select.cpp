@@ -19,8 +19,6 @@
 
 namespace {
 
-Region damage;
-
 void press(Drawing* d, Selection* s, const XEvent* event)
 {
     if (res().debug)
@@ -103,6 +101,7 @@ void band_motion(Drawing* d, Selection* s, Point p, unsigned state)
         p = constrain_square(s->anchor, p);
     Box oldBox = box_of(s->anchor, s->corner);
     Box newBox = box_of(s->anchor, p);
+    Region damage = damage_region();
     frame_difference(oldBox, newBox, 1, 1, damage);
     restore_region(d, damage);
     XDrawRectangle(app().display, d->image, march_gc(d), newBox.x, newBox.y,
@@ -124,6 +123,7 @@ void drag_motion(Drawing* d, Selection* s, Point p, unsigned state)
     if (s->mode == 1) {
         vacate_for(d, rect_box(moved));
     } else {
+        Region damage = damage_region();
         box_difference(rect_box(s->current), rect_box(moved), damage);
         restore_region(d, damage);
         refresh_region(d, damage);
@@ -155,8 +155,6 @@ void select_input(Widget w, Drawing* d, XEvent* event)
 {
     if (!d || !event)
         return;
-    if (!damage)
-        damage = XCreateRegion();
     Selection* s = selection_record(d);
     switch (event->type) {
     case TOOL_CREATED:
@@ -187,7 +185,7 @@ void select_input(Widget w, Drawing* d, XEvent* event)
 
 void select_motion(Widget, Drawing* d, XEvent* event)
 {
-    if (!d || !d->selection || !event || !damage)
+    if (!d || !d->selection || !event)
         return;
     Selection* s = d->selection;
     Point p = event_point(event);

@@ -52,12 +52,11 @@ unsigned short clamp_size(long v)
     return static_cast<unsigned short>(std::clamp(v, 0L, 16383L));
 }
 
-Region work_region(int i)
+// The region the selection's operations work in; not the one a motion
+// repaints (damage_region), which a drag uses beside it.
+Region work_region()
 {
-    static Region regions[2];
-    if (!regions[i])
-        regions[i] = XCreateRegion();
-    return regions[i];
+    return scratch_region(1);
 }
 
 void fill_and_refresh(Drawing* d, Region r)
@@ -209,7 +208,7 @@ void settle_and_drop(Drawing* d)
 void vacate_for(Drawing* d, Box target)
 {
     Selection* s = d->selection;
-    Region r = work_region(0);
+    Region r = work_region();
     box_difference(rect_box(s->origin), target, r);
     fill_and_refresh(d, r);
     box_difference(rect_box(s->current), target, r);
@@ -223,7 +222,7 @@ int apply_to_selection(Drawing* d, SelectionOp op)
         return 1;
     Selection* s = d->selection;
     stop_march(d);
-    Region r = work_region(0);
+    Region r = work_region();
     box_intersection(rect_box(s->current), rect_box(s->origin), r);
     fill_and_refresh(d, r);
     box_difference(rect_box(s->current), rect_box(s->origin), r);
@@ -286,7 +285,7 @@ int clear_selection(Drawing* d)
         Display* dpy = app().display;
         XFillRectangle(dpy, d->image, d->backgroundGC, s->origin.x, s->origin.y, s->origin.width,
                        s->origin.height);
-        Region r = work_region(0);
+        Region r = work_region();
         box_difference(rect_box(c), rect_box(s->origin), r);
         restore_region(d, r);
         // A selection moved away from its origin leaves that hole on
