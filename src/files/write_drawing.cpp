@@ -109,7 +109,7 @@ int write_drawing(Drawing* d, const char* target, bool bw)
                                  : check_compressed_copy(staging.file.c_str(), written.c_str(),
                                                          d->hotspotX, d->hotspotY);
     }
-    if (status == 0 && !copy_file(written.c_str(), destination.c_str()))
+    if (status == 0 && copy_file(written.c_str(), destination.c_str()) != 0)
         status = 1;
     if (!written.empty() && written != staging.file)
         unlink(written.c_str());
