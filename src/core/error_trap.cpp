@@ -1,23 +1,51 @@
+// The error trap: one handler for the whole program, with the state of the
+// innermost trap; an enclosing trap's state is kept by the inner one and put
+// back when it ends.
 #include "core/error_trap.h"
+
+#include <cstdio>
 
 namespace {
 
 int trappedError = 0;
+ErrorTrap::Report reporting = ErrorTrap::Report::Silent;
+int lastReported = 0;   // the error printed last, not printed again at once
 
-int record_error(Display*, XErrorEvent* e)
+void report(Display* dpy, const XErrorEvent* e)
+{
+    if (e->error_code == lastReported)
+        return;
+    char text[80];
+    XGetErrorText(dpy, e->error_code, text, sizeof text);
+    std::fprintf(stderr, "*** Error: %s ***\n", text);
+    char number[16];
+    std::snprintf(number, sizeof number, "%d", e->request_code);
+    XGetErrorDatabaseText(dpy, "XRequest", number, "", text, sizeof text);
+    std::fprintf(stderr, "    Request Major Code %s  %s\n", number, text);
+    lastReported = e->error_code;
+}
+
+int record_error(Display* dpy, XErrorEvent* e) noexcept
 {
     if (trappedError == 0)
         trappedError = e->error_code;
+    if (reporting == ErrorTrap::Report::ReportOnce)
+        report(dpy, e);
     return 0;
 }
 
 }  // namespace
 
-ErrorTrap::ErrorTrap(Display* dpy) : dpy_(dpy)
+ErrorTrap::ErrorTrap(Display* dpy, Report report) : dpy_(dpy)
 {
     XSync(dpy_, False);   // errors of earlier requests belong to the old handler
-    outerError_ = trappedError;   // (an enclosing trap's, when there is one)
+    // (an enclosing trap's, when there is one)
+    outerError_ = trappedError;
+    outerReport_ = reporting;
+    outerReported_ = lastReported;
     trappedError = 0;
+    reporting = report;
+    lastReported = 0;
     old_ = XSetErrorHandler(record_error);
 }
 
@@ -26,6 +54,8 @@ ErrorTrap::~ErrorTrap()
     XSync(dpy_, False);
     XSetErrorHandler(old_);
     trappedError = outerError_;
+    reporting = outerReport_;
+    lastReported = outerReported_;
 }
 
 int ErrorTrap::error() const
