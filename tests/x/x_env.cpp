@@ -10,8 +10,6 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "app/commands.h"
-#include "app/menus.h"
 #include "app/startup.h"
 
 namespace {
@@ -68,12 +66,6 @@ Drawing* make_drawing(int width, int height, bool mayFail)
     if (!d && !mayFail)
         ADD_FAILURE() << "no " << width << "x" << height << " drawing";
     return d;
-}
-
-bool undo_sensitive(Drawing* d)
-{
-    Widget item = menu_item(d, CMD_UNDO);
-    return item && XtIsSensitive(item);
 }
 
 unsigned long window_pixel(Window w, int x, int y)

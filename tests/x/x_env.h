@@ -33,9 +33,6 @@ void pump(int rounds = 3);
 // `mayFail`.
 Drawing* make_drawing(int width = 0, int height = 0, bool mayFail = false);
 
-// Whether the drawing's Edit > Undo item is sensitive, as the user sees it.
-bool undo_sensitive(Drawing* d);
-
 // The image pixel at (x, y), read back from the server with XGetImage.
 unsigned long image_pixel(Drawing* d, int x, int y);
 unsigned long window_pixel(Window w, int x, int y);
