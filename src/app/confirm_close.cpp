@@ -93,11 +93,7 @@ Widget make_confirm_dialog(Drawing* d)
     XtSetArg(args[1], XmNdefaultPosition, False);
     Widget parent = d && d->shell ? d->shell : app().topLevel;
     Widget dialog = template_dialog(parent, "ConfirmClose", fill_confirm_form, args, 2, buttons);
-    if (dialog) {
-        set_default_button(dialog, "Save");
-        // Escape answers Cancel, as in every other dialog that has one.
-        XtVaSetValues(dialog, XmNcancelButton, XtNameToWidget(dialog, "Cancel"), nullptr);
-    }
+    set_default_and_cancel(dialog, "Save");
     return dialog;
 }
 

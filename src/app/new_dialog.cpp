@@ -162,11 +162,7 @@ Widget make_new_dialog(Drawing* d)
     XtSetArg(args[2], XmNdefaultPosition, False);
     Widget parent = d && d->shell ? d->shell : app().topLevel;
     Widget dialog = template_dialog(parent, "New Dialog", fill_new_form, args, 3, buttons);
-    if (dialog) {
-        set_default_button(dialog, "OK");
-        // Escape answers Cancel.
-        XtVaSetValues(dialog, XmNcancelButton, XtNameToWidget(dialog, "Cancel"), nullptr);
-    }
+    set_default_and_cancel(dialog, "OK");
     return dialog;
 }
 

@@ -33,12 +33,7 @@ Widget make_area(Widget parent, Drawing* d, Dimension width, Dimension height)
     XtSetArg(args[n], XmNmarginHeight, 0), n++;
     XtSetArg(args[n], XmNresizePolicy, XmRESIZE_NONE), n++;
     Widget area = XmCreateDrawingArea(parent, const_cast<char*>("drawArea"), args, n);
-    XtAddCallback(area, XmNexposeCallback, canvas_expose_cb, d);
-    XtAddCallback(area, XmNinputCallback, canvas_input_cb, d);
-    take_every_button(area);
-    XtAddEventHandler(area, Button1MotionMask | Button2MotionMask | Button3MotionMask, False,
-                      canvas_motion_eh, d);
-    XtAddEventHandler(area, KeyPressMask, False, canvas_key_eh, d);
+    attach_canvas_handlers(area, d);
     return area;
 }
 
@@ -78,7 +73,7 @@ GC own_gc(Drawing* d, unsigned long foreground, unsigned long background)
     v.graphics_exposures = False;
     unsigned long mask = GCFunction | GCForeground | GCBackground | GCGraphicsExposures;
     if (d->depth == 1) {
-        ScratchPixmap p(dpy, app().root, 1, 1, 1);
+        ScratchPixmap p(dpy, XCreatePixmap(dpy, app().root, 1, 1, 1));
         return XCreateGC(dpy, p.get(), mask, &v);
     }
     return XCreateGC(dpy, app().root, mask, &v);
@@ -124,6 +119,16 @@ void canvas_expose_cb(Widget w, XtPointer clientData, XtPointer callData) noexce
         XCopyPlane(dpy, d->image, XtWindow(w), app().gcs[GC_PLANE], x, y, uw, uh, x, y, 1);
     else
         XCopyArea(dpy, d->image, XtWindow(w), app().gcs[GC_COPY], x, y, uw, uh, x, y);
+}
+
+void attach_canvas_handlers(Widget area, Drawing* d)
+{
+    XtAddCallback(area, XmNexposeCallback, canvas_expose_cb, d);
+    XtAddCallback(area, XmNinputCallback, canvas_input_cb, d);
+    take_every_button(area);
+    XtAddEventHandler(area, Button1MotionMask | Button2MotionMask | Button3MotionMask, False,
+                      canvas_motion_eh, d);
+    XtAddEventHandler(area, KeyPressMask, False, canvas_key_eh, d);
 }
 
 Widget create_canvas(Widget form, Drawing* d)

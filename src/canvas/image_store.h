@@ -11,6 +11,10 @@ struct Drawing;
 // their expose, input, motion and key handlers. Stores them in the drawing.
 Widget create_canvas(Widget form, Drawing* d);
 
+// Gives an actual-size or magnified area the canvas's expose, input, motion
+// and key handlers: the small view paints like the canvas itself.
+void attach_canvas_handlers(Widget area, Drawing* d);
+
 // Expose callback of the canvas areas and the small view: actual-size
 // areas copy from `image`, the magnified one repaints its cells.
 void canvas_expose_cb(Widget w, XtPointer clientData, XtPointer callData) noexcept;

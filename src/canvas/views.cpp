@@ -15,7 +15,6 @@
 #include <cstdlib>
 
 #include "canvas/image_store.h"
-#include "canvas/input.h"
 #include "colour/color_list.h"
 #include "core/app_state.h"
 #include "core/dialog_titles.h"
@@ -165,12 +164,7 @@ void fill_small_view(Widget form)
         return;
     // The same input as the actual-size canvas, so either scale paints.
     Widget area = make_view_area(form, d);
-    XtAddCallback(area, XmNexposeCallback, canvas_expose_cb, d);
-    XtAddCallback(area, XmNinputCallback, canvas_input_cb, d);
-    take_every_button(area);
-    XtAddEventHandler(area, Button1MotionMask | Button2MotionMask | Button3MotionMask, False,
-                      canvas_motion_eh, d);
-    XtAddEventHandler(area, KeyPressMask, False, canvas_key_eh, d);
+    attach_canvas_handlers(area, d);
     d->smallArea = area;
 }
 
@@ -190,14 +184,17 @@ void close_small_cb(Widget, XtPointer client, XtPointer) noexcept
         hide_small_view(d);
 }
 
-void close_bw_cb(Widget, XtPointer client, XtPointer) noexcept
+void hide_bw_view(Drawing* d)
 {
-    auto* d = static_cast<Drawing*>(client);
-    if (!d)
-        return;
     if (d->bwDialog)
         XtUnmanageChild(d->bwDialog);
     tell_toggle_changed(d, WindowToggle::BwView, false);
+}
+
+void close_bw_cb(Widget, XtPointer client, XtPointer) noexcept
+{
+    if (auto* d = static_cast<Drawing*>(client))
+        hide_bw_view(d);
 }
 
 // The dialogs hide themselves through their Close button, the window
@@ -324,8 +321,7 @@ int cmd_show_bw_view(Drawing* d, XEvent*, Boolean set)
     if (!d || !d->bwDialog || d->depth == 1)
         return 1;
     if (!set) {
-        XtUnmanageChild(d->bwDialog);
-        tell_toggle_changed(d, WindowToggle::BwView, false);
+        hide_bw_view(d);
         return 0;
     }
     title_dialog_for(d->bwDialog, d->name);
@@ -351,9 +347,7 @@ void hide_views(Drawing* d)
     if (!d)
         return;
     hide_small_view(d);
-    if (d->bwDialog)
-        XtUnmanageChild(d->bwDialog);
-    tell_toggle_changed(d, WindowToggle::BwView, false);
+    hide_bw_view(d);
 }
 
 Pixmap render_bw_pixmap(Drawing* d)

@@ -96,6 +96,14 @@ void set_default_button(Widget dialog, const char* childName)
         XtVaSetValues(dialog, XmNdefaultButton, button, nullptr);
 }
 
+void set_default_and_cancel(Widget dialog, const char* defaultName)
+{
+    if (!dialog)
+        return;
+    set_default_button(dialog, defaultName);
+    XtVaSetValues(dialog, XmNcancelButton, XtNameToWidget(dialog, "Cancel"), nullptr);
+}
+
 void merge_fallback_resources(Display* dpy, const char* const* lines, size_t count, bool* merged)
 {
     if (*merged || !dpy)

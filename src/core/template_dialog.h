@@ -22,6 +22,9 @@ Widget message_box(Widget parent, const char* name, void (*fill)(Widget form),
                    ArgList args, Cardinal argCount, const DialogButton* buttons);
 void set_dialog_message(Widget dialog, const char* text);
 void set_default_button(Widget dialog, const char* childName);
+// The default button as above, and Escape answering the dialog's "Cancel"
+// button, as in every dialog that has one.
+void set_default_and_cancel(Widget dialog, const char* defaultName);
 
 // Puts a dialog's built-in resource lines under the resource database, so
 // that it still looks right without the application defaults file while

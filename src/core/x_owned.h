@@ -38,50 +38,24 @@ inline XmStringPtr multiline(const char* text)
     return XmStringPtr(XmStringCreateLtoR(const_cast<char*>(text), const_cast<char*>(XmFONTLIST_DEFAULT_TAG)));
 }
 
-// A pixmap or GC made for one piece of work on `dpy` and freed with it.
-class ScratchPixmap {
+// A server resource made for one piece of work on `dpy` and freed with it:
+//     ScratchPixmap mask(dpy, XCreatePixmap(dpy, drawable, w, h, 1));
+template <typename Handle, int (*Free)(Display*, Handle)>
+class Scratch {
 public:
-    ScratchPixmap(Display* dpy, Drawable on, unsigned width, unsigned height, unsigned depth)
-        : dpy_(dpy), pixmap_(XCreatePixmap(dpy, on, width, height, depth))
+    Scratch(Display* dpy, Handle handle) : dpy_(dpy), handle_(handle) {}
+    ~Scratch()
     {
+        if (handle_)
+            Free(dpy_, handle_);
     }
-    ~ScratchPixmap()
-    {
-        if (pixmap_)
-            XFreePixmap(dpy_, pixmap_);
-    }
-    ScratchPixmap(const ScratchPixmap&) = delete;
-    ScratchPixmap& operator=(const ScratchPixmap&) = delete;
-    Pixmap get() const { return pixmap_; }
-    // Hands the pixmap over to the caller, who frees it from now on.
-    Pixmap release()
-    {
-        Pixmap p = pixmap_;
-        pixmap_ = None;
-        return p;
-    }
+    Scratch(const Scratch&) = delete;
+    Scratch& operator=(const Scratch&) = delete;
+    Handle get() const { return handle_; }
 
 private:
     Display* dpy_;
-    Pixmap pixmap_;
+    Handle handle_;
 };
-
-class ScratchGC {
-public:
-    ScratchGC(Display* dpy, Drawable on, unsigned long mask = 0, XGCValues* values = nullptr)
-        : dpy_(dpy), gc_(XCreateGC(dpy, on, mask, values))
-    {
-    }
-    ~ScratchGC()
-    {
-        if (gc_)
-            XFreeGC(dpy_, gc_);
-    }
-    ScratchGC(const ScratchGC&) = delete;
-    ScratchGC& operator=(const ScratchGC&) = delete;
-    GC get() const { return gc_; }
-
-private:
-    Display* dpy_;
-    GC gc_;
-};
+using ScratchPixmap = Scratch<Pixmap, XFreePixmap>;
+using ScratchGC = Scratch<GC, XFreeGC>;

@@ -5,11 +5,9 @@
 
 #include <X11/Xlib.h>
 #include <fcntl.h>
-#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <cstring>
 #include <string>
 
@@ -18,6 +16,7 @@
 #include "core/drawing.h"
 #include "core/window_hooks.h"
 #include "files/copy_file.h"
+#include "files/gzip.h"
 #include "files/image_io.h"
 #include "files/staging.h"
 #include "files/written_check.h"
@@ -43,22 +42,13 @@ bool compressed_name(const std::string& name)
 std::string compress_staged(const Staging& staging)
 {
     std::string out = staging.file + ".gz";
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, 0, staging.file.c_str(), O_RDONLY, 0);
-    posix_spawn_file_actions_addopen(&actions, 1, out.c_str(), O_WRONLY | O_CREAT | O_EXCL, 0600);
-    posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
-    char arg0[] = "gzip", arg1[] = "-cn";
-    char* argv[] = {arg0, arg1, nullptr};
-    char* envp[] = {nullptr};
-    pid_t pid = -1;
-    int spawned = posix_spawn(&pid, "/bin/gzip", &actions, nullptr, argv, envp);
-    posix_spawn_file_actions_destroy(&actions);
-    int status = -1;
-    if (spawned == 0)
-        while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {
-        }
-    if (spawned == 0 && WIFEXITED(status) && WEXITSTATUS(status) == 0)
+    int fd = open(out.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+    if (fd < 0)
+        return {};
+    pid_t pid = spawn_gzip("-cn", staging.file.c_str(), fd);
+    close(fd);
+    int status = pid > 0 ? wait_for_process(pid) : -1;
+    if (pid > 0 && WIFEXITED(status) && WEXITSTATUS(status) == 0)
         return out;
     unlink(out.c_str());
     return {};

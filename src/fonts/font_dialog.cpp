@@ -496,9 +496,7 @@ bool make_font_dialog()
         state = nullptr;
         return false;
     }
-    set_default_button(state->dialog, "OK");
-    // Escape answers Cancel.
-    XtVaSetValues(state->dialog, XmNcancelButton, XtNameToWidget(state->dialog, "Cancel"), nullptr);
+    set_default_and_cancel(state->dialog, "OK");
     // Placed over the asking drawing as it pops up.
     XtVaSetValues(state->dialog, XmNdefaultPosition, False, nullptr);
     XtAddCallback(XtParent(state->dialog), XmNpopupCallback, place_cb, nullptr);

@@ -58,7 +58,7 @@ bool fill_at(Drawing* d, int x, int y, bool everywhere)
     // A stack that could not grow leaves part of the area unfilled; what
     // was found is still painted, as a partial fill is better than none.
 
-    ScratchPixmap mask(dpy, d->image, static_cast<unsigned>(w), static_cast<unsigned>(h), 1);
+    ScratchPixmap mask(dpy, XCreatePixmap(dpy, d->image, static_cast<unsigned>(w), static_cast<unsigned>(h), 1));
     GC bitGC = app().gcs[GC_BIT_CLEAR];
     XFillRectangle(dpy, mask.get(), bitGC, 0, 0, static_cast<unsigned>(w), static_cast<unsigned>(h));
     ImagePtr maskImage(XGetImage(dpy, mask.get(), 0, 0, static_cast<unsigned>(w), static_cast<unsigned>(h), 1, ZPixmap));

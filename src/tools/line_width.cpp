@@ -32,9 +32,9 @@ Widget make_width_toggle(Widget box, unsigned width)
     XtVaGetValues(box, XmNforeground, &fg, XmNbackground, &bg, nullptr);
     XGCValues v;
     v.foreground = v.background = fg;
-    ScratchGC fgScratch(dpy, app().root, GCForeground | GCBackground, &v);
+    ScratchGC fgScratch(dpy, XCreateGC(dpy, app().root, GCForeground | GCBackground, &v));
     v.foreground = v.background = bg;
-    ScratchGC bgScratch(dpy, app().root, GCForeground | GCBackground, &v);
+    ScratchGC bgScratch(dpy, XCreateGC(dpy, app().root, GCForeground | GCBackground, &v));
     GC fgGC = fgScratch.get(), bgGC = bgScratch.get();
 
     WidthPicture g = width_picture(width);
