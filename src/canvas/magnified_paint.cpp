@@ -139,7 +139,7 @@ void magnified_paint(Drawing* d, int x, int y, int w, int h, bool force)
         return;
 
     Window win = magnified_window(d);
-    int zoom = d->zoom > 4 ? 4 : d->zoom;
+    int zoom = std::min(d->zoom, MAX_ZOOM);
     unsigned short size = static_cast<unsigned short>((1 << zoom) - 1);
     bool bitmap = d->depth == 1;
     unsigned long black = app().blackPixel, white = app().whitePixel;
@@ -202,7 +202,7 @@ void magnified_paint_rows(Drawing* d, int y, int n)
         return;
     }
     Window win = magnified_window(d);
-    int zoom = d->zoom > 4 ? 4 : d->zoom;
+    int zoom = std::min(d->zoom, MAX_ZOOM);
     unsigned short size = static_cast<unsigned short>((1 << zoom) - 1);
     // The bytes of one bitmap unit may be stored in either order, so a
     // changed byte is examined pixel by pixel over its whole unit.

@@ -281,6 +281,7 @@ void reset_tool_state(Drawing* d)
     if (!d)
         return;
     d->constraint = DragConstraint::Free;
+    d->pressOffersUndo = false;
     d->lastMotionX = d->lastMotionY = INT_MIN;
     d->chosenGC = d->foregroundGC;
     // Shapes go back to outlines, with the menu toggle to match.
