@@ -12,11 +12,11 @@
 #include <cstdlib>
 #include <vector>
 
-#include "app/app.h"
 #include "app/draw.h"
 #include "app/startup.h"
 #include "canvas/image_store.h"
 #include "canvas/input.h"
+#include "core/app_state.h"
 #include "tools/tool_table.h"
 
 namespace {

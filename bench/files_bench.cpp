@@ -16,10 +16,11 @@
 #include <string>
 #include <vector>
 
-#include "app/app.h"
 #include "app/draw.h"
+#include "app/open_save.h"
 #include "app/startup.h"
-#include "files/open_save.h"
+#include "core/app_state.h"
+#include "files/write_drawing.h"
 
 namespace {
 

@@ -15,11 +15,12 @@
 #include <string>
 #include <vector>
 
-#include "app/app.h"
 #include "app/draw.h"
+#include "app/open_save.h"
 #include "app/startup.h"
+#include "core/app_state.h"
 #include "files/image_header.h"
-#include "files/open_save.h"
+#include "files/read_status.h"
 
 namespace {
 

@@ -18,10 +18,10 @@
 #include <string>
 #include <vector>
 
-#include "app/app.h"
 #include "app/draw.h"
 #include "app/startup.h"
-#include "files/new_close.h"
+#include "core/app_state.h"
+#include "app/new_close.h"
 
 namespace {
 

@@ -3,15 +3,15 @@
 
 #include <cstdio>
 
-#include "app/app.h"
 #include "app/draw.h"
 #include "app/menus.h"
 #include "canvas/image_store.h"
 #include "canvas/undo.h"
 #include "canvas/views.h"
 #include "colour/color_list.h"
-#include "files/new_close.h"
-#include "files/open_save.h"
+#include "core/app_state.h"
+#include "app/new_close.h"
+#include "app/open_save.h"
 #include "fonts/font_dialog.h"
 #include "imageops/clipboard.h"
 #include "imageops/root_background.h"

@@ -6,8 +6,8 @@
 #include <X11/StringDefs.h>
 #include <X11/Xlib.h>
 
-#include "app/app.h"
 #include "app/draw.h"
+#include "core/app_state.h"
 #include "tools/tool_table.h"
 
 namespace {

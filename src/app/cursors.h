@@ -3,9 +3,9 @@
 
 #include <X11/Intrinsic.h>
 
-struct Drawing;
+#include "core/window_hooks.h"   // CursorIndex
 
-enum CursorIndex { CURSOR_CROSSHAIR, CURSOR_ERASER, CURSOR_TEXT, CURSOR_PENCIL, CURSOR_BUCKET, CURSOR_COUNT };
+struct Drawing;
 
 void create_cursors();
 Cursor tool_cursor(int index);

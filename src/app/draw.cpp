@@ -14,48 +14,28 @@
 #include <cstring>
 #include <vector>
 
-#include "app/app.h"
 #include "app/commands.h"
 #include "app/cursors.h"
-#include "app/dialog_titles.h"
 #include "app/drop_open.h"
 #include "app/menus.h"
-#include "app/message.h"
-#include "app/safe_format.h"
+#include "app/new_close.h"
 #include "app/session.h"
 #include "app/slot_choice.h"
 #include "app/status.h"
-#include "app/titles.h"
-#include "app/window_place.h"
 #include "app/window_icon.h"
 #include "canvas/image_store.h"
 #include "canvas/views.h"
 #include "colour/color_list.h"
+#include "core/app_state.h"
+#include "core/dialog_titles.h"
+#include "core/message.h"
+#include "core/safe_format.h"
+#include "core/titles.h"
+#include "core/window_place.h"
 #include "files/image_io.h"
-#include "files/new_close.h"
 #include "tools/palettes.h"
 #include "tools/selection.h"
 #include "tools/tool_table.h"
-
-Registry& registry()
-{
-    static Registry r{};
-    return r;
-}
-
-bool drawing_is_open(const Drawing* d)
-{
-    return d && d->menuBar && XtIsManaged(d->menuBar);
-}
-
-Drawing* first_open_drawing()
-{
-    // One closed by the session manager keeps its window but is done with.
-    for (Drawing* d : registry().slots)
-        if (drawing_is_open(d) && !d->sessionClosed)
-            return d;
-    return nullptr;
-}
 
 namespace {
 
@@ -390,27 +370,20 @@ int open_file(const char* path, const char* name)
 
 void set_name(Drawing* d, const char* name)
 {
-    std::string base = title_name(name);
+    if (d->name != name)
+        d->name = name;
+    show_name(d);
+}
+
+void show_name(Drawing* d)
+{
+    std::string base = title_name(d->name);
     XtVaSetValues(d->shell, XmNtitle, base.c_str(), nullptr);
     if (XtIsRealized(d->shell))
         XtVaSetValues(d->shell, XmNiconName, base.c_str(), nullptr);
-    if (d->name != name)
-        d->name = name;
     // The windows that belong to the drawing say whose they are.
     for (Widget dialog : {d->colourList, d->smallViewDialog, d->bwDialog})
         title_dialog_for(dialog, d->name);
-}
-
-Drawing* find_drawing_of_widget(Widget w)
-{
-    while (w && !XtIsApplicationShell(w))
-        w = XtParent(w);
-    if (!w)
-        return nullptr;
-    for (Drawing* d : registry().slots)
-        if (d && d->shell == w)
-            return d;
-    return nullptr;
 }
 
 void close_drawing(Drawing* d)

@@ -9,8 +9,9 @@
 #include <string>
 
 #include "app/draw.h"
+#include "app/open_save.h"
 #include "dropin/drop_data.h"
-#include "files/open_save.h"
+#include "files/read_status.h"
 
 namespace {
 

@@ -13,9 +13,10 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "app/app.h"
 #include "app/commands.h"
 #include "app/draw.h"
+#include "app/status.h"
+#include "core/app_state.h"
 #include "help/help_menu.h"
 #include "imageops/clipboard.h"
 #include "tools/selection.h"
@@ -217,7 +218,7 @@ Widget build_menu_bar(Widget mainWindow, Drawing* d)
     Widget bar = XmCreateMenuBar(mainWindow, const_cast<char*>("menuBar"), nullptr, 0);
     for (const MenuEntry& e : menuBarTable)
         d->menuState.items[e.command] = build_cascade(bar, e, d);
-    build_help_menu(bar, d);
+    build_help_menu(bar, show_version_over);
     XtManageChild(bar);
     return bar;
 }
@@ -239,7 +240,21 @@ void update_selection_sensitivity(Drawing* d)
 
 void update_zoom_sensitivity(Drawing* d)
 {
-    set_sensitive(d, CMD_ZOOM_IN, d->zoom != 4);
+    set_sensitive(d, CMD_ZOOM_IN, d->zoom != MAX_ZOOM);
     set_sensitive(d, CMD_ZOOM_OUT, d->zoom != 0);
     set_sensitive(d, CMD_SHOW_SMALL_VIEW, d->zoom != 0);
+}
+
+void update_undo_sensitivity(Drawing* d)
+{
+    set_sensitive(d, CMD_UNDO, d->undoAvailable);
+}
+
+void show_toggle_state(Drawing* d, int command, bool on)
+{
+    if (Widget t = menu_item(d, command))
+        if (XmIsToggleButton(t))
+            XmToggleButtonSetState(t, on ? True : False, False);
+    if (command > 0 && command < MENU_ITEM_COUNT)
+        d->menuState.toggles[command] = on ? True : False;
 }

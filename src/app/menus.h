@@ -24,5 +24,12 @@ void update_selection_sensitivity(Drawing* d);
 // ZoomIn / ZoomOut / ShowSmallView follow the zoom.
 void update_zoom_sensitivity(Drawing* d);
 
+// Undo follows whether the drawing has something to take back.
+void update_undo_sensitivity(Drawing* d);
+
+// Sets a toggle item (and the state kept beside it) without running its
+// command: the thing it shows has already changed.
+void show_toggle_state(Drawing* d, int command, bool on);
+
 // The item widget of a command, or null.
 Widget menu_item(Drawing* d, int command);

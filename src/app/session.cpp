@@ -13,10 +13,10 @@
 #include <cstdlib>
 #include <vector>
 
-#include "app/app.h"
 #include "app/draw.h"
 #include "app/restart_command.h"
-#include "files/new_close.h"
+#include "core/app_state.h"
+#include "app/new_close.h"
 
 namespace {
 

@@ -9,16 +9,18 @@
 #include <cstring>
 #include <string>
 
-#include "app/app.h"
 #include "app/app_defaults.h"
+#include "app/chrome_hooks.h"
 #include "app/cursors.h"
 #include "app/draw.h"
 #include "app/drop_open.h"
-#include "app/message.h"
-#include "app/safe_format.h"
+#include "app/open_save.h"
 #include "app/usage.h"
 #include "colour/converters.h"
-#include "files/open_save.h"
+#include "core/app_state.h"
+#include "core/message.h"
+#include "core/safe_format.h"
+#include "files/read_status.h"
 
 namespace {
 
@@ -189,7 +191,7 @@ int startup(int* argc, char** argv)
     // Actual size, 0, is accepted as well: the restart command of a drawing
     // zoomed out to actual size carries "-zoomLevel 0", and the restarted
     // program must bring that zoom back rather than jump to 4.
-    range_check(&a.res.zoomLevel, 0, 4, "zoomLevel");
+    range_check(&a.res.zoomLevel, 0, MAX_ZOOM, "zoomLevel");
 
     int depth = 0;
     XtVaGetValues(a.topLevel, XtNdepth, &depth, nullptr);
@@ -203,6 +205,7 @@ int startup(int* argc, char** argv)
     install_converters(a.res.pixmapPath);
     XtGetApplicationResources(a.topLevel, &a.res, pixmapResources, XtNumber(pixmapResources), nullptr, 0);
     create_cursors();
+    install_window_hooks();
 
     signal(SIGINT, SIG_IGN);
     signal(SIGHUP, SIG_IGN);

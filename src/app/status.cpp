@@ -9,12 +9,13 @@
 #include <Xm/Xm.h>
 #include <cstdio>
 
-#include "app/app.h"
 #include "app/draw.h"
 #include "app/logo_data.h"
-#include "app/message.h"
-#include "app/safe_format.h"
-#include "colour/converters.h"
+#include "core/app_state.h"
+#include "core/message.h"
+#include "core/safe_format.h"
+#include "core/template_dialog.h"
+#include "core/x_owned.h"
 
 const char* const PICTREL_VERSION_STRING = "5.1.1";
 
@@ -85,17 +86,15 @@ Widget logo_label(const char* name, Widget parent)
     if (p)
         return XtVaCreateManagedWidget(name, xmLabelWidgetClass, parent, XmNlabelType, XmPIXMAP, XmNlabelPixmap,
                                        p, nullptr);
-    XmString empty = XmStringCreateLocalized(const_cast<char*>(""));
-    Widget w = XtVaCreateManagedWidget(name, xmLabelWidgetClass, parent, XmNlabelString, empty, nullptr);
-    XmStringFree(empty);
+    XmStringPtr empty = localized("");
+    Widget w = XtVaCreateManagedWidget(name, xmLabelWidgetClass, parent, XmNlabelString, empty.get(), nullptr);
     return w;
 }
 
 void set_label_text(Widget label, const char* text)
 {
-    XmString s = XmStringCreateLocalized(const_cast<char*>(text));
-    XtVaSetValues(label, XmNlabelString, s, nullptr);
-    XmStringFree(s);
+    XmStringPtr s = localized(text);
+    XtVaSetValues(label, XmNlabelString, s.get(), nullptr);
 }
 
 void version_work_area(Widget form)

@@ -8,19 +8,17 @@
 
 #include <algorithm>
 
-#include "app/app.h"
-#include "app/commands.h"
-#include "app/draw.h"
-#include "app/menus.h"
-#include "app/session.h"
 #include "canvas/image_store.h"
 #include "canvas/input.h"
 #include "canvas/magnified_paint.h"
 #include "canvas/views.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
+#include "core/window_hooks.h"
+#include "core/x_owned.h"
 
 namespace {
 
-constexpr int MAX_ZOOM = 4;
 constexpr int MIN_VIEW = 64, MAX_VIEW_WIDTH = 640, MAX_VIEW_HEIGHT = 560;
 constexpr int VIEW_MARGIN = 8;   // the scrolled window's shadow and spacing
 
@@ -35,12 +33,7 @@ Widget make_area(Widget parent, Drawing* d, Dimension width, Dimension height)
     XtSetArg(args[n], XmNmarginHeight, 0), n++;
     XtSetArg(args[n], XmNresizePolicy, XmRESIZE_NONE), n++;
     Widget area = XmCreateDrawingArea(parent, const_cast<char*>("drawArea"), args, n);
-    XtAddCallback(area, XmNexposeCallback, canvas_expose_cb, d);
-    XtAddCallback(area, XmNinputCallback, canvas_input_cb, d);
-    take_every_button(area);
-    XtAddEventHandler(area, Button1MotionMask | Button2MotionMask | Button3MotionMask, False,
-                      canvas_motion_eh, d);
-    XtAddEventHandler(area, KeyPressMask, False, canvas_key_eh, d);
+    attach_canvas_handlers(area, d);
     return area;
 }
 
@@ -48,12 +41,6 @@ Dimension scaled(int size, int zoom)
 {
     long v = static_cast<long>(size) << (zoom < 0 ? 0 : zoom);
     return static_cast<Dimension>(v < 1 ? 1 : (v > 32767 ? 32767 : v));
-}
-
-void set_sensitive(Drawing* d, int command, bool on)
-{
-    if (Widget item = menu_item(d, command))
-        XtSetSensitive(item, on ? True : False);
 }
 
 unsigned modifier_state(const XEvent* ev)
@@ -86,10 +73,8 @@ GC own_gc(Drawing* d, unsigned long foreground, unsigned long background)
     v.graphics_exposures = False;
     unsigned long mask = GCFunction | GCForeground | GCBackground | GCGraphicsExposures;
     if (d->depth == 1) {
-        Pixmap p = XCreatePixmap(dpy, app().root, 1, 1, 1);
-        GC gc = XCreateGC(dpy, p, mask, &v);
-        XFreePixmap(dpy, p);
-        return gc;
+        ScratchPixmap p(dpy, XCreatePixmap(dpy, app().root, 1, 1, 1));
+        return XCreateGC(dpy, p.get(), mask, &v);
     }
     return XCreateGC(dpy, app().root, mask, &v);
 }
@@ -134,6 +119,16 @@ void canvas_expose_cb(Widget w, XtPointer clientData, XtPointer callData) noexce
         XCopyPlane(dpy, d->image, XtWindow(w), app().gcs[GC_PLANE], x, y, uw, uh, x, y, 1);
     else
         XCopyArea(dpy, d->image, XtWindow(w), app().gcs[GC_COPY], x, y, uw, uh, x, y);
+}
+
+void attach_canvas_handlers(Widget area, Drawing* d)
+{
+    XtAddCallback(area, XmNexposeCallback, canvas_expose_cb, d);
+    XtAddCallback(area, XmNinputCallback, canvas_input_cb, d);
+    take_every_button(area);
+    XtAddEventHandler(area, Button1MotionMask | Button2MotionMask | Button3MotionMask, False,
+                      canvas_motion_eh, d);
+    XtAddEventHandler(area, KeyPressMask, False, canvas_key_eh, d);
 }
 
 Widget create_canvas(Widget form, Drawing* d)
@@ -234,9 +229,7 @@ void layout_canvas(Drawing* d)
         d->activeArea = chosen;
         d->activeWindow = XtWindow(chosen);
     }
-    set_sensitive(d, CMD_ZOOM_OUT, d->zoom != 0);
-    set_sensitive(d, CMD_SHOW_SMALL_VIEW, d->zoom != 0);
-    set_sensitive(d, CMD_ZOOM_IN, d->zoom != MAX_ZOOM);
+    tell_zoom_changed(d);
 }
 
 void zoom_in(Drawing* d, XEvent* event)
@@ -254,7 +247,6 @@ void zoom_in(Drawing* d, XEvent* event)
     else
         d->zoom++;
     layout_canvas(d);
-    update_restart_command(d);
 }
 
 void zoom_out(Drawing* d, XEvent* event)
@@ -270,5 +262,4 @@ void zoom_out(Drawing* d, XEvent* event)
     if (d->zoom == 0)
         hide_small_view(d);
     layout_canvas(d);
-    update_restart_command(d);
 }

@@ -7,10 +7,10 @@
 
 #include <algorithm>
 
-#include "app/app.h"
-#include "app/draw.h"
 #include "canvas/magnified_paint.h"
 #include "canvas/views.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
 #include "tools/geometry.h"
 #include "tools/regions.h"
 
@@ -187,12 +187,6 @@ void restore_corners(Drawing* d, int x1, int y1, int x2, int y2)
 {
     Box b = box_of(Point{x1, y1}, Point{x2, y2});
     restore_rect(d, b.x, b.y, b.width, b.height);
-}
-
-void restore_corners_offset(Drawing* d, int x1, int y1, int x2, int y2, int ox, int oy)
-{
-    Box b = box_of(Point{x1, y1}, Point{x2, y2});
-    restore_rect(d, b.x - ox, b.y - oy, b.width + 2 * ox, b.height + 2 * oy);
 }
 
 void restore_region(Drawing* d, Region region)

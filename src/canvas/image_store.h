@@ -11,6 +11,10 @@ struct Drawing;
 // their expose, input, motion and key handlers. Stores them in the drawing.
 Widget create_canvas(Widget form, Drawing* d);
 
+// Gives an actual-size or magnified area the canvas's expose, input, motion
+// and key handlers: the small view paints like the canvas itself.
+void attach_canvas_handlers(Widget area, Drawing* d);
+
 // Expose callback of the canvas areas and the small view: actual-size
 // areas copy from `image`, the magnified one repaints its cells.
 void canvas_expose_cb(Widget w, XtPointer clientData, XtPointer callData) noexcept;
@@ -33,8 +37,6 @@ void refresh_region(Drawing* d, Region region);
 void commit(Drawing* d);
 void restore_rect(Drawing* d, int x, int y, int width, int height);
 void restore_corners(Drawing* d, int x1, int y1, int x2, int y2);
-// Corners widened by (ox, oy) on both sides.
-void restore_corners_offset(Drawing* d, int x1, int y1, int x2, int y2, int ox, int oy);
 void restore_region(Drawing* d, Region region);
 
 Pixmap snapshot_drawable(Display* dpy, Drawable drawable, GC gc,

@@ -12,8 +12,10 @@
 #include <climits>
 #include <cstdio>
 
-#include "app/app.h"
-#include "app/draw.h"
+#include "canvas/image_store.h"
+#include "canvas/undo.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
 #include "tools/geometry.h"
 #include "tools/palettes.h"
 #include "tools/tool_table.h"
@@ -24,13 +26,6 @@ namespace {
 // per-button masks, so ask for all of them.
 constexpr long MOTION_MASK = Button1MotionMask | Button2MotionMask | Button3MotionMask |
                              ButtonMotionMask;
-
-const ToolRow* current_row(Drawing* d)
-{
-    if (d->currentTool < 0 || d->currentTool >= toolCount)
-        return nullptr;
-    return &toolTable[d->currentTool];
-}
 
 bool any_button_down(Display* dpy, Window w)
 {
@@ -45,7 +40,7 @@ bool any_button_down(Display* dpy, Window w)
 // Polls the display, outside the Xt loop, until the pointer has moved more
 // than 5 window pixels from the press or the button is released. The
 // deciding event is put back so the tool still sees it.
-int detect_constraint(Display* dpy, Window w, int x0, int y0)
+DragConstraint detect_constraint(Display* dpy, Window w, int x0, int y0)
 {
     constexpr long mask = MOTION_MASK | ButtonReleaseMask;
     for (;;) {
@@ -58,7 +53,7 @@ int detect_constraint(Display* dpy, Window w, int x0, int y0)
             XSync(dpy, False);
             got = XCheckMaskEvent(dpy, mask, &ev);
             if (!got)
-                return 0;
+                return DragConstraint::Free;
         }
         if (!got) {
             int fd = ConnectionNumber(dpy);
@@ -71,17 +66,47 @@ int detect_constraint(Display* dpy, Window w, int x0, int y0)
         }
         if (ev.type == ButtonRelease) {
             XPutBackEvent(dpy, &ev);
-            return 0;
+            return DragConstraint::Free;
         }
         if (ev.type != MotionNotify)
             continue;
-        int c = drag_constraint(x0, y0, ev.xmotion.x, ev.xmotion.y);
-        if (c != 0) {
+        DragConstraint c = drag_constraint(x0, y0, ev.xmotion.x, ev.xmotion.y);
+        if (c != DragConstraint::Free) {
             XPutBackEvent(dpy, &ev);
             return c;
         }
         // Small moves are consumed.
     }
+}
+
+bool on_image(const Drawing* d, int x, int y)
+{
+    return x >= 0 && y >= 0 && x < d->width && y < d->height;
+}
+
+// Makes a press undoable the way the tool's row says, before the tool sees
+// it: the image is committed (copied to savedImage, the drawing marked
+// modified) while it still holds the picture from before the press.
+// Returns whether the press changes the drawing, so that its release
+// offers undo. (x, y) are image pixels.
+bool capture_undo(Drawing* d, const ToolRow& row, int x, int y)
+{
+    switch (row.capture) {
+    case UndoCapture::ByTool:
+        return false;
+    case UndoCapture::Commit:
+        commit(d);
+        return true;
+    case UndoCapture::CommitOnImage:
+        // Beside the image there is no pixel to change.
+        if (!on_image(d, x, y))
+            return false;
+        commit(d);
+        return true;
+    case UndoCapture::OnImage:
+        return on_image(d, x, y);
+    }
+    return false;
 }
 
 void to_image_coordinates(Drawing* d, Widget w, int* x, int* y, int* xRoot, int* yRoot)
@@ -165,16 +190,22 @@ void canvas_input_cb(Widget w, XtPointer clientData, XtPointer callData) noexcep
         d->constraint = (ev.xbutton.state & ShiftMask)
                             ? detect_constraint(XtDisplay(w), XtWindow(w), ev.xbutton.x,
                                                 ev.xbutton.y)
-                            : 0;
+                            : DragConstraint::Free;
         // A new stroke: its first motion is never "the same pixel".
         d->lastMotionX = d->lastMotionY = INT_MIN;
     }
-    const ToolRow* row = current_row(d);
+    const ToolRow* row = current_tool_row(d);
     if (!row || !row->input)
         return;
     to_image_coordinates(d, w, &ev.xbutton.x, &ev.xbutton.y, &ev.xbutton.x_root,
                          &ev.xbutton.y_root);
+    if (ev.type == ButtonPress)
+        d->pressOffersUndo = capture_undo(d, *row, ev.xbutton.x, ev.xbutton.y);
     row->input(w, d, &ev);
+    if (ev.type == ButtonRelease && d->pressOffersUndo) {
+        d->pressOffersUndo = false;
+        set_undo_available(d, true);
+    }
 }
 
 void canvas_motion_eh(Widget w, XtPointer clientData, XEvent* event, Boolean* cont) noexcept
@@ -182,7 +213,7 @@ void canvas_motion_eh(Widget w, XtPointer clientData, XEvent* event, Boolean* co
     auto* d = static_cast<Drawing*>(clientData);
     if (!d || !event || event->type != MotionNotify)
         return;
-    const ToolRow* row = current_row(d);
+    const ToolRow* row = current_tool_row(d);
     if (!row || !row->motion)
         return;
     // Only the latest of a burst of motions matters.
@@ -206,7 +237,7 @@ void canvas_key_eh(Widget w, XtPointer clientData, XEvent* event, Boolean* cont)
         return;
     if (res().debug)
         std::fputs("key hit\n", stdout);
-    const ToolRow* row = current_row(d);
+    const ToolRow* row = current_tool_row(d);
     if (row && row->input)
         row->input(w, d, event);
 }

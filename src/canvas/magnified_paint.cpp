@@ -9,11 +9,11 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <vector>
 
-#include "app/app.h"
-#include "app/draw.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
+#include "core/x_owned.h"
 
 namespace {
 
@@ -28,12 +28,6 @@ struct Batch {
     int count;
 };
 Batch batches[BATCH_COUNT];
-
-// XDestroyImage is a macro, so the deleter is a small function object.
-struct ImageDeleter {
-    void operator()(XImage* im) const { XDestroyImage(im); }
-};
-using ImagePtr = std::unique_ptr<XImage, ImageDeleter>;
 
 void fill_squares(Window win, unsigned long pixel, const XRectangle* rects, int count)
 {
@@ -145,7 +139,7 @@ void magnified_paint(Drawing* d, int x, int y, int w, int h, bool force)
         return;
 
     Window win = magnified_window(d);
-    int zoom = d->zoom > 4 ? 4 : d->zoom;
+    int zoom = std::min(d->zoom, MAX_ZOOM);
     unsigned short size = static_cast<unsigned short>((1 << zoom) - 1);
     bool bitmap = d->depth == 1;
     unsigned long black = app().blackPixel, white = app().whitePixel;
@@ -208,7 +202,7 @@ void magnified_paint_rows(Drawing* d, int y, int n)
         return;
     }
     Window win = magnified_window(d);
-    int zoom = d->zoom > 4 ? 4 : d->zoom;
+    int zoom = std::min(d->zoom, MAX_ZOOM);
     unsigned short size = static_cast<unsigned short>((1 << zoom) - 1);
     // The bytes of one bitmap unit may be stored in either order, so a
     // changed byte is examined pixel by pixel over its whole unit.

@@ -1,34 +1,30 @@
-// One level of undo: the Edit menu's Undo item and the Undo command, which
-// is always the current tool's business.
+// One level of undo: the drawing's undo state, which the Edit menu's Undo
+// item follows, and the Undo command, which is always the current tool's
+// business.
 #include "canvas/undo.h"
 
-#include "app/commands.h"
-#include "app/draw.h"
-#include "app/menus.h"
 #include "canvas/image_store.h"
+#include "core/drawing.h"
+#include "core/window_hooks.h"
 #include "tools/tool_table.h"
 
-void set_undo_sensitive(Drawing* d, bool on)
+void set_undo_available(Drawing* d, bool on)
 {
     if (!d)
         return;
-    if (Widget item = menu_item(d, CMD_UNDO))
-        XtSetSensitive(item, on ? True : False);
-}
-
-bool undo_sensitive(Drawing* d)
-{
-    if (!d)
-        return false;
-    Widget item = menu_item(d, CMD_UNDO);
-    return item && XtIsSensitive(item);
+    d->undoAvailable = on;
+    tell_undo_changed(d);
 }
 
 int cmd_undo(Drawing* d, XEvent* event, Boolean set)
 {
     if (!d)
         return 1;
-    send_tool_event(d, d->activeArea, TOOL_UNDO);
+    const ToolRow* row = current_tool_row(d);
+    if (row && row->restore == UndoRestore::WholeImage)
+        undo_whole_image(d);
+    else
+        send_tool_event(d, d->activeArea, TOOL_UNDO);
     return 0;
 }
 
@@ -36,5 +32,5 @@ void undo_whole_image(Drawing* d)
 {
     restore_corners(d, 0, 0, d->width, d->height);
     refresh_corners(d, 0, 0, d->width, d->height);
-    set_undo_sensitive(d, false);
+    set_undo_available(d, false);
 }

@@ -8,34 +8,24 @@
 #include <Xm/DrawingA.h>
 #include <Xm/Protocols.h>
 #include <Xm/ScrolledW.h>
-#include <Xm/ToggleB.h>
 #include <Xm/Xm.h>
 
 #include <algorithm>
 #include <array>
 #include <cstdlib>
-#include <memory>
 
-#include "app/app.h"
-#include "app/commands.h"
-#include "app/cursors.h"
-#include "app/dialog_titles.h"
-#include "app/draw.h"
-#include "app/menus.h"
-#include "app/window_place.h"
 #include "canvas/image_store.h"
-#include "canvas/input.h"
 #include "colour/color_list.h"
-#include "colour/converters.h"
+#include "core/app_state.h"
+#include "core/dialog_titles.h"
+#include "core/drawing.h"
+#include "core/template_dialog.h"
+#include "core/window_hooks.h"
+#include "core/window_place.h"
+#include "core/x_owned.h"
 #include "tools/tool_table.h"
 
 namespace {
-
-// XDestroyImage is a macro, so the deleter is a small function object.
-struct ImageDeleter {
-    void operator()(XImage* im) const { XDestroyImage(im); }
-};
-using ImagePtr = std::unique_ptr<XImage, ImageDeleter>;
 
 constexpr int VIEW_MARGIN = 4;   // the scrolled window's shadow on both sides
 
@@ -72,13 +62,6 @@ bool shown(Widget dialog)
 bool realized(Widget w)
 {
     return w && XtIsRealized(w);
-}
-
-void set_toggle(Drawing* d, int command, bool on)
-{
-    if (Widget t = menu_item(d, command))
-        XmToggleButtonSetState(t, on ? True : False, False);
-    d->menuState.toggles[command] = on ? True : False;
 }
 
 // Turns a rectangle of `image` into black and white in the drawing's
@@ -181,12 +164,7 @@ void fill_small_view(Widget form)
         return;
     // The same input as the actual-size canvas, so either scale paints.
     Widget area = make_view_area(form, d);
-    XtAddCallback(area, XmNexposeCallback, canvas_expose_cb, d);
-    XtAddCallback(area, XmNinputCallback, canvas_input_cb, d);
-    take_every_button(area);
-    XtAddEventHandler(area, Button1MotionMask | Button2MotionMask | Button3MotionMask, False,
-                      canvas_motion_eh, d);
-    XtAddEventHandler(area, KeyPressMask, False, canvas_key_eh, d);
+    attach_canvas_handlers(area, d);
     d->smallArea = area;
 }
 
@@ -206,14 +184,17 @@ void close_small_cb(Widget, XtPointer client, XtPointer) noexcept
         hide_small_view(d);
 }
 
-void close_bw_cb(Widget, XtPointer client, XtPointer) noexcept
+void hide_bw_view(Drawing* d)
 {
-    auto* d = static_cast<Drawing*>(client);
-    if (!d)
-        return;
     if (d->bwDialog)
         XtUnmanageChild(d->bwDialog);
-    set_toggle(d, CMD_SHOW_BW_VIEW, false);
+    tell_toggle_changed(d, WindowToggle::BwView, false);
+}
+
+void close_bw_cb(Widget, XtPointer client, XtPointer) noexcept
+{
+    if (auto* d = static_cast<Drawing*>(client))
+        hide_bw_view(d);
 }
 
 // The dialogs hide themselves through their Close button, the window
@@ -316,7 +297,7 @@ int cmd_show_small_view(Drawing* d, XEvent*, Boolean set)
     // At actual size the canvas is the small view (the item is
     // insensitive there); the toggle must not claim otherwise.
     if (d->zoom == 0) {
-        set_toggle(d, CMD_SHOW_SMALL_VIEW, shown(d->smallViewDialog));
+        tell_toggle_changed(d, WindowToggle::SmallView, shown(d->smallViewDialog));
         return 0;
     }
     if (!set) {
@@ -326,10 +307,10 @@ int cmd_show_small_view(Drawing* d, XEvent*, Boolean set)
     // The name may have changed since the view was last shown (Save As).
     title_dialog_for(d->smallViewDialog, d->name);
     XtManageChild(d->smallViewDialog);
-    set_toggle(d, CMD_SHOW_SMALL_VIEW, true);
+    tell_toggle_changed(d, WindowToggle::SmallView, true);
     // Its area is realised only now: give it the current tool's cursor.
     if (d->currentTool >= 0 && d->currentTool < toolCount)
-        set_cursor(d, toolTable[d->currentTool].cursor);
+        tell_cursor(d, toolTable[d->currentTool].cursor);
     // An area that was already mapped gets no new expose: paint it now.
     small_view_update(d, 0, 0, d->width, d->height);
     return 0;
@@ -340,13 +321,12 @@ int cmd_show_bw_view(Drawing* d, XEvent*, Boolean set)
     if (!d || !d->bwDialog || d->depth == 1)
         return 1;
     if (!set) {
-        XtUnmanageChild(d->bwDialog);
-        set_toggle(d, CMD_SHOW_BW_VIEW, false);
+        hide_bw_view(d);
         return 0;
     }
     title_dialog_for(d->bwDialog, d->name);
     XtManageChild(d->bwDialog);
-    set_toggle(d, CMD_SHOW_BW_VIEW, true);
+    tell_toggle_changed(d, WindowToggle::BwView, true);
     // The rendering is not kept while the view is hidden: convert it all.
     render_bw_pixmap(d);
     copy_bw_to_window(d, 0, 0, d->width, d->height);
@@ -359,7 +339,7 @@ void hide_small_view(Drawing* d)
         return;
     if (d->smallViewDialog)
         XtUnmanageChild(d->smallViewDialog);
-    set_toggle(d, CMD_SHOW_SMALL_VIEW, false);
+    tell_toggle_changed(d, WindowToggle::SmallView, false);
 }
 
 void hide_views(Drawing* d)
@@ -367,9 +347,7 @@ void hide_views(Drawing* d)
     if (!d)
         return;
     hide_small_view(d);
-    if (d->bwDialog)
-        XtUnmanageChild(d->bwDialog);
-    set_toggle(d, CMD_SHOW_BW_VIEW, false);
+    hide_bw_view(d);
 }
 
 Pixmap render_bw_pixmap(Drawing* d)

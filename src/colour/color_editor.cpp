@@ -15,13 +15,13 @@
 #include <algorithm>
 #include <initializer_list>
 
-#include "app/app.h"
-#include "app/error_trap.h"
-#include "app/window_place.h"
 #include "colour/color_list.h"
-#include "colour/converters.h"
 #include "colour/editor_hooks.h"
 #include "colour/grab.h"
+#include "core/app_state.h"
+#include "core/error_trap.h"
+#include "core/template_dialog.h"
+#include "core/window_place.h"
 
 namespace {
 

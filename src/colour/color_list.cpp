@@ -8,12 +8,12 @@
 
 #include <vector>
 
-#include "app/app.h"
-#include "app/draw.h"
-#include "app/error_trap.h"
 #include "colour/editor_hooks.h"
 #include "colour/mono_key.h"
 #include "colour/swatch.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
+#include "core/error_trap.h"
 #include "files/image_io.h"
 
 namespace {

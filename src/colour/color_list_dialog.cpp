@@ -7,13 +7,13 @@
 #include <Xm/RowColumn.h>
 #include <Xm/Xm.h>
 
-#include "app/app.h"
-#include "app/draw.h"
-#include "app/message.h"
 #include "colour/color_list.h"
-#include "colour/converters.h"
 #include "colour/editor_hooks.h"
 #include "colour/swatch.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
+#include "core/message.h"
+#include "core/template_dialog.h"
 
 namespace {
 

@@ -7,9 +7,9 @@
 #include <Xm/Xm.h>
 #include <cstring>
 
-#include "app/app.h"
 #include "colour/color_list.h"
 #include "colour/pixmap_name.h"
+#include "core/app_state.h"
 #include "core/install_paths.h"
 
 // Motif's converter registration entry points; libXm exports them but its
@@ -393,19 +393,4 @@ void free_icon(Icon* icon)
     }
     XtFree(reinterpret_cast<char*>(icon->pixels));
     XtFree(reinterpret_cast<char*>(icon));
-}
-
-void merge_fallback_resources(Display* dpy, const char* const* lines, size_t count, bool* merged)
-{
-    if (*merged || !dpy)
-        return;
-    *merged = true;
-    XrmDatabase fallback = nullptr;
-    for (size_t i = 0; i < count; i++)
-        XrmPutLineResource(&fallback, lines[i]);
-    XrmDatabase db = XtDatabase(dpy);
-    if (db)
-        XrmCombineDatabase(fallback, &db, False);
-    else
-        XrmDestroyDatabase(fallback);
 }

@@ -7,6 +7,8 @@
 #include <X11/Xutil.h>
 #include <unistd.h>
 
+#include "core/x_owned.h"
+
 namespace {
 
 // A ring with a vertical and a horizontal bar through its centre, X bitmap
@@ -83,10 +85,8 @@ unsigned long grab_pixel(Display* display)
     }
     XUngrabPointer(display, CurrentTime);
 
-    XImage* image = XGetImage(display, root, ev.xbutton.x_root, ev.xbutton.y_root, 1, 1, AllPlanes, ZPixmap);
+    ImagePtr image(XGetImage(display, root, ev.xbutton.x_root, ev.xbutton.y_root, 1, 1, AllPlanes, ZPixmap));
     if (!image)
         return 0;
-    unsigned long pixel = XGetPixel(image, 0, 0);
-    XDestroyImage(image);
-    return pixel;
+    return XGetPixel(image.get(), 0, 0);
 }

@@ -11,10 +11,10 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "app/app.h"
-#include "app/error_trap.h"
 #include "colour/color_editor.h"
 #include "colour/hsv.h"
+#include "core/app_state.h"
+#include "core/error_trap.h"
 
 namespace {
 

@@ -8,18 +8,14 @@
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 
-#include <memory>
 #include <unordered_map>
 
-#include "app/app.h"
-#include "app/draw.h"
 #include "colour/color_list.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
+#include "core/x_owned.h"
 
 namespace {
-
-struct ImageDeleter {
-    void operator()(XImage* image) const { XDestroyImage(image); }
-};
 
 bool same_rgb(const XColor& a, const XColor& b)
 {
@@ -86,7 +82,7 @@ int remap_pasted_colours(Drawing* d, Pixmap pixmap, unsigned width, unsigned hei
     if (!list || !list->anchor)
         return 0;
     Display* dpy = app().display;
-    std::unique_ptr<XImage, ImageDeleter> img(
+    ImagePtr img(
         XGetImage(dpy, pixmap, 0, 0, width, height, AllPlanes, ZPixmap));
     if (!img)
         return 0;

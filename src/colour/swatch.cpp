@@ -7,9 +7,9 @@
 #include <Xm/RowColumn.h>
 #include <Xm/Xm.h>
 
-#include "app/app.h"
 #include "colour/color_list.h"
 #include "colour/editor_hooks.h"
+#include "core/app_state.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 
 #include <cstring>
 
-#include "app/app.h"
 #include "colour/color_list.h"
+#include "core/app_state.h"
 
 namespace {
 

@@ -5,101 +5,79 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <new>
 
 namespace {
 
-// Running out of memory in the protocol ends the program with a line saying
-// where; there is no half-built drop worth keeping.
-[[noreturn]] void malloc_failed(const char* where, size_t size)
+unsigned long low32(long v) { return static_cast<unsigned long>(v) & 0xffffffffUL; }
+
+}  // namespace
+
+void dropin_malloc_error(const char* where, size_t size)
 {
     printf("dropin malloc error (%s, %d)\n", where, static_cast<int>(size));
     fflush(stdout);
     exit(1);
 }
 
-void* checked_malloc(size_t size, const char* where)
-{
-    void* p = malloc(size ? size : 1);
-    if (!p)
-        malloc_failed(where, size);
-    return p;
-}
-
-unsigned long low32(long v) { return static_cast<unsigned long>(v) & 0xffffffffUL; }
-
-}  // namespace
-
 HostFiles split_host_files(const char* data, size_t n, size_t limit)
 {
-    HostFiles list{nullptr, 0};
+    HostFiles list;
     if (!data)
         return list;
     size_t strings = std::count(data, data + n, '\0');
     strings = std::min(strings, limit);
-    list.names = static_cast<char**>(checked_malloc(strings * sizeof(char*), "host_files"));
+    // The list's length comes from another client: it may not fit.
+    try {
+        list.reserve(strings);
+    } catch (const std::bad_alloc&) {
+        dropin_malloc_error("host_files", strings * sizeof(std::string));
+    }
     const char* p = data;
     const char* end = data + n;
-    while (static_cast<size_t>(list.count) < strings) {
+    while (list.size() < strings) {
         const char* nul = static_cast<const char*>(memchr(p, '\0', end - p));
         size_t len = nul - p;
-        char* s = static_cast<char*>(checked_malloc(len + 1, "*host_files"));
-        memcpy(s, p, len + 1);
-        list.names[list.count++] = s;
+        try {
+            list.emplace_back(p, len);
+        } catch (const std::bad_alloc&) {
+            dropin_malloc_error("*host_files", len + 1);
+        }
         p = nul + 1;
     }
     return list;
 }
 
-void free_host_files(HostFiles* list)
+std::string join_host_files(const std::string& host, const std::vector<std::string>& files)
 {
-    if (!list)
-        return;
-    for (int i = 0; i < list->count; i++)
-        free(list->names[i]);
-    free(list->names);
-    list->names = nullptr;
-    list->count = 0;
-}
-
-char* join_host_files(const char* host, const char* const* files, int count, size_t* length)
-{
-    if (!host)
-        host = "";
-    size_t total = strlen(host) + 1;
-    for (int i = 0; i < count; i++)
-        total += strlen(files[i] ? files[i] : "") + 1;
-    // One byte more than reported, for the NUL that ends the whole list.
-    char* buffer = static_cast<char*>(checked_malloc(total + 1, "host_files"));
-    char* p = buffer;
-    size_t hl = strlen(host) + 1;
-    memcpy(p, host, hl);
-    p += hl;
-    for (int i = 0; i < count; i++) {
-        const char* f = files[i] ? files[i] : "";
-        size_t fl = strlen(f) + 1;
-        memcpy(p, f, fl);
-        p += fl;
+    size_t total = host.size() + 1;
+    for (const std::string& f : files)
+        total += f.size() + 1;
+    std::string list;
+    try {
+        list.reserve(total);
+    } catch (const std::bad_alloc&) {
+        dropin_malloc_error("host_files", total + 1);
     }
-    *p = '\0';
-    if (length)
-        *length = total;
-    return buffer;
+    // Names end at their first NUL, as C strings would.
+    list.append(host.c_str()).push_back('\0');
+    for (const std::string& f : files)
+        list.append(f.c_str()).push_back('\0');
+    return list;
 }
 
 std::string local_host_name()
 {
     constexpr size_t hostMax = 50;
-    char* name = static_cast<char*>(checked_malloc(hostMax + 1, "hostname"));
+    char name[hostMax + 1] = {};
     if (gethostname(name, hostMax) != 0)
         name[0] = '\0';
     name[hostMax] = '\0';   // gethostname need not terminate a truncated name
-    std::string host(name);
-    free(name);
-    return host;
+    return name;
 }
 
 void pack_drop_words(const DropWords& w, long out[5])
@@ -163,9 +141,8 @@ std::string dropped_file_name(DropKind kind, const char* data, size_t n)
     std::string name;
     if (kind == DropKind::HostAndFiles) {
         HostFiles list = split_host_files(data, n, 2);
-        if (list.count > 1)
-            name = list.names[1];
-        free_host_files(&list);
+        if (list.size() > 1)
+            name = list[1];
     } else if (kind == DropKind::Text) {
         const char* nul = static_cast<const char*>(memchr(data, '\0', n));
         size_t len = nul ? static_cast<size_t>(nul - data) : n;

@@ -5,24 +5,26 @@
 
 #include <cstddef>
 #include <string>
+#include <vector>
 
-// One string per NUL of a host-and-file-names buffer, the host name first.
-// Every string and the array are malloc'd; free with free_host_files().
-struct HostFiles {
-    char** names;
-    int count;
-};
+// Running out of memory for a drop ends the program, saying where
+// ("dropin malloc error (where, size)" on standard output): there is no
+// half-built drop worth keeping.
+[[noreturn]] void dropin_malloc_error(const char* where, size_t size);
+
+// The strings of a host-and-file-names list, the host name first.
+using HostFiles = std::vector<std::string>;
 
 // Splits the first `n` bytes of `data` at each NUL; bytes after the last NUL
 // are not a string. At most `limit` strings are kept: a reader that wants
-// only the first file need not copy the other million.
+// only the first file need not copy the other million. A list too long for
+// the memory left ends the program (dropin_malloc_error).
 HostFiles split_host_files(const char* data, size_t n, size_t limit = static_cast<size_t>(-1));
-void free_host_files(HostFiles* list);
 
-// The host name, a NUL, each file name and a NUL. `*length` counts all of
-// that; one more NUL is stored after it, so the buffer reads as a C string.
-// The result is malloc'd.
-char* join_host_files(const char* host, const char* const* files, int count, size_t* length);
+// The host name, a NUL, each file name and a NUL; size() counts all of
+// that, and the string's own terminator follows, so that its data reads as
+// a C string.
+std::string join_host_files(const std::string& host, const std::vector<std::string>& files);
 
 // The host name for a host-and-file-names list: at most 50 characters.
 std::string local_host_name();

@@ -1,16 +1,17 @@
 // The site side of the drop-in protocol and its actions: registering drop
-// sites, receiving drops from other clients, the four drag actions, and the
-// error trap around every exchange with another client.
+// sites, receiving drops from other clients and the four drag actions. Every
+// exchange with another client runs under an error trap that reports.
 #include "dropin/dropin.h"
 
 #include <X11/Xatom.h>
 #include <X11/StringDefs.h>
 #include <X11/cursorfont.h>
 
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
+#include <list>
+#include <new>
 
+#include "core/error_trap.h"
 #include "dropin/drop_data.h"
 #include "dropin/dropin_internal.h"
 
@@ -47,32 +48,17 @@ const DisplayAtoms& atoms_of(Display* dpy)
     return last;
 }
 
-dropin::Site* sites = nullptr;           // every registration, oldest first
-dropin::Site* protocolSite = nullptr;    // the first one
+// Every registration, oldest first; the first is the protocol's. A list, so
+// that a site's address (its callbacks' client data) stays put.
+std::list<dropin::Site> sites;
 bool actionsAdded = false;
 bool dragging = false;
 DropRecord remoteDrop;
 DropRecord localDrop;
 
-int lastErrorCode = 0;
-int trapDepth = 0;
-XErrorHandler previousHandler = nullptr;
-
-// A window that vanished under an exchange is reported once per distinct
-// error and otherwise ignored: the other client is gone, we are not.
-int dropin_error_handler(Display* dpy, XErrorEvent* e) noexcept
+dropin::Site* first_site()
 {
-    if (e->error_code == lastErrorCode)
-        return 0;
-    char text[80];
-    XGetErrorText(dpy, e->error_code, text, sizeof text);
-    fprintf(stderr, "*** Error: %s ***\n", text);
-    char number[16];
-    snprintf(number, sizeof number, "%d", e->request_code);
-    XGetErrorDatabaseText(dpy, "XRequest", number, "", text, sizeof text);
-    fprintf(stderr, "    Request Major Code %s  %s\n", number, text);
-    lastErrorCode = e->error_code;
-    return 0;
+    return sites.empty() ? nullptr : &sites.front();
 }
 
 // Reads and deletes the transfer property a drop message names. Returns
@@ -83,24 +69,28 @@ unsigned char* take_transfer_property(Display* dpy, Window site, Atom property, 
 {
     if (property == None)
         return nullptr;
-    dropin_trap_errors(dpy);
-    char* name = XGetAtomName(dpy, property);
-    bool named = name && is_transfer_property_name(protocolName, name);
-    if (name)
-        XFree(name);
     unsigned char* data = nullptr;
-    unsigned long after = 0;
-    int status = named ? XGetWindowProperty(dpy, site, property, 0, transferLongs, True, AnyPropertyType, type,
+    int status;
+    {
+        // A window that vanished under the exchange is reported and
+        // otherwise ignored: the other client is gone, we are not.
+        ErrorTrap trap(dpy, ErrorTrap::Report::ReportOnce);
+        char* name = XGetAtomName(dpy, property);
+        bool named = name && is_transfer_property_name(protocolName, name);
+        if (name)
+            XFree(name);
+        unsigned long after = 0;
+        status = named ? XGetWindowProperty(dpy, site, property, 0, transferLongs, True, AnyPropertyType, type,
                                             format, nitems, &after, &data)
                        : BadAtom;
-    if (status == Success && after > 0) {
-        // Too long for the protocol: refuse it, and do not leave it behind.
-        XDeleteProperty(dpy, site, property);
-        if (data)
-            XFree(data);
-        data = nullptr;
+        if (status == Success && after > 0) {
+            // Too long for the protocol: refuse it, and do not leave it behind.
+            XDeleteProperty(dpy, site, property);
+            if (data)
+                XFree(data);
+            data = nullptr;
+        }
     }
-    dropin_untrap_errors(dpy);
     if (status != Success || *type == None || (*format != 8 && *format != 16 && *format != 32)) {
         if (data)
             XFree(data);
@@ -169,14 +159,7 @@ void deferred_register_eh(Widget w, XtPointer clientData, XEvent*, Boolean*) noe
 void site_destroyed_cb(Widget, XtPointer clientData, XtPointer) noexcept
 {
     auto* site = static_cast<dropin::Site*>(clientData);
-    for (dropin::Site** p = &sites; *p; p = &(*p)->next)
-        if (*p == site) {
-            *p = site->next;
-            break;
-        }
-    if (protocolSite == site)
-        protocolSite = sites;
-    free(site);
+    sites.remove_if([site](const dropin::Site& s) { return &s == site; });
 }
 
 Cursor cursor_named(Widget w, String name)
@@ -217,8 +200,8 @@ void complete_drop_out_action(Widget, XEvent* event, String* params, Cardinal* n
 {
     if (!dragging)
         return;
-    if (protocolSite)
-        dropin::send_drop_out(protocolSite, event, params, *nparams);
+    if (dropin::Site* site = first_site())
+        dropin::send_drop_out(site, event, params, *nparams);
     dragging = false;
 }
 
@@ -256,7 +239,7 @@ void event_place(const XEvent* e, int* x, int* y, unsigned* state, Time* time)
 void local_drop_in_out_action(Widget, XEvent* event, String* params, Cardinal* nparams) noexcept
 {
     dragging = false;
-    dropin::Site* site = protocolSite;
+    dropin::Site* site = first_site();
     if (!site || !site->provider)
         return;
     DragOutRequest request{XA_STRING, 8, nullptr, 0, True};
@@ -288,7 +271,7 @@ XtActionsRec actions[] = {
 
 namespace dropin {
 
-Site* protocol_site() { return protocolSite; }
+Site* protocol_site() { return first_site(); }
 
 }  // namespace dropin
 
@@ -296,49 +279,23 @@ Atom dropin_protocol_atom(Display* dpy) { return atoms_of(dpy).protocol; }
 Atom dropin_host_and_file_atom(Display* dpy) { return atoms_of(dpy).hostAndFile; }
 bool dropin_dragging() { return dragging; }
 
-void dropin_trap_errors(Display* dpy)
-{
-    if (trapDepth++ > 0)
-        return;
-    XSync(dpy, False);   // errors of earlier requests are not ours to hide
-    lastErrorCode = 0;
-    previousHandler = XSetErrorHandler(dropin_error_handler);
-}
-
-int dropin_untrap_errors(Display* dpy)
-{
-    if (trapDepth == 0 || --trapDepth > 0)
-        return 0;
-    XSync(dpy, False);
-    XSetErrorHandler(previousHandler);
-    previousHandler = nullptr;
-    return lastErrorCode;
-}
-
 int dropin_register(Widget w, DragOutProvider provider, DropInCallback callback, XtPointer clientData)
 {
     if (!w)
         return -1;
-    for (dropin::Site* s = sites; s; s = s->next)
-        if (s->widget == w)
+    for (const dropin::Site& s : sites)
+        if (s.widget == w)
             return 0;
     if (!actionsAdded) {
         XtAppAddActions(XtWidgetToApplicationContext(w), actions, XtNumber(actions));
         actionsAdded = true;
     }
-    auto* site = static_cast<dropin::Site*>(malloc(sizeof(dropin::Site)));
-    if (!site) {
-        printf("dropin malloc error (callback_data, %d)\n", static_cast<int>(sizeof(dropin::Site)));
-        fflush(stdout);
-        exit(1);
+    try {
+        sites.push_back({w, provider, callback, clientData, false});
+    } catch (const std::bad_alloc&) {
+        dropin_malloc_error("callback_data", sizeof(dropin::Site));
     }
-    *site = {w, provider, callback, clientData, false, nullptr};
-    dropin::Site** tail = &sites;
-    while (*tail)
-        tail = &(*tail)->next;
-    *tail = site;
-    if (!protocolSite)
-        protocolSite = site;
+    dropin::Site* site = &sites.back();
     XtAddCallback(w, XtNdestroyCallback, site_destroyed_cb, site);
     if (XtIsRealized(w))
         register_now(site);

@@ -49,8 +49,3 @@ Atom dropin_host_and_file_atom(Display* dpy);
 // True while a drag out is under way (between StartDropOut and its end).
 bool dropin_dragging();
 
-// The protocol's error handler is installed only around an exchange with
-// another client; these bracket such an exchange. Untrapping returns the
-// code of the last error trapped (0 for none) by the outermost bracket.
-void dropin_trap_errors(Display* dpy);
-int dropin_untrap_errors(Display* dpy);

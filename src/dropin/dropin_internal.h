@@ -11,7 +11,6 @@ struct Site {
     DropInCallback callback;
     XtPointer clientData;
     bool registered;         // its window carries the site property
-    Site* next;
 };
 
 // The protocol's widget's registration (the first one), or null.

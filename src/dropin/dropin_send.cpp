@@ -4,10 +4,11 @@
 // has read them.
 #include <X11/Xatom.h>
 
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
+#include <forward_list>
+#include <new>
+#include <vector>
 
+#include "core/error_trap.h"
 #include "dropin/drop_data.h"
 #include "dropin/dropin.h"
 #include "dropin/dropin_internal.h"
@@ -15,14 +16,14 @@
 namespace {
 
 // One transfer property name; in use from the send until the site deletes
-// the property or its window goes away. Newest first.
+// the property or its window goes away. The record's address is part of
+// the name, so records never move: a list, newest first.
 struct TransferAtom {
     Atom atom;
     Window target;
     Boolean inUse;
-    TransferAtom* next;
 };
-TransferAtom* chain = nullptr;
+std::forward_list<TransferAtom> chain;
 
 // No X hierarchy is deeper than this; a guard against a server gone odd.
 constexpr int maxWindowDepth = 256;
@@ -35,8 +36,7 @@ constexpr EventMask targetMask = StructureNotifyMask | PropertyChangeMask;
 
 struct FoundSite {
     Window window = None;
-    long* accepted = nullptr;   // malloc'd
-    int count = 0;
+    std::vector<long> accepted;
 };
 
 // A window the toolkit knows as one of our widgets' own (not a foreign
@@ -63,8 +63,7 @@ bool read_site_property(Display* dpy, Window w, FoundSite* found)
         XFree(data);
     if (!isSite)
         return false;
-    free(found->accepted);
-    *found = {site, nullptr, 0};
+    *found = {site, {}};
     long rest = static_cast<long>(after / 4);
     if (rest <= 0)
         return true;
@@ -74,10 +73,12 @@ bool read_site_property(Display* dpy, Window w, FoundSite* found)
     if (XGetWindowProperty(dpy, w, protocol, 1, rest, False, XA_WINDOW, &type, &format, &n, &after, &data) ==
             Success &&
         data && type == XA_WINDOW && format == 32 && n > 0) {
-        found->accepted = static_cast<long*>(malloc(n * sizeof(long)));
-        if (found->accepted) {
-            memcpy(found->accepted, data, n * sizeof(long));
-            found->count = static_cast<int>(n);
+        // Without room for the list the site is still one, accepting nothing more.
+        try {
+            const long* items = reinterpret_cast<const long*>(data);
+            found->accepted.assign(items, items + n);
+        } catch (const std::bad_alloc&) {
+            found->accepted.clear();
         }
     }
     if (data)
@@ -103,36 +104,34 @@ bool find_site(Display* dpy, const XButtonEvent& ev, FoundSite* found)
             return found->window != None;
         w = child;
     }
-    free(found->accepted);
     *found = {};
     return false;
 }
 
 bool target_in_use(Window target, const TransferAtom* except)
 {
-    for (const TransferAtom* t = chain; t; t = t->next)
-        if (t != except && t->inUse && t->target == target)
+    for (const TransferAtom& t : chain)
+        if (&t != except && t.inUse && t.target == target)
             return true;
     return false;
 }
 
 TransferAtom* take_transfer_atom(Display* dpy, Window source)
 {
-    for (TransferAtom* t = chain; t; t = t->next)
-        if (!t->inUse) {
-            t->inUse = True;
-            return t;
+    for (TransferAtom& t : chain)
+        if (!t.inUse) {
+            t.inUse = True;
+            return &t;
         }
-    auto* t = static_cast<TransferAtom*>(malloc(sizeof(TransferAtom)));
-    if (!t) {
-        printf("dropin malloc error (SendProperty, %d)\n", static_cast<int>(sizeof(TransferAtom)));
-        fflush(stdout);
-        exit(1);
+    try {
+        chain.emplace_front();
+    } catch (const std::bad_alloc&) {
+        dropin_malloc_error("SendProperty", sizeof(TransferAtom));
     }
-    std::string name = transfer_property_name("OXA_DROP_PROTOCOL", source, t);
-    *t = {XInternAtom(dpy, name.c_str(), False), None, True, chain};
-    chain = t;
-    return t;
+    TransferAtom& t = chain.front();
+    std::string name = transfer_property_name("OXA_DROP_PROTOCOL", source, &t);
+    t = {XInternAtom(dpy, name.c_str(), False), None, True};
+    return &t;
 }
 
 TransferAtom* send_to(Display* dpy, Window source, Window site, const XButtonEvent& ev,
@@ -171,9 +170,11 @@ TransferAtom* send_to(Display* dpy, Window source, Window site, const XButtonEve
 void forget_if_gone(Display* dpy, TransferAtom* t)
 {
     XWindowAttributes attributes;
-    dropin_trap_errors(dpy);
-    bool gone = !XGetWindowAttributes(dpy, t->target, &attributes);
-    dropin_untrap_errors(dpy);
+    bool gone;
+    {
+        ErrorTrap trap(dpy, ErrorTrap::Report::ReportOnce);
+        gone = !XGetWindowAttributes(dpy, t->target, &attributes);
+    }
     if (gone)
         t->inUse = False;
 }
@@ -182,9 +183,8 @@ void release_target(Display* dpy, Window target)
 {
     if (target_in_use(target, nullptr))
         return;
-    dropin_trap_errors(dpy);
+    ErrorTrap trap(dpy, ErrorTrap::Report::ReportOnce);
     XSelectInput(dpy, target, NoEventMask);
-    dropin_untrap_errors(dpy);
 }
 
 XtEventDispatchProc previousPropertyDispatch = nullptr;
@@ -198,16 +198,16 @@ Boolean transfer_dispatch(XEvent* event) noexcept
 {
     Display* dpy = event->xany.display;
     if (event->type == PropertyNotify && event->xproperty.state == PropertyDelete) {
-        for (TransferAtom* t = chain; t; t = t->next)
-            if (t->inUse && t->atom == event->xproperty.atom && t->target == event->xproperty.window) {
-                t->inUse = False;
-                release_target(dpy, t->target);
+        for (TransferAtom& t : chain)
+            if (t.inUse && t.atom == event->xproperty.atom && t.target == event->xproperty.window) {
+                t.inUse = False;
+                release_target(dpy, t.target);
                 break;
             }
     } else if (event->type == DestroyNotify) {
-        for (TransferAtom* t = chain; t; t = t->next)
-            if (t->inUse && t->target == event->xdestroywindow.window)
-                t->inUse = False;
+        for (TransferAtom& t : chain)
+            if (t.inUse && t.target == event->xdestroywindow.window)
+                t.inUse = False;
     }
     XtEventDispatchProc previous =
         event->type == PropertyNotify ? previousPropertyDispatch : previousDestroyDispatch;
@@ -232,20 +232,23 @@ void send_drop_out(Site* site, XEvent* event, String* params, Cardinal nparams)
     if (!site || !site->widget || !XtIsRealized(site->widget) || !event || event->type != ButtonRelease)
         return;
     Display* dpy = XtDisplay(site->widget);
-    dropin_trap_errors(dpy);
-    FoundSite found;
     TransferAtom* sent = nullptr;
-    // A site property naming one of our own windows is not a foreign site.
-    if (find_site(dpy, event->xbutton, &found) && !own_window(dpy, found.window)) {
-        DragOutRequest request{XA_STRING, 8, nullptr, 0, True};
-        if (site->provider)
-            site->provider(found.accepted, found.count, params, nparams, &request);
-        sent = send_to(dpy, XtWindow(site->widget), found.window, event->xbutton, request);
-        if (request.freeData && request.data)
-            XFree(request.data);
+    bool failed;
+    {
+        ErrorTrap trap(dpy, ErrorTrap::Report::ReportOnce);
+        FoundSite found;
+        // A site property naming one of our own windows is not a foreign site.
+        if (find_site(dpy, event->xbutton, &found) && !own_window(dpy, found.window)) {
+            DragOutRequest request{XA_STRING, 8, nullptr, 0, True};
+            if (site->provider)
+                site->provider(found.accepted.data(), static_cast<int>(found.accepted.size()), params, nparams,
+                               &request);
+            sent = send_to(dpy, XtWindow(site->widget), found.window, event->xbutton, request);
+            if (request.freeData && request.data)
+                XFree(request.data);
+        }
+        failed = trap.error() != 0;
     }
-    free(found.accepted);
-    bool failed = dropin_untrap_errors(dpy) != 0;
     if (sent && failed)
         forget_if_gone(dpy, sent);
 }

@@ -140,18 +140,18 @@ bool can_replace(const char* destination)
 int copy_file(const char* source, const char* destination)
 {
     if (!source || !destination || !*destination)
-        return 0;
+        return 1;
     Fd in(open(source, O_RDONLY | O_CLOEXEC));
     if (in.fd < 0)
-        return 0;
+        return 1;
     struct stat srcStat {};
     if (fstat(in.fd, &srcStat) != 0 || !S_ISREG(srcStat.st_mode))
-        return 0;
+        return 1;
 
     std::string target = resolve_target(destination);
     struct stat targetStat {};
     if (stat(target.c_str(), &targetStat) == 0 && !S_ISREG(targetStat.st_mode))
-        return 0;   // never replace a directory, device or FIFO
+        return 1;   // never replace a directory, device or FIFO
 
     std::string directory = directory_of(target);
     std::string prefix = beside_prefix(file_name_of(target));
@@ -159,15 +159,15 @@ int copy_file(const char* source, const char* destination)
     std::string temp = directory + "/" + prefix + std::to_string(getpid()) + "-XXXXXX";
     Fd out(mkostemp(temp.data(), O_CLOEXEC));
     if (out.fd < 0)
-        return 0;
+        return 1;
     bool ok = copy_contents(in.fd, out.fd) && take_attributes(out.fd, target) &&
               fsync(out.fd) == 0;
     ok = out.close_checked() && ok;
     if (!ok || rename(temp.c_str(), target.c_str()) != 0) {
         unlink(temp.c_str());
-        return 0;
+        return 1;
     }
     // The target is the new file from here on; an unsynced directory only
     // means a crash might bring the old one back, whole.
-    return sync_directory(directory) ? 1 : 0;
+    return sync_directory(directory) ? 0 : 1;
 }

@@ -2,7 +2,7 @@
 // target half written.
 #pragma once
 
-// Returns 1 on success, 0 on failure (the old target is then intact).
+// Returns 0 on success, 1 on failure (the old target is then intact).
 int copy_file(const char* source, const char* destination);
 
 // Whether a new file can take the place of `destination`: its directory (of

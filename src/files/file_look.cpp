@@ -4,15 +4,15 @@
 
 #include <fcntl.h>
 #include <signal.h>
-#include <spawn.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+
+#include "files/gzip.h"
 
 namespace {
 
@@ -61,19 +61,9 @@ FileLook decompressed_look(const std::string& path, unsigned long long limit)
     int pipeFds[2];
     if (pipe2(pipeFds, O_CLOEXEC) != 0)
         return look;   // libXpm cannot decompress it either
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, 0, path.c_str(), O_RDONLY, 0);
-    posix_spawn_file_actions_adddup2(&actions, pipeFds[1], 1);
-    posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
-    char arg0[] = "gzip", arg1[] = "-dc";
-    char* argv[] = {arg0, arg1, nullptr};
-    char* envp[] = {nullptr};
-    pid_t pid = -1;
-    int spawned = posix_spawn(&pid, "/bin/gzip", &actions, nullptr, argv, envp);
-    posix_spawn_file_actions_destroy(&actions);
+    pid_t pid = spawn_gzip("-dc", path.c_str(), pipeFds[1]);
     close(pipeFds[1]);
-    if (spawned == 0) {
+    if (pid > 0) {
         char buffer[8192];
         for (;;) {
             ssize_t n = read(pipeFds[0], buffer, sizeof buffer);
@@ -90,10 +80,9 @@ FileLook decompressed_look(const std::string& path, unsigned long long limit)
         look.seen = true;
     }
     close(pipeFds[0]);
-    if (spawned == 0) {
+    if (pid > 0) {
         kill(pid, SIGKILL);   // harmless once it has ended; not yet reaped
-        while (waitpid(pid, nullptr, 0) < 0 && errno == EINTR) {
-        }
+        wait_for_process(pid);
     }
     return look;
 }

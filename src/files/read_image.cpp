@@ -17,8 +17,9 @@
 #include <unordered_map>
 #include <vector>
 
-#include "app/app.h"
-#include "app/message.h"
+#include "core/app_state.h"
+#include "core/message.h"
+#include "core/x_owned.h"
 #include "files/cell_remap.h"
 #include "files/file_look.h"
 #include "files/image_header.h"
@@ -93,11 +94,11 @@ struct XpmRead {
     Pixmap mask = None;
     Pixmap result = None;
     GC gc = nullptr;
-    XImage* source = nullptr;
-    XImage* destination = nullptr;
+    ImagePtr source, destination;
     std::vector<unsigned long> privateCells;   // given back on failure
     // The colours of libXpm's cells, kept once those cells are given back.
     std::unordered_map<unsigned long, XColor> colourOf;
+    unsigned cellsNeeded = 0;   // a private cell per opaque colour, and the transparent one
     bool keepCells = false;
     bool haveNewBackground = false;
     Pixel oldBackground = 0;
@@ -105,10 +106,6 @@ struct XpmRead {
 
     ~XpmRead()
     {
-        if (source)
-            XDestroyImage(source);
-        if (destination)
-            XDestroyImage(destination);
         if (gc)
             XFreeGC(dpy, gc);
         if (xpmPixmap)
@@ -202,16 +199,13 @@ bool read_hotspot(Display* dpy, const char* fileName, int* hotspotX, int* hotspo
     XImage* image = nullptr;
     XImage* shape = nullptr;
     int status = XpmReadFileToImage(dpy, const_cast<char*>(fileName), &image, &shape, &attrs);
+    ImagePtr ownImage(image), ownShape(shape);
     if (attrs.valuemask & XpmHotspot) {
         *hotspotX = static_cast<int>(attrs.x_hotspot);
         *hotspotY = static_cast<int>(attrs.y_hotspot);
     } else {
         *hotspotX = *hotspotY = -1;
     }
-    if (image)
-        XDestroyImage(image);
-    if (shape)
-        XDestroyImage(shape);
     release_attributes(dpy, &attrs);
     return status == XpmSuccess;
 }
@@ -236,14 +230,13 @@ XpmColor* make_record(const char* colour, const char* mono)
     return rec;
 }
 
-int read_xpm(const char* fileName, const FileLook& plain, int* width, int* height, int* depth,
-             Pixmap* pixmap, int* hotspotX, int* hotspotY, DrawingXpmInfo* info)
+// The parse and what it decides before any server resource is taken: the
+// file is refused, reported as having too many colours (1, told to the
+// user), or read; its hotspot comes from a first read as an image. Returns
+// 0 when the reading goes on.
+int parse_xpm(const char* fileName, const FileLook& plain, XpmRead& r, int* hotspotX, int* hotspotY)
 {
     App& a = app();
-    Display* dpy = a.display;
-    XpmRead r;
-    r.dpy = dpy;
-
     unsigned long colormapEntries = static_cast<unsigned long>(std::max(a.visual->map_entries, 1));
     switch (xpm_file_verdict(fileName, plain, colormapEntries)) {
     case XpmFileVerdict::Refuse:
@@ -282,72 +275,70 @@ int read_xpm(const char* fileName, const FileLook& plain, int* width, int* heigh
 
     // A private cell per colour plus the transparent one: refuse a table
     // the colormap cannot hold before allocating any of it.
-    unsigned cellsNeeded = opaque_colours(img) + 1;
-    if (!cells_available(dpy, cellsNeeded)) {
+    r.cellsNeeded = opaque_colours(img) + 1;
+    if (!cells_available(r.dpy, r.cellsNeeded)) {
         show_alloc_error();
         return 1;
     }
 
-    int hx = -1, hy = -1;
     // The first read fails on a file that spells its transparent colour
     // "#Transparent" (libXpm knows no such colour); the parse above has
     // read the same values line, so its hotspot stands in.
-    if (!read_hotspot(dpy, fileName, &hx, &hy) && parsedHotspot) {
-        hx = parsedX;
-        hy = parsedY;
+    if (!read_hotspot(r.dpy, fileName, hotspotX, hotspotY) && parsedHotspot) {
+        *hotspotX = parsedX;
+        *hotspotY = parsedY;
     }
+    return 0;
+}
 
-    r.attrs.valuemask = XpmVisual | XpmColormap | XpmDepth | XpmReturnPixels | XpmReturnAllocPixels;
-    r.attrs.visual = a.visual;
-    r.attrs.colormap = a.colormap;
-    r.attrs.depth = static_cast<unsigned>(a.screenDepth);
-    int status = XpmCreatePixmapFromXpmImage(dpy, a.root, &img, &r.xpmPixmap, &r.mask, &r.attrs);
-    r.haveAttrs = true;
-    if (status != XpmSuccess)
-        return colour_failure_status(dpy, status, cellsNeeded);
-
-    unsigned w = img.width, h = img.height;
-    unsigned ncolours = img.ncolors;
-    unsigned d = r.attrs.depth ? r.attrs.depth : static_cast<unsigned>(a.screenDepth);
-
-    // The colour table the drawing keeps: colour strings and monochrome names.
-    std::vector<const char*> monoStrings(ncolours), colourStrings(ncolours);
-    for (unsigned i = 0; i < ncolours; i++) {
-        monoStrings[i] = img.colorTable[i].m_color;
-        colourStrings[i] = img.colorTable[i].c_color;
-    }
-    MonoNaming naming = mono_names_of_table(monoStrings, colourStrings);
-
-    // The transparent cell: a fresh copy of the current transparent colour,
-    // which becomes the program's transparent pixel from now on.
-    Pixel newBackground = 0;
-    if (!XAllocColorCells(dpy, a.colormap, False, nullptr, 0, &newBackground, 1))
-        return 1;
+// The transparent cell: a fresh copy of the current transparent colour,
+// which becomes the program's transparent pixel from now on (and goes back
+// to the old one if the read fails).
+bool take_transparent_cell(XpmRead& r)
+{
+    Display* dpy = r.dpy;
+    Pixel cell = 0;
+    if (!XAllocColorCells(dpy, app().colormap, False, nullptr, 0, &cell, 1))
+        return false;
     XColor bg{};
     bg.pixel = res().background;
-    XQueryColor(dpy, a.colormap, &bg);
-    bg.pixel = newBackground;
+    XQueryColor(dpy, app().colormap, &bg);
+    bg.pixel = cell;
     bg.flags = DoRed | DoGreen | DoBlue;
-    XStoreColor(dpy, a.colormap, &bg);
+    XStoreColor(dpy, app().colormap, &bg);
     r.haveNewBackground = true;
     r.oldBackground = res().background;
-    r.newBackground = newBackground;
-    res().background = newBackground;
+    r.newBackground = cell;
+    res().background = cell;
+    return true;
+}
 
-    // Transparent pixels of the file hold the transparent pixel.
-    r.result = XCreatePixmap(dpy, a.root, w, h, d);
+// The picture in libXpm's shared cells, with the transparent pixel where
+// the file has its transparent colour, as r.result and as the two client
+// images the remap reads from and writes to.
+bool make_result(XpmRead& r, unsigned w, unsigned h, unsigned depth)
+{
+    Display* dpy = r.dpy;
+    r.result = XCreatePixmap(dpy, app().root, w, h, depth);
     r.gc = XCreateGC(dpy, r.result, 0, nullptr);
-    XSetForeground(dpy, r.gc, newBackground);
+    XSetForeground(dpy, r.gc, r.newBackground);
     XFillRectangle(dpy, r.result, r.gc, 0, 0, w, h);
     XSetClipMask(dpy, r.gc, r.mask);
     XCopyArea(dpy, r.xpmPixmap, r.result, r.gc, 0, 0, w, h, 0, 0);
+    r.source.reset(XGetImage(dpy, r.result, 0, 0, w, h, AllPlanes, ZPixmap));
+    r.destination.reset(XGetImage(dpy, r.result, 0, 0, w, h, AllPlanes, ZPixmap));
+    return r.source && r.destination;
+}
 
-    r.source = XGetImage(dpy, r.result, 0, 0, w, h, AllPlanes, ZPixmap);
-    r.destination = XGetImage(dpy, r.result, 0, 0, w, h, AllPlanes, ZPixmap);
-    if (!r.source || !r.destination)
-        return -1;
-
-    std::vector<unsigned long> returned(r.attrs.pixels, r.attrs.pixels + r.attrs.npixels);
+// Moves every colour from libXpm's shared cells to private cells of its
+// own: the pixels of the picture, then the colours of the table (one the
+// picture never uses still gets a cell). `colourPixels` comes in as
+// libXpm's list of pixels and goes out as the private cell of each colour.
+// Returns false, having told the user, when the cells run out.
+bool remap_to_private_cells(XpmRead& r, unsigned w, unsigned h, std::vector<unsigned long>& colourPixels)
+{
+    Display* dpy = r.dpy;
+    const std::vector<unsigned long> returned = colourPixels;
 
     // Remember the colours of libXpm's shared cells and give the cells back
     // before the private ones are taken, so that a file needs its colours'
@@ -356,7 +347,7 @@ int read_xpm(const char* fileName, const FileLook& plain, int* width, int* heigh
     for (size_t i = 0; i < returned.size(); i++)
         shared[i].pixel = returned[i];
     if (!shared.empty())
-        XQueryColors(dpy, a.colormap, shared.data(), static_cast<int>(shared.size()));
+        XQueryColors(dpy, app().colormap, shared.data(), static_cast<int>(shared.size()));
     for (const XColor& c : shared)
         r.colourOf[c.pixel] = c;
     give_back_shared_cells(dpy, &r.attrs);
@@ -364,43 +355,49 @@ int read_xpm(const char* fileName, const FileLook& plain, int* width, int* heigh
     CellRemap remap(returned);
     for (unsigned x = 0; x < w; x++) {
         for (unsigned y = 0; y < h; y++) {
-            unsigned long p = XGetPixel(r.source, static_cast<int>(x), static_cast<int>(y));
+            unsigned long p = XGetPixel(r.source.get(), static_cast<int>(x), static_cast<int>(y));
             unsigned long q = p;
             if (!remap.map(p, &q, allocate_copy, &r)) {
                 show_alloc_error();
-                return 1;
+                return false;
             }
             if (q != p)
-                XPutPixel(r.destination, static_cast<int>(x), static_cast<int>(y), q);
+                XPutPixel(r.destination.get(), static_cast<int>(x), static_cast<int>(y), q);
         }
     }
-    XPutImage(dpy, r.result, r.gc, r.destination, 0, 0, 0, 0, w, h);
+    XPutImage(dpy, r.result, r.gc, r.destination.get(), 0, 0, 0, 0, w, h);
 
     // Each table colour takes its private cell; a colour the image never
     // uses still gets one, so no colour of the drawing keeps a shared cell.
-    std::vector<unsigned long> colourPixels = returned;
     for (size_t c : remap.rewrite_pixels(colourPixels)) {
         unsigned long cell = 0;
         if (!allocate_copy(colourPixels[c], &cell, &r)) {
             show_alloc_error();
-            return 1;
+            return false;
         }
         colourPixels[c] = cell;
     }
     // A cell made for a pixel that stands for no colour (the transparent
     // fill under the mask) is never seen: give it back.
     for (unsigned long stray : remap.stray_cells()) {
-        XFreeColors(dpy, a.colormap, &stray, 1, 0);
+        XFreeColors(dpy, app().colormap, &stray, 1, 0);
         std::erase(r.privateCells, stray);
     }
+    return true;
+}
 
-    // Success: hand everything over.
+// Success: the colour table and cells go to the drawing's XPM record.
+void hand_over(XpmRead& r, const MonoNaming& naming, size_t pixelCount,
+               const std::vector<unsigned long>& colourPixels, DrawingXpmInfo* info)
+{
+    const XpmImage& img = r.image;
+    unsigned ncolours = img.ncolors;
     release_xpm_info(info);
     init_xpm_info(info);
     info->tableCount = ncolours;
     // More than one transparent colour leaves fewer pixels than the count
     // the names give; never count a colour that has no pixel.
-    info->colourCount = std::min<unsigned>(naming.colourCount, static_cast<unsigned>(returned.size()));
+    info->colourCount = std::min<unsigned>(naming.colourCount, static_cast<unsigned>(pixelCount));
     info->colours = reinterpret_cast<XpmColor**>(XtCalloc(ncolours, sizeof(XpmColor*)));
     for (unsigned i = 0; i < ncolours; i++)
         info->colours[i] = make_record(img.colorTable[i].c_color, naming.names[i]);
@@ -409,7 +406,50 @@ int read_xpm(const char* fileName, const FileLook& plain, int* width, int* heigh
     // second transparent colour) hold the transparent pixel.
     info->pixels = reinterpret_cast<Pixel*>(XtMalloc(ncolours * sizeof(Pixel)));
     for (unsigned i = 0; i < ncolours; i++)
-        info->pixels[i] = i < colourPixels.size() ? colourPixels[i] : newBackground;
+        info->pixels[i] = i < colourPixels.size() ? colourPixels[i] : r.newBackground;
+    r.keepCells = true;
+}
+
+int read_xpm(const char* fileName, const FileLook& plain, int* width, int* height, int* depth,
+             Pixmap* pixmap, int* hotspotX, int* hotspotY, DrawingXpmInfo* info)
+{
+    App& a = app();
+    XpmRead r;
+    r.dpy = a.display;
+    int hx = -1, hy = -1;
+    if (int status = parse_xpm(fileName, plain, r, &hx, &hy))
+        return status;
+    XpmImage& img = r.image;
+
+    r.attrs.valuemask = XpmVisual | XpmColormap | XpmDepth | XpmReturnPixels | XpmReturnAllocPixels;
+    r.attrs.visual = a.visual;
+    r.attrs.colormap = a.colormap;
+    r.attrs.depth = static_cast<unsigned>(a.screenDepth);
+    int status = XpmCreatePixmapFromXpmImage(r.dpy, a.root, &img, &r.xpmPixmap, &r.mask, &r.attrs);
+    r.haveAttrs = true;
+    if (status != XpmSuccess)
+        return colour_failure_status(r.dpy, status, r.cellsNeeded);
+
+    unsigned w = img.width, h = img.height;
+    unsigned d = r.attrs.depth ? r.attrs.depth : static_cast<unsigned>(a.screenDepth);
+
+    // The colour table the drawing keeps: colour strings and monochrome names.
+    std::vector<const char*> monoStrings(img.ncolors), colourStrings(img.ncolors);
+    for (unsigned i = 0; i < img.ncolors; i++) {
+        monoStrings[i] = img.colorTable[i].m_color;
+        colourStrings[i] = img.colorTable[i].c_color;
+    }
+    MonoNaming naming = mono_names_of_table(monoStrings, colourStrings);
+
+    if (!take_transparent_cell(r))
+        return 1;
+    if (!make_result(r, w, h, d))
+        return -1;
+    std::vector<unsigned long> colourPixels(r.attrs.pixels, r.attrs.pixels + r.attrs.npixels);
+    size_t pixelCount = colourPixels.size();
+    if (!remap_to_private_cells(r, w, h, colourPixels))
+        return 1;
+    hand_over(r, naming, pixelCount, colourPixels, info);
 
     if (!hotspot_inside(hx, hy, w, h))
         hx = hy = -1;
@@ -419,7 +459,6 @@ int read_xpm(const char* fileName, const FileLook& plain, int* width, int* heigh
     *pixmap = r.result;
     *hotspotX = hx;
     *hotspotY = hy;
-    r.keepCells = true;
     return 0;
 }
 

@@ -1,8 +1,9 @@
 // The message a user sees for the status of a failed read.
-#include "app/app.h"
-#include "app/message.h"
-#include "app/safe_format.h"
-#include "files/open_save.h"
+#include "files/read_status.h"
+
+#include "core/app_state.h"
+#include "core/message.h"
+#include "core/safe_format.h"
 
 #include <string>
 

@@ -8,25 +8,16 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 
-#include "app/app.h"
-#include "app/draw.h"
 #include "colour/color_list.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
+#include "core/x_owned.h"
 #include "files/image_io.h"
 #include "files/mono_names.h"
 #include "files/written_check.h"
 
 namespace {
-
-struct ImageDeleter {
-    void operator()(XImage* image) const
-    {
-        if (image)
-            XDestroyImage(image);
-    }
-};
-using ImagePtr = std::unique_ptr<XImage, ImageDeleter>;
 
 // The depth-1 shape: 1 where the image is not the transparent pixel.
 ImagePtr make_shape(Display* dpy, XImage* picture, unsigned w, unsigned h, Pixel transparent)

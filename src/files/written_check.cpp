@@ -9,15 +9,9 @@
 #include <cstring>
 #include <memory>
 
-namespace {
+#include "core/x_owned.h"
 
-struct ImageDeleter {
-    void operator()(XImage* image) const
-    {
-        if (image)
-            XDestroyImage(image);
-    }
-};
+namespace {
 
 bool same_string(const char* a, const char* b)
 {
@@ -53,7 +47,7 @@ int check_written_xbm(Display* dpy, const char* path, Pixmap bits, unsigned widt
     std::unique_ptr<unsigned char, int (*)(void*)> owned(data, XFree);
     if (w != width || h != height || hx != hotspotX || hy != hotspotY)
         return XpmFileInvalid;
-    std::unique_ptr<XImage, ImageDeleter> image(
+    ImagePtr image(
         XGetImage(dpy, bits, 0, 0, width, height, 1, XYPixmap));
     if (!image)
         return XpmNoMemory;

@@ -20,10 +20,10 @@
 #include <string>
 #include <vector>
 
-#include "app/app.h"
-#include "app/draw.h"
-#include "app/message.h"
-#include "colour/converters.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
+#include "core/message.h"
+#include "core/template_dialog.h"
 #include "fonts/font_names.h"
 #include "tools/text.h"
 
@@ -132,6 +132,7 @@ void make_current(XFontStruct* font, const std::string& name, bool toText = true
     choice.lineHeight = font_line_height(font->ascent, font->descent);
     state->currentName = name;
     choice.name = state->currentName.c_str();
+    set_chosen_text_font(choice.name);
     if (!choice.gc && state->sample && XtWindow(state->sample)) {
         XGCValues v;
         v.function = GXcopy;
@@ -495,9 +496,7 @@ bool make_font_dialog()
         state = nullptr;
         return false;
     }
-    set_default_button(state->dialog, "OK");
-    // Escape answers Cancel.
-    XtVaSetValues(state->dialog, XmNcancelButton, XtNameToWidget(state->dialog, "Cancel"), nullptr);
+    set_default_and_cancel(state->dialog, "OK");
     // Placed over the asking drawing as it pops up.
     XtVaSetValues(state->dialog, XmNdefaultPosition, False, nullptr);
     XtAddCallback(XtParent(state->dialog), XmNpopupCallback, place_cb, nullptr);

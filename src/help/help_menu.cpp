@@ -11,9 +11,8 @@
 #include <Xm/Xm.h>
 #include <string>
 
-#include "app/app.h"
-#include "app/message.h"
-#include "app/status.h"
+#include "core/app_state.h"
+#include "core/message.h"
 
 namespace {
 
@@ -26,6 +25,7 @@ struct HelpTexts {
 
 HelpTexts texts{};
 bool textsFetched = false;
+void (*versionAction)(Widget parent) = nullptr;
 
 #define HELP_RES(name, cls, field, def) \
     {(char*)name, (char*)cls, XtRString, sizeof(String), XtOffsetOf(HelpTexts, field), XtRString, (XtPointer)def}
@@ -98,7 +98,11 @@ void help_on_window(Widget w) { say(w, help_texts().helpUnavailableString); }
 void help_on_keys(Widget w) { say(w, help_texts().helpOnKeysString); }
 void help_index(Widget w) { say(w, help_texts().helpUnavailableString); }
 void help_on_help(Widget w) { say(w, help_texts().helpUnavailableString); }
-void help_on_version(Widget w) { show_version_over(window_shell_of(w)); }
+void help_on_version(Widget w)
+{
+    if (versionAction)
+        versionAction(window_shell_of(w));
+}
 
 struct HelpItem {
     const char* name;
@@ -124,11 +128,12 @@ void help_item_cb(Widget w, XtPointer clientData, XtPointer) noexcept
 
 }  // namespace
 
-Widget build_help_menu(Widget menuBar, Drawing* d)
+Widget build_help_menu(Widget menuBar, void (*showVersion)(Widget parent))
 {
-    (void)d;   // every item works on the window it was chosen in
+    // Every item works on the window it was chosen in.
     if (!menuBar)
         return nullptr;
+    versionAction = showVersion;
     Widget pulldown = XmCreatePulldownMenu(menuBar, const_cast<char*>("Help"), nullptr, 0);
     for (const HelpItem& item : helpItems) {
         Widget b = XtVaCreateManagedWidget(item.name, xmPushButtonWidgetClass, pulldown, nullptr);

@@ -12,11 +12,12 @@
 #include <cstdio>
 #include <string>
 
-#include "app/app.h"
-#include "app/draw.h"
-#include "app/error_trap.h"
 #include "canvas/image_store.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
+#include "core/error_trap.h"
 #include "tools/selection.h"
+#include "core/x_owned.h"
 
 namespace {
 
@@ -163,12 +164,11 @@ int clipboard_copy(Drawing* d, XEvent* event)
     Pixmap copy = snapshot_drawable(dpy, d->selection->pixels, d->copyGC, nullptr, nullptr, nullptr);
     if (!copy)
         return 1;
-    XmString label = XmStringCreateLocalized(const_cast<char*>("orvbit"));
+    XmStringPtr label = localized("orvbit");
     long itemId = 0;
     Time t = event_time(event);
     int status = retry_while_locked(
-        [&] { return XmClipboardStartCopy(dpy, w, label, t, nullptr, nullptr, &itemId); });
-    XmStringFree(label);
+        [&] { return XmClipboardStartCopy(dpy, w, label.get(), t, nullptr, nullptr, &itemId); });
     if (status != ClipboardSuccess) {
         XFreePixmap(dpy, copy);
         return 1;

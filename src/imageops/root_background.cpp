@@ -5,10 +5,10 @@
 
 #include <Xm/Xm.h>
 
-#include "app/app.h"
-#include "app/draw.h"
-#include "app/error_trap.h"
 #include "canvas/image_store.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
+#include "core/error_trap.h"
 #include "tools/hotspot.h"
 #include "tools/palettes.h"
 #include "tools/selection.h"

@@ -6,20 +6,15 @@
 #include <X11/Xutil.h>
 
 #include <cstdlib>
-#include <memory>
 #include <new>
 
-#include "app/app.h"
-#include "app/draw.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
+#include "core/x_owned.h"
 #include "imageops/pixel_ops.h"
 #include "tools/selection.h"
 
 namespace {
-
-struct ImageDeleter {
-    void operator()(XImage* image) const { XDestroyImage(image); }
-};
-using ImagePtr = std::unique_ptr<XImage, ImageDeleter>;
 
 // Bitmaps are read as their one plane, colour drawings as whole pixels.
 bool read_pixels(Drawing* d, Pixmap p, int w, int h, PixelBuffer* out)

@@ -6,19 +6,16 @@
 
 #include <algorithm>
 
-#include "app/app.h"
-#include "app/draw.h"
 #include "canvas/image_store.h"
 #include "canvas/input.h"
-#include "canvas/undo.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
 #include "tools/geometry.h"
+#include "tools/stroke.h"
 #include "tools/tool_handlers.h"
 #include "tools/tool_table.h"
 
 namespace {
-
-int side = 15;
-Point last, anchor;
 
 // X coordinates are 16 bits; a point dragged far off the image is kept
 // where the square and its sweep cannot wrap round.
@@ -45,39 +42,25 @@ void eraser_input(Widget w, Drawing* d, XEvent* event)
 {
     if (palette_event(w, d, event, TOOL_ERASER))
         return;
-    switch (event->type) {
-    case ButtonPress: {
-        commit(d);
-        // Whatever the button, the eraser paints the background.
-        set_line_width(d->backgroundGC, 1);
-        side = eraser_side(d->zoom, window_x(w, d, event));
-        Point p = kept_in_range(event_point(event));
-        XFillRectangle(app().display, d->image, d->backgroundGC, p.x, p.y, static_cast<unsigned>(side),
-                       static_cast<unsigned>(side));
-        refresh_rect(d, p.x, p.y, side, side);
-        last = anchor = p;
-        break;
-    }
-    case ButtonRelease:
-        set_undo_sensitive(d, true);
-        break;
-    case TOOL_UNDO:
-        undo_whole_image(d);
-        break;
-    default:
-        break;
-    }
+    if (event->type != ButtonPress)
+        return;
+    // Whatever the button, the eraser paints the background.
+    set_line_width(d->backgroundGC, 1);
+    ToolStroke& s = stroke_of(d);
+    s.side = eraser_side(d->zoom, window_x(w, d, event));
+    Point p = kept_in_range(event_point(event));
+    XFillRectangle(app().display, d->image, d->backgroundGC, p.x, p.y, static_cast<unsigned>(s.side),
+                   static_cast<unsigned>(s.side));
+    refresh_rect(d, p.x, p.y, s.side, s.side);
+    s.last = s.start = p;
 }
 
 void eraser_motion(Widget w, Drawing* d, XEvent* event)
 {
-    Point p = kept_in_range(event_point(event));
-    if (d->constraint == 1)
-        p.y = anchor.y;
-    else if (d->constraint == 2)
-        p.x = anchor.x;
+    ToolStroke& s = stroke_of(d);
+    Point p = held_drag_point(s.start, kept_in_range(event_point(event)), d->constraint);
     Point corners[6];
-    eraser_sweep(last, p, side, corners);
+    eraser_sweep(s.last, p, s.side, corners);
     XPoint points[6];
     for (int i = 0; i < 6; i++)
         points[i] = XPoint{static_cast<short>(corners[i].x), static_cast<short>(corners[i].y)};
@@ -86,5 +69,5 @@ void eraser_motion(Widget w, Drawing* d, XEvent* event)
     Region swept = XPolygonRegion(points, 6, WindingRule);
     refresh_region(d, swept);
     XDestroyRegion(swept);
-    last = p;
+    s.last = p;
 }

@@ -6,14 +6,13 @@
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 
-#include <memory>
 #include <new>
 #include <vector>
 
-#include "app/app.h"
-#include "app/draw.h"
 #include "canvas/image_store.h"
-#include "canvas/undo.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
+#include "core/x_owned.h"
 #include "tools/geometry.h"
 #include "tools/seed_fill.h"
 #include "tools/tool_handlers.h"
@@ -22,12 +21,6 @@
 namespace {
 
 FillStack stack;
-bool pressed;   // the last press was on the image and filled
-
-struct ImageDeleter {
-    void operator()(XImage* im) const { XDestroyImage(im); }
-};
-using ImagePtr = std::unique_ptr<XImage, ImageDeleter>;
 
 std::vector<unsigned long> pixels_of(XImage* im, int width, int height)
 {
@@ -65,26 +58,23 @@ bool fill_at(Drawing* d, int x, int y, bool everywhere)
     // A stack that could not grow leaves part of the area unfilled; what
     // was found is still painted, as a partial fill is better than none.
 
-    Pixmap mask = XCreatePixmap(dpy, d->image, static_cast<unsigned>(w), static_cast<unsigned>(h), 1);
+    ScratchPixmap mask(dpy, XCreatePixmap(dpy, d->image, static_cast<unsigned>(w), static_cast<unsigned>(h), 1));
     GC bitGC = app().gcs[GC_BIT_CLEAR];
-    XFillRectangle(dpy, mask, bitGC, 0, 0, static_cast<unsigned>(w), static_cast<unsigned>(h));
-    ImagePtr maskImage(XGetImage(dpy, mask, 0, 0, static_cast<unsigned>(w), static_cast<unsigned>(h), 1, ZPixmap));
-    if (!maskImage) {
-        XFreePixmap(dpy, mask);
+    XFillRectangle(dpy, mask.get(), bitGC, 0, 0, static_cast<unsigned>(w), static_cast<unsigned>(h));
+    ImagePtr maskImage(XGetImage(dpy, mask.get(), 0, 0, static_cast<unsigned>(w), static_cast<unsigned>(h), 1, ZPixmap));
+    if (!maskImage)
         return false;
-    }
     size_t i = 0;
     for (int my = 0; my < h; my++)
         for (int mx = 0; mx < w; mx++)
             if (marks[i++])
                 XPutPixel(maskImage.get(), mx, my, 1);
-    XPutImage(dpy, mask, app().gcs[GC_BIT_COPY], maskImage.get(), 0, 0, 0, 0, static_cast<unsigned>(w),
+    XPutImage(dpy, mask.get(), app().gcs[GC_BIT_COPY], maskImage.get(), 0, 0, 0, 0, static_cast<unsigned>(w),
               static_cast<unsigned>(h));
     GC gc = d->chosenGC ? d->chosenGC : d->foregroundGC;
-    XSetClipMask(dpy, gc, mask);
+    XSetClipMask(dpy, gc, mask.get());
     XFillRectangle(dpy, d->image, gc, 0, 0, static_cast<unsigned>(w), static_cast<unsigned>(h));
     XSetClipMask(dpy, gc, None);
-    XFreePixmap(dpy, mask);
     refresh_rect(d, 0, 0, w, h);
     return true;
 }
@@ -100,33 +90,18 @@ void fill_input(Widget w, Drawing* d, XEvent* event)
             fill_stack_shrink(&stack);
         return;
     }
-    switch (event->type) {
-    case ButtonPress: {
-        Point p = event_point(event);
-        // The canvas can be larger than the image: a click beside it has
-        // no pixel to take the value from.
-        pressed = p.x >= 0 && p.y >= 0 && p.x < d->width && p.y < d->height;
-        if (!pressed)
-            break;
-        commit(d);
-        // The fill keeps a copy of every pixel on the client side; for a
-        // big picture there may be no room. Nothing is painted then, and
-        // the exception must not run into the toolkit's callbacks.
-        try {
-            fill_at(d, p.x, p.y, (event_state(event) & ControlMask) != 0);
-        } catch (const std::bad_alloc&) {
-        }
-        break;
-    }
-    case ButtonRelease:
-        if (pressed)
-            set_undo_sensitive(d, true);
-        pressed = false;
-        break;
-    case TOOL_UNDO:
-        undo_whole_image(d);
-        break;
-    default:
-        break;
+    if (event->type != ButtonPress)
+        return;
+    Point p = event_point(event);
+    // The canvas can be larger than the image: a click beside it has
+    // no pixel to take the value from.
+    if (p.x < 0 || p.y < 0 || p.x >= d->width || p.y >= d->height)
+        return;
+    // The fill keeps a copy of every pixel on the client side; for a
+    // big picture there may be no room. Nothing is painted then, and
+    // the exception must not run into the toolkit's callbacks.
+    try {
+        fill_at(d, p.x, p.y, (event_state(event) & ControlMask) != 0);
+    } catch (const std::bad_alloc&) {
     }
 }

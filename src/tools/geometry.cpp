@@ -39,15 +39,24 @@ Point constrain_square(Point s, Point p)
     return Point{s.x > p.x ? s.x - d : s.x + d, s.y > p.y ? s.y - d : s.y + d};
 }
 
-int drag_constraint(int x0, int y0, int x, int y)
+Point held_drag_point(Point anchor, Point p, DragConstraint held)
+{
+    if (held == DragConstraint::Horizontal)
+        p.y = anchor.y;
+    else if (held == DragConstraint::Vertical)
+        p.x = anchor.x;
+    return p;
+}
+
+DragConstraint drag_constraint(int x0, int y0, int x, int y)
 {
     // Vertical first: a diagonal flick that passes both thresholds at once
     // counts as vertical.
     if (std::abs(y - y0) > 5)
-        return 2;
+        return DragConstraint::Vertical;
     if (std::abs(x - x0) > 5)
-        return 1;
-    return 0;
+        return DragConstraint::Horizontal;
+    return DragConstraint::Free;
 }
 
 Box clip_box(Box b, int width, int height)

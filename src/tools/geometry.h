@@ -2,6 +2,8 @@
 // drag-constraint test. No X here.
 #pragma once
 
+#include "core/drag_constraint.h"
+
 struct Point { int x, y; };
 struct Box { int x, y, width, height; };
 
@@ -13,9 +15,11 @@ Box grow_box(Box b, int g);
 Point constrain_line(Point s, Point p);
 // Rectangle/oval: square the box on its shorter leg.
 Point constrain_square(Point s, Point p);
-// Drag constraint from a Shift-press at (x0, y0) and a motion at (x, y):
-// 2 vertical, 1 horizontal, 0 undecided (keep polling). Window pixels.
-int drag_constraint(int x0, int y0, int x, int y);
+// Where a held drag puts the pointer: on the anchor's row or column.
+Point held_drag_point(Point anchor, Point p, DragConstraint held);
+// Drag constraint from a Shift-press at (x0, y0) and a motion at (x, y);
+// None while undecided (keep polling). Window pixels.
+DragConstraint drag_constraint(int x0, int y0, int x, int y);
 
 // The box cut to an image of the given size; width or height 0 when
 // nothing is left.

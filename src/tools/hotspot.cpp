@@ -5,10 +5,10 @@
 
 #include <X11/Xlib.h>
 
-#include "app/app.h"
-#include "app/draw.h"
 #include "canvas/image_store.h"
 #include "canvas/undo.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
 #include "tools/geometry.h"
 #include "tools/tool_handlers.h"
 #include "tools/tool_table.h"
@@ -16,8 +16,6 @@
 namespace {
 
 constexpr unsigned long BLINK_MS = 100;
-
-bool pressed;
 
 bool on_image(const Drawing* d, int x, int y)
 {
@@ -92,8 +90,7 @@ void hotspot_input(Widget w, Drawing* d, XEvent* event)
     switch (event->type) {
     case ButtonPress: {
         Point p = event_point(event);
-        pressed = on_image(d, p.x, p.y);
-        if (!pressed)
+        if (!on_image(d, p.x, p.y))
             break;
         unmark(d);
         d->hotspotUndoX = d->hotspotX;
@@ -104,16 +101,11 @@ void hotspot_input(Widget w, Drawing* d, XEvent* event)
         d->modified = 1;
         break;
     }
-    case ButtonRelease:
-        if (pressed)
-            set_undo_sensitive(d, true);
-        pressed = false;
-        break;
     case TOOL_UNDO:
         unmark(d);
         d->hotspotX = d->hotspotUndoX;
         d->hotspotY = d->hotspotUndoY;
-        set_undo_sensitive(d, false);
+        set_undo_available(d, false);
         break;
     default:
         break;

@@ -2,62 +2,41 @@
 // snapped to horizontal, vertical or 45 degrees while Shift is held.
 #include <X11/Xlib.h>
 
-#include "app/app.h"
-#include "app/draw.h"
 #include "canvas/image_store.h"
-#include "canvas/undo.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
 #include "tools/geometry.h"
 #include "tools/regions.h"
+#include "tools/stroke.h"
 #include "tools/tool_handlers.h"
 #include "tools/tool_table.h"
 
-namespace {
-
-// One stroke at a time for the whole program.
-Point start, end;
-Region damage;
-
-}  // namespace
-
 void line_input(Widget w, Drawing* d, XEvent* event)
 {
-    if (palette_event(w, d, event, TOOL_LINE)) {
-        if (event->type == TOOL_CREATED && !damage)
-            damage = XCreateRegion();
+    if (palette_event(w, d, event, TOOL_LINE))
         return;
-    }
-    switch (event->type) {
-    case ButtonPress:
-        commit(d);
-        start = end = event_point(event);
-        break;
-    case ButtonRelease:
-        // The segment drawn at the last motion is the result.
-        set_undo_sensitive(d, true);
-        break;
-    case TOOL_UNDO:
-        undo_whole_image(d);
-        break;
-    default:
-        break;
+    // The segment drawn at the last motion will be the result.
+    if (event->type == ButtonPress) {
+        ToolStroke& s = stroke_of(d);
+        s.start = s.last = event_point(event);
     }
 }
 
 void line_motion(Widget w, Drawing* d, XEvent* event)
 {
-    if (!damage)
-        damage = XCreateRegion();
+    ToolStroke& s = stroke_of(d);
     Point p = event_point(event);
     if (event_state(event) & ShiftMask)
-        p = constrain_line(start, p);
+        p = constrain_line(s.start, p);
     int lw = static_cast<int>(d->lineWidth);
     // Wide lines reach lw past their ends: grow the boxes so no trail stays.
-    Box oldBox = grow_box(box_of(start, end), lw);
+    Box oldBox = grow_box(box_of(s.start, s.last), lw);
     restore_rect(d, oldBox.x, oldBox.y, oldBox.width, oldBox.height);
-    XDrawLine(app().display, d->image, d->chosenGC, start.x, start.y, p.x, p.y);
-    Box newBox = grow_box(box_of(start, p), lw);
+    XDrawLine(app().display, d->image, d->chosenGC, s.start.x, s.start.y, p.x, p.y);
+    Box newBox = grow_box(box_of(s.start, p), lw);
+    Region damage = damage_region();
     set_region_to_box(damage, oldBox);
     union_box(damage, newBox);
     refresh_region(d, damage);
-    end = p;
+    s.last = p;
 }

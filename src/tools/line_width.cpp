@@ -6,9 +6,10 @@
 
 #include <cstdint>
 
-#include "app/app.h"
-#include "app/draw.h"
 #include "canvas/input.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
+#include "core/x_owned.h"
 #include "tools/geometry.h"
 #include "tools/palettes.h"
 
@@ -31,9 +32,10 @@ Widget make_width_toggle(Widget box, unsigned width)
     XtVaGetValues(box, XmNforeground, &fg, XmNbackground, &bg, nullptr);
     XGCValues v;
     v.foreground = v.background = fg;
-    GC fgGC = XCreateGC(dpy, app().root, GCForeground | GCBackground, &v);
+    ScratchGC fgScratch(dpy, XCreateGC(dpy, app().root, GCForeground | GCBackground, &v));
     v.foreground = v.background = bg;
-    GC bgGC = XCreateGC(dpy, app().root, GCForeground | GCBackground, &v);
+    ScratchGC bgScratch(dpy, XCreateGC(dpy, app().root, GCForeground | GCBackground, &v));
+    GC fgGC = fgScratch.get(), bgGC = bgScratch.get();
 
     WidthPicture g = width_picture(width);
     unsigned depth = static_cast<unsigned>(DefaultDepth(dpy, app().screen));
@@ -53,9 +55,6 @@ Widget make_width_toggle(Widget box, unsigned width)
         }
         pictures[marked] = p;
     }
-    XFreeGC(dpy, fgGC);
-    XFreeGC(dpy, bgGC);
-
     Arg args[4];
     Cardinal n = 0;
     XtSetArg(args[n], XmNlabelType, XmPIXMAP), n++;

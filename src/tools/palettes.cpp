@@ -11,11 +11,10 @@
 #include <cstdint>
 #include <cstdio>
 
-#include "app/app.h"
-#include "app/commands.h"
-#include "app/draw.h"
-#include "app/menus.h"
 #include "canvas/undo.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
+#include "core/window_hooks.h"
 #include "tools/shapes.h"
 #include "tools/text.h"
 #include "tools/tool_table.h"
@@ -281,7 +280,8 @@ void reset_tool_state(Drawing* d)
 {
     if (!d)
         return;
-    d->constraint = 0;
+    d->constraint = DragConstraint::Free;
+    d->pressOffersUndo = false;
     d->lastMotionX = d->lastMotionY = INT_MIN;
     d->chosenGC = d->foregroundGC;
     // Shapes go back to outlines, with the menu toggle to match.
@@ -289,10 +289,7 @@ void reset_tool_state(Drawing* d)
         set_rectangle_filled(d, false);
     if (d->ovalFilled)
         toggle_oval_filled(d);
-    if (Widget item = menu_item(d, CMD_DRAW_FILLED))
-        if (XmIsToggleButton(item))
-            XmToggleButtonSetState(item, False, False);
-    d->menuState.toggles[CMD_DRAW_FILLED] = False;
+    tell_toggle_changed(d, WindowToggle::DrawFilled, false);
 
     select_tool(d, initial_index(d->toolsBox, TOOL_PENCIL));
     if (Widget tb = child_at(d->patternsBox, initial_index(d->patternsBox, 0)))
@@ -302,5 +299,5 @@ void reset_tool_state(Drawing* d)
         XmToggleButtonSetState(tb, True, True);
     d->lineWidth = lineWidths[0];
     text_reset(d);
-    set_undo_sensitive(d, false);
+    set_undo_available(d, false);
 }

@@ -5,67 +5,43 @@
 #include <algorithm>
 #include <climits>
 
-#include "app/app.h"
-#include "app/draw.h"
 #include "canvas/image_store.h"
 #include "canvas/input.h"
-#include "canvas/undo.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
 #include "tools/geometry.h"
+#include "tools/stroke.h"
 #include "tools/tool_handlers.h"
 #include "tools/tool_table.h"
-
-namespace {
-
-Point last, anchor;
-int smallestY, largestY;   // kept for the stroke's extent; nothing reads them yet
-
-}  // namespace
 
 void pencil_input(Widget w, Drawing* d, XEvent* event)
 {
     if (palette_event(w, d, event, TOOL_PENCIL))
         return;
-    switch (event->type) {
-    case ButtonPress: {
-        commit(d);
-        Point p = event_point(event);
-        // The pencil ignores the line-width palette; the next press puts
-        // the palette's width back on the GC. It draws one-pixel lines as
-        // thin (width 0) lines: X's width-1 lines leave out the far end of
-        // a one-pixel diagonal, and the press must set both of its pixels.
-        set_line_width(d->chosenGC, 0);
-        // A press draws a short diagonal, not a point, but shows only its
-        // first pixel at once.
-        // X coordinates are 16 bits: at the far edge of that range the
-        // second pixel would wrap round to the other side of the image.
-        XDrawLine(app().display, d->image, d->chosenGC, p.x, p.y, std::min(p.x + 1, SHRT_MAX),
-                  std::min(p.y + 1, SHRT_MAX));
-        refresh_rect(d, p.x, p.y, 1, 1);
-        last = anchor = p;
-        smallestY = largestY = p.y;
-        break;
-    }
-    case ButtonRelease:
-        set_undo_sensitive(d, true);
-        break;
-    case TOOL_UNDO:
-        undo_whole_image(d);
-        break;
-    default:
-        break;
-    }
+    if (event->type != ButtonPress)
+        return;
+    Point p = event_point(event);
+    // The pencil ignores the line-width palette; the next press puts
+    // the palette's width back on the GC. It draws one-pixel lines as
+    // thin (width 0) lines: X's width-1 lines leave out the far end of
+    // a one-pixel diagonal, and the press must set both of its pixels.
+    set_line_width(d->chosenGC, 0);
+    // A press draws a short diagonal, not a point, but shows only its
+    // first pixel at once.
+    // X coordinates are 16 bits: at the far edge of that range the
+    // second pixel would wrap round to the other side of the image.
+    XDrawLine(app().display, d->image, d->chosenGC, p.x, p.y, std::min(p.x + 1, SHRT_MAX),
+              std::min(p.y + 1, SHRT_MAX));
+    refresh_rect(d, p.x, p.y, 1, 1);
+    ToolStroke& s = stroke_of(d);
+    s.last = s.start = p;
 }
 
 void pencil_motion(Widget w, Drawing* d, XEvent* event)
 {
-    Point p = event_point(event);
-    if (d->constraint == 1)
-        p.y = anchor.y;
-    else if (d->constraint == 2)
-        p.x = anchor.x;
-    XDrawLine(app().display, d->image, d->chosenGC, p.x, p.y, last.x, last.y);
-    refresh_corners(d, p.x, p.y, last.x, last.y);
-    smallestY = std::min(smallestY, p.y);
-    largestY = std::max(largestY, p.y);
-    last = p;
+    ToolStroke& s = stroke_of(d);
+    Point p = held_drag_point(s.start, event_point(event), d->constraint);
+    XDrawLine(app().display, d->image, d->chosenGC, p.x, p.y, s.last.x, s.last.y);
+    refresh_corners(d, p.x, p.y, s.last.x, s.last.y);
+    s.last = p;
 }

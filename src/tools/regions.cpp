@@ -111,6 +111,11 @@ void fill_region(Display* dpy, Drawable drawable, GC gc, Region region)
     XSetClipMask(dpy, gc, None);
 }
 
+Region damage_region()
+{
+    return scratch_region(0);
+}
+
 Region scratch_region(int index)
 {
     if (index < 0 || index > 2)

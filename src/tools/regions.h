@@ -29,3 +29,6 @@ void subtract_box(Region region, Box b, Region out);
 void fill_region(Display* dpy, Drawable drawable, GC gc, Region region);
 // One of three scratch regions (index 0..2), created on first use and kept.
 Region scratch_region(int index);
+// The scratch region a tool's motion repaints: rebuilt from nothing at
+// every motion, so one serves every tool and drawing.
+Region damage_region();

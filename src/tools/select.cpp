@@ -5,11 +5,11 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "app/app.h"
-#include "app/draw.h"
-#include "app/menus.h"
 #include "canvas/image_store.h"
 #include "canvas/undo.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
+#include "core/window_hooks.h"
 #include "imageops/selection_transforms.h"
 #include "tools/geometry.h"
 #include "tools/regions.h"
@@ -18,8 +18,6 @@
 #include "tools/tool_table.h"
 
 namespace {
-
-Region damage;
 
 void press(Drawing* d, Selection* s, const XEvent* event)
 {
@@ -41,13 +39,13 @@ void press(Drawing* d, Selection* s, const XEvent* event)
             s->mode = 2;
             s->origin.width = s->origin.height = 0;
             commit(d);
-            set_undo_sensitive(d, false);
+            set_undo_available(d, false);
         }
         return;
     }
     drop_selection(d);
     commit(d);
-    set_undo_sensitive(d, false);
+    set_undo_available(d, false);
 }
 
 // Makes the selection the rubber band marked out.
@@ -83,8 +81,8 @@ void release(Drawing* d, Selection* s, const XEvent* event)
     else if (s->mode == 1 && button == Button3)
         s->origin = s->current;
     march(d);
-    set_undo_sensitive(d, true);
-    update_selection_sensitivity(d);
+    set_undo_available(d, true);
+    tell_selection_changed(d);
 }
 
 void band_motion(Drawing* d, Selection* s, Point p, unsigned state)
@@ -103,6 +101,7 @@ void band_motion(Drawing* d, Selection* s, Point p, unsigned state)
         p = constrain_square(s->anchor, p);
     Box oldBox = box_of(s->anchor, s->corner);
     Box newBox = box_of(s->anchor, p);
+    Region damage = damage_region();
     frame_difference(oldBox, newBox, 1, 1, damage);
     restore_region(d, damage);
     XDrawRectangle(app().display, d->image, march_gc(d), newBox.x, newBox.y,
@@ -124,6 +123,7 @@ void drag_motion(Drawing* d, Selection* s, Point p, unsigned state)
     if (s->mode == 1) {
         vacate_for(d, rect_box(moved));
     } else {
+        Region damage = damage_region();
         box_difference(rect_box(s->current), rect_box(moved), damage);
         restore_region(d, damage);
         refresh_region(d, damage);
@@ -145,8 +145,8 @@ void undo(Drawing* d, Selection* s)
     refresh_rect(d, c.x, c.y, c.width, c.height);
     refresh_rect(d, o.x, o.y, o.width, o.height);
     drop_selection(d);
-    set_undo_sensitive(d, false);
-    update_selection_sensitivity(d);
+    set_undo_available(d, false);
+    tell_selection_changed(d);
 }
 
 }  // namespace
@@ -155,8 +155,6 @@ void select_input(Widget w, Drawing* d, XEvent* event)
 {
     if (!d || !event)
         return;
-    if (!damage)
-        damage = XCreateRegion();
     Selection* s = selection_record(d);
     switch (event->type) {
     case TOOL_CREATED:
@@ -167,8 +165,8 @@ void select_input(Widget w, Drawing* d, XEvent* event)
     case TOOL_DESELECTED:
         settle_and_drop(d);
         drop_selection(d);   // nor is a Clear undone under another tool
-        set_undo_sensitive(d, false);
-        update_selection_sensitivity(d);
+        set_undo_available(d, false);
+        tell_selection_changed(d);
         return;
     case TOOL_UNDO:
         undo(d, s);
@@ -187,7 +185,7 @@ void select_input(Widget w, Drawing* d, XEvent* event)
 
 void select_motion(Widget, Drawing* d, XEvent* event)
 {
-    if (!d || !d->selection || !event || !damage)
+    if (!d || !d->selection || !event)
         return;
     Selection* s = d->selection;
     Point p = event_point(event);

@@ -8,13 +8,13 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "app/app.h"
-#include "app/draw.h"
-#include "app/error_trap.h"
-#include "app/menus.h"
 #include "canvas/image_store.h"
 #include "canvas/undo.h"
 #include "colour/paste_colours.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
+#include "core/window_hooks.h"
+#include "core/error_trap.h"
 #include "tools/palettes.h"
 #include "tools/regions.h"
 #include "tools/tool_table.h"
@@ -52,12 +52,11 @@ unsigned short clamp_size(long v)
     return static_cast<unsigned short>(std::clamp(v, 0L, 16383L));
 }
 
-Region work_region(int i)
+// The region the selection's operations work in; not the one a motion
+// repaints (damage_region), which a drag uses beside it.
+Region work_region()
 {
-    static Region regions[2];
-    if (!regions[i])
-        regions[i] = XCreateRegion();
-    return regions[i];
+    return scratch_region(1);
 }
 
 void fill_and_refresh(Drawing* d, Region r)
@@ -209,7 +208,7 @@ void settle_and_drop(Drawing* d)
 void vacate_for(Drawing* d, Box target)
 {
     Selection* s = d->selection;
-    Region r = work_region(0);
+    Region r = work_region();
     box_difference(rect_box(s->origin), target, r);
     fill_and_refresh(d, r);
     box_difference(rect_box(s->current), target, r);
@@ -223,7 +222,7 @@ int apply_to_selection(Drawing* d, SelectionOp op)
         return 1;
     Selection* s = d->selection;
     stop_march(d);
-    Region r = work_region(0);
+    Region r = work_region();
     box_intersection(rect_box(s->current), rect_box(s->origin), r);
     fill_and_refresh(d, r);
     box_difference(rect_box(s->current), rect_box(s->origin), r);
@@ -231,7 +230,7 @@ int apply_to_selection(Drawing* d, SelectionOp op)
     int status = op(d, s);
     paint_selection(d, s->current.x, s->current.y);
     march(d);
-    update_selection_sensitivity(d);
+    tell_selection_changed(d);
     return status;
 }
 
@@ -271,7 +270,7 @@ int select_all(Drawing* d)
     set_rect(s->current, 0, 0, d->width, d->height);
     s->origin = s->current;
     march(d);
-    update_selection_sensitivity(d);
+    tell_selection_changed(d);
     return 0;
 }
 
@@ -286,7 +285,7 @@ int clear_selection(Drawing* d)
         Display* dpy = app().display;
         XFillRectangle(dpy, d->image, d->backgroundGC, s->origin.x, s->origin.y, s->origin.width,
                        s->origin.height);
-        Region r = work_region(0);
+        Region r = work_region();
         box_difference(rect_box(c), rect_box(s->origin), r);
         restore_region(d, r);
         // A selection moved away from its origin leaves that hole on
@@ -302,7 +301,7 @@ int clear_selection(Drawing* d)
     // both places back from it, as it does for a move.
     s->cleared[0] = taken[0];
     s->cleared[1] = taken[1];
-    update_selection_sensitivity(d);
+    tell_selection_changed(d);
     return 0;
 }
 
@@ -349,8 +348,8 @@ int paste_pixmap(Drawing* d, Pixmap source)
     march(d);
     // The paste is a fresh start like a press of the select tool: Undo
     // comes back at the next release.
-    set_undo_sensitive(d, false);
-    update_selection_sensitivity(d);
+    set_undo_available(d, false);
+    tell_selection_changed(d);
     return 0;
 }
 
@@ -362,4 +361,12 @@ int cmd_select_all(Drawing* d, XEvent*, Boolean)
 int cmd_clear(Drawing* d, XEvent*, Boolean)
 {
     return clear_selection(d);
+}
+
+void settle_selection(Drawing* d)
+{
+    // The select tool puts a lifted selection back into the picture (and
+    // drops it) when it is deselected.
+    if (d && d->selection && d->currentTool == TOOL_SELECT && d->activeArea)
+        send_tool_event(d, d->activeArea, TOOL_DESELECTED, TOOL_SELECT);
 }

@@ -64,5 +64,9 @@ int clear_selection(Drawing* d);
 // another depth.
 int paste_pixmap(Drawing* d, Pixmap source);
 
+// Paints a lifted selection back into the image (through the select tool's
+// deselection, which drops it) before a save or close.
+void settle_selection(Drawing* d);
+
 int cmd_select_all(Drawing* d, XEvent* event, Boolean set);
 int cmd_clear(Drawing* d, XEvent* event, Boolean set);

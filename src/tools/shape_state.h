@@ -22,23 +22,12 @@ ShapePictures& shape_pictures(int shape);
 // built-in filled icon.
 void record_shape_pictures(Widget toggle, int shape);
 
-// One drag of the rectangle or oval tool: from the press point to where
-// the outline was last drawn, and the region repainted at each motion.
-// The drawing and line width of the drag are kept for its undo: the width
-// may have changed since, and the drag may belong to another drawing.
-struct ShapeDrag {
-    Point start{}, end{};
-    Region damage = nullptr;
-    Drawing* owner = nullptr;
-    int width = 0;
-};
-
-// The input handler both shape tools share: palette events, commit at the
-// press, and an undo that restores only the last shape's grown box.
-// `filled` is the tool's DrawFilled flag in the drawing.
-void shape_input(Widget w, Drawing* d, XEvent* event, int tool, int shape, int* filled, ShapeDrag& drag);
+// The input handler both shape tools share: palette events, the drag's
+// start (the input layer has committed the image), and an undo that
+// restores only the last shape's box, grown by the line width it was drawn
+// with. `filled` is the tool's DrawFilled flag in the drawing.
+void shape_input(Widget w, Drawing* d, XEvent* event, int tool, int shape, int* filled);
 
 // Where a motion of the drag puts the shape's far corner: the pointer, or
-// with Shift the corner of a square. Also makes the drag's damage region
-// on first use.
-Point shape_drag_point(ShapeDrag& drag, XEvent* event);
+// with Shift the corner of a square.
+Point shape_drag_point(Drawing* d, XEvent* event);

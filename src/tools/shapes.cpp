@@ -4,11 +4,12 @@
 
 #include <Xm/Xm.h>
 
-#include "app/app.h"
-#include "app/draw.h"
 #include "canvas/image_store.h"
 #include "canvas/undo.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
 #include "tools/shape_state.h"
+#include "tools/stroke.h"
 #include "tools/tool_handlers.h"
 #include "tools/tool_table.h"
 
@@ -63,41 +64,30 @@ void record_shape_pictures(Widget toggle, int shape)
     }
 }
 
-void shape_input(Widget w, Drawing* d, XEvent* event, int tool, int shape, int* filled, ShapeDrag& drag)
+void shape_input(Widget w, Drawing* d, XEvent* event, int tool, int shape, int* filled)
 {
     if (event->type == TOOL_CREATED) {
         *filled = 0;
         palette_event(w, d, event, tool);
         record_shape_pictures(w, shape);
-        if (!drag.damage)
-            drag.damage = XCreateRegion();
         return;
     }
     if (palette_event(w, d, event, tool))
         return;
     switch (event->type) {
-    case ButtonPress:
-        commit(d);
-        drag.start = drag.end = event_point(event);
-        drag.owner = d;
-        drag.width = static_cast<int>(d->lineWidth);
+    case ButtonPress: {
+        ToolStroke& s = stroke_of(d);
+        s.start = s.last = event_point(event);
+        s.width = static_cast<int>(d->lineWidth);
         break;
-    case ButtonRelease:
-        set_undo_sensitive(d, true);
-        break;
+    }
     case TOOL_UNDO: {
-        // The drag kept is another drawing's when this drawing's shape was
-        // followed by one elsewhere; savedImage still holds this drawing
-        // as it was at its press, so all of it goes back.
-        if (drag.owner != d) {
-            undo_whole_image(d);
-            break;
-        }
         // Only the last shape's area goes back, not the whole image.
-        Box b = grow_box(box_of(drag.start, drag.end), drag.width);
+        const ToolStroke& s = stroke_of(d);
+        Box b = grow_box(box_of(s.start, s.last), s.width);
         restore_rect(d, b.x, b.y, b.width, b.height);
         refresh_rect(d, b.x, b.y, b.width, b.height);
-        set_undo_sensitive(d, false);
+        set_undo_available(d, false);
         break;
     }
     default:
@@ -132,12 +122,10 @@ int cmd_draw_filled(Drawing* d, XEvent* event, Boolean set)
     return 0;
 }
 
-Point shape_drag_point(ShapeDrag& drag, XEvent* event)
+Point shape_drag_point(Drawing* d, XEvent* event)
 {
-    if (!drag.damage)
-        drag.damage = XCreateRegion();
     Point p = event_point(event);
     if (event_state(event) & ShiftMask)
-        p = constrain_square(drag.start, p);
+        p = constrain_square(stroke_of(d).start, p);
     return p;
 }

@@ -13,12 +13,12 @@
 #include <algorithm>
 #include <cctype>
 #include <climits>
+#include <string>
 
-#include "app/app.h"
-#include "app/draw.h"
 #include "canvas/image_store.h"
 #include "canvas/undo.h"
-#include "fonts/font_dialog.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
 #include "fonts/font_names.h"
 #include "tools/geometry.h"
 #include "tools/tool_handlers.h"
@@ -60,6 +60,10 @@ struct TextSlot {
     TextRecord* record;
 };
 TextSlot slots[MAX_DRAWINGS];
+
+// The font chooser's font, which a drawing's text takes when it (re)opens;
+// empty before the chooser first loads one.
+std::string chosenFont;
 
 TextRecord* record_of(Drawing* d)
 {
@@ -328,7 +332,7 @@ void text_input(Widget w, Drawing* d, XEvent* event)
             XmProcessTraversal(area, XmTRAVERSE_CURRENT);
         hide_caret(d, t);
         commit(d);
-        set_undo_sensitive(d, false);
+        set_undo_available(d, false);
         t->active = true;
         Point p = event_point(event);
         start_text(d, t, p.x, p.y);
@@ -340,7 +344,7 @@ void text_input(Widget w, Drawing* d, XEvent* event)
         if (!t->active || !t->font)
             break;
         type_key(d, t, &event->xkey);
-        set_undo_sensitive(d, true);
+        set_undo_available(d, true);
         break;
     case TOOL_UNDO:
         if (!t->active)
@@ -402,6 +406,11 @@ void text_reset(Drawing* d)
     t->active = false;
     t->caretShown = false;
     t->caretX = -1;
-    if (const char* chosen = current_font_choice().name)
-        text_set_font(d, chosen);
+    if (!chosenFont.empty())
+        text_set_font(d, chosenFont.c_str());
+}
+
+void set_chosen_text_font(const char* fontName)
+{
+    chosenFont = fontName ? fontName : "";
 }

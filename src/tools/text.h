@@ -19,6 +19,10 @@ XFontStruct* text_font(Drawing* d);
 // the next key typed shows it again.
 void text_hide_caret(Drawing* d);
 
+// Records the font the font chooser holds: every drawing that opens from
+// now on types in it (text_reset).
+void set_chosen_text_font(const char* fontName);
+
 // Readies the text of a drawing that (re)opens in its record: no text and
 // no caret carried over from the picture that had the record before, and
 // the font chosen in the font chooser, like every other open drawing.

@@ -6,7 +6,7 @@
 
 #include <array>
 
-#include "app/app.h"
+#include "core/app_state.h"
 #include "tools/tool_handlers.h"
 #include "tools/tool_table.h"
 

@@ -2,26 +2,33 @@
 // events. Adding a tool means one row here and one unit of its own.
 #include "tools/tool_table.h"
 
-#include "app/app.h"
-#include "app/cursors.h"
-#include "app/draw.h"
 #include "canvas/undo.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
+#include "core/window_hooks.h"
 #include "tools/geometry.h"
 #include "tools/tool_handlers.h"
 
 const ToolRow toolTable[] = {
-    // input           motion          cursor            reserved  name       icon
-    {select_input,     select_motion,  CURSOR_CROSSHAIR, 0,        "select",  &toolIcons[TOOL_SELECT]},
-    {line_input,       line_motion,    CURSOR_CROSSHAIR, 0,        "line",    &toolIcons[TOOL_LINE]},
-    {pencil_input,     pencil_motion,  CURSOR_PENCIL,    0,        "pencil",  &toolIcons[TOOL_PENCIL]},
-    {fill_input,       nullptr,        CURSOR_BUCKET,    0,        "fill",    &toolIcons[TOOL_FILL]},
-    {eraser_input,     eraser_motion,  CURSOR_ERASER,    0,        "eraser",  &toolIcons[TOOL_ERASER]},
-    {text_input,       nullptr,        CURSOR_TEXT,      0,        "alpha",   &toolIcons[TOOL_ALPHA]},
-    {rect_input,       rect_motion,    CURSOR_CROSSHAIR, 0,        "rect",    &toolIcons[TOOL_RECT]},
-    {oval_input,       oval_motion,    CURSOR_CROSSHAIR, 0,        "oval",    &toolIcons[TOOL_OVAL]},
-    {hotspot_input,    nullptr,        CURSOR_CROSSHAIR, 0,        "hotspot", &toolIcons[TOOL_HOTSPOT]},
+    // input        motion         cursor            reserved name       icon                      undo captured                undone
+    {select_input,  select_motion, CURSOR_CROSSHAIR, 0,       "select",  &toolIcons[TOOL_SELECT],  UndoCapture::ByTool,        UndoRestore::ByTool},
+    {line_input,    line_motion,   CURSOR_CROSSHAIR, 0,       "line",    &toolIcons[TOOL_LINE],    UndoCapture::Commit,        UndoRestore::WholeImage},
+    {pencil_input,  pencil_motion, CURSOR_PENCIL,    0,       "pencil",  &toolIcons[TOOL_PENCIL],  UndoCapture::Commit,        UndoRestore::WholeImage},
+    {fill_input,    nullptr,       CURSOR_BUCKET,    0,       "fill",    &toolIcons[TOOL_FILL],    UndoCapture::CommitOnImage, UndoRestore::WholeImage},
+    {eraser_input,  eraser_motion, CURSOR_ERASER,    0,       "eraser",  &toolIcons[TOOL_ERASER],  UndoCapture::Commit,        UndoRestore::WholeImage},
+    {text_input,    nullptr,       CURSOR_TEXT,      0,       "alpha",   &toolIcons[TOOL_ALPHA],   UndoCapture::ByTool,        UndoRestore::ByTool},
+    {rect_input,    rect_motion,   CURSOR_CROSSHAIR, 0,       "rect",    &toolIcons[TOOL_RECT],    UndoCapture::Commit,        UndoRestore::ByTool},
+    {oval_input,    oval_motion,   CURSOR_CROSSHAIR, 0,       "oval",    &toolIcons[TOOL_OVAL],    UndoCapture::Commit,        UndoRestore::ByTool},
+    {hotspot_input, nullptr,       CURSOR_CROSSHAIR, 0,       "hotspot", &toolIcons[TOOL_HOTSPOT], UndoCapture::OnImage,       UndoRestore::ByTool},
 };
 const int toolCount = sizeof toolTable / sizeof toolTable[0];
+
+const ToolRow* current_tool_row(const Drawing* d)
+{
+    if (!d || d->currentTool < 0 || d->currentTool >= toolCount)
+        return nullptr;
+    return &toolTable[d->currentTool];
+}
 
 void send_tool_event(Drawing* d, Widget w, int type, int tool)
 {
@@ -45,10 +52,10 @@ bool palette_event(Widget w, Drawing* d, XEvent* event, int tool)
             set_tool_picture(w, tool);
         return true;
     case TOOL_SELECTED:
-        set_cursor(d, toolTable[tool].cursor);
+        tell_cursor(d, toolTable[tool].cursor);
         return true;
     case TOOL_DESELECTED:
-        set_undo_sensitive(d, false);
+        set_undo_available(d, false);
         return true;
     default:
         return false;

@@ -29,6 +29,23 @@ struct ToolIcon {
     const unsigned char* bits;   // XBM order
 };
 
+// How a stroke is made undoable, by the input layer before the tool sees
+// its press, so that every tool that changes the image at a press captures
+// undo the same way and at the same moment.
+enum class UndoCapture : unsigned char {
+    ByTool,          // the tool captures undo itself (select, text)
+    Commit,          // every press commits the image; its release offers undo
+    CommitOnImage,   // the same, but a press beside the image changes nothing
+    OnImage,         // a press on the image offers undo at its release; the
+                     // tool keeps what it changes itself (the hotspot)
+};
+
+// How Undo takes a stroke back.
+enum class UndoRestore : unsigned char {
+    ByTool,       // the tool's handler gets TOOL_UNDO
+    WholeImage,   // the whole image comes back as it was at the press
+};
+
 struct ToolRow {
     ToolHandler input;
     ToolHandler motion;
@@ -36,10 +53,15 @@ struct ToolRow {
     int reserved;
     const char* name;
     const ToolIcon* icon;
+    UndoCapture capture;
+    UndoRestore restore;
 };
 
 extern const ToolRow toolTable[];
 extern const int toolCount;   // 9
+
+// The drawing's current tool's row, or null.
+const ToolRow* current_tool_row(const Drawing* d);
 
 // Sends a synthetic tool event (2000..2003) to the drawing's current tool,
 // or to tool `tool` when it is not negative.

@@ -46,31 +46,26 @@ void check_list(const char* data, size_t n, size_t limit)
 {
     std::vector<std::string> want = strings_of(data, n);
     HostFiles all = split_host_files(data, n);
-    if (static_cast<size_t>(all.count) != want.size())
-        fail("strings in a list", all.count, static_cast<long>(want.size()));
-    for (int i = 0; i < all.count; i++)
-        if (want[static_cast<size_t>(i)] != all.names[i])
-            fail("a string of a list", i);
+    if (all.size() != want.size())
+        fail("strings in a list", static_cast<long>(all.size()), static_cast<long>(want.size()));
+    for (size_t i = 0; i < all.size(); i++)
+        if (want[i] != all[i])
+            fail("a string of a list", static_cast<long>(i));
     HostFiles some = split_host_files(data, n, limit);
-    if (static_cast<size_t>(some.count) != std::min(limit, want.size()))
-        fail("strings kept under a limit", some.count, static_cast<long>(limit));
-    for (int i = 0; i < some.count; i++)
-        if (std::strcmp(some.names[i], all.names[i]) != 0)
-            fail("a string kept under a limit", i);
-    if (all.count > 0) {
-        size_t length = 0;
-        char* joined = join_host_files(all.names[0], all.names + 1, all.count - 1, &length);
+    if (some.size() != std::min(limit, want.size()))
+        fail("strings kept under a limit", static_cast<long>(some.size()), static_cast<long>(limit));
+    for (size_t i = 0; i < some.size(); i++)
+        if (some[i] != all[i])
+            fail("a string kept under a limit", static_cast<long>(i));
+    if (!all.empty()) {
+        std::string joined = join_host_files(all[0], HostFiles(all.begin() + 1, all.end()));
+        size_t length = joined.size();
         size_t end = 0;
         for (const std::string& s : want)
             end += s.size() + 1;
-        if (length != end || std::memcmp(joined, data, end) != 0 || joined[length] != '\0')
+        if (length != end || std::memcmp(joined.data(), data, end) != 0 || joined.c_str()[length] != '\0')
             fail("a list joined again", static_cast<long>(length), static_cast<long>(end));
-        std::free(joined);
     }
-    free_host_files(&some);
-    free_host_files(&all);
-    if (all.names || all.count)
-        fail("a freed list keeps its strings");
 }
 
 void check_name(DropKind kind, const char* data, size_t n)

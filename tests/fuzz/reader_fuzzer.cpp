@@ -19,9 +19,9 @@
 #include <string>
 #include <vector>
 
-#include "app/app.h"
-#include "app/message.h"
 #include "app/startup.h"
+#include "core/app_state.h"
+#include "core/message.h"
 #include "files/image_header.h"
 #include "files/image_io.h"
 

@@ -60,7 +60,7 @@ TEST_F(CopyFile, ReplacesTargetAndKeepsItsMode)
     write_text(src, big);
     write_text(dst, "old");
     chmod(dst.c_str(), 0640);
-    ASSERT_EQ(copy_file(src.c_str(), dst.c_str()), 1);
+    ASSERT_EQ(copy_file(src.c_str(), dst.c_str()), 0);
     EXPECT_EQ(read_text(dst), big);
     struct stat st {};
     stat(dst.c_str(), &st);
@@ -70,7 +70,7 @@ TEST_F(CopyFile, ReplacesTargetAndKeepsItsMode)
     std::string link = path + "/link";
     ASSERT_EQ(symlink(dst.c_str(), link.c_str()), 0);
     write_text(src, "new");
-    ASSERT_EQ(copy_file(src.c_str(), link.c_str()), 1);
+    ASSERT_EQ(copy_file(src.c_str(), link.c_str()), 0);
     EXPECT_EQ(read_text(dst), "new");
     lstat(link.c_str(), &st);
     EXPECT_TRUE(S_ISLNK(st.st_mode));
@@ -91,11 +91,11 @@ TEST_F(CopyFile, FailureLeavesTargetIntact)
         {path, dst, "a directory is no source"},              {src, "", "no target"},
     };
     for (const auto& c : cases) {
-        EXPECT_EQ(copy_file(c.from.c_str(), c.to.c_str()), 0) << c.what;
+        EXPECT_EQ(copy_file(c.from.c_str(), c.to.c_str()), 1) << c.what;
         EXPECT_EQ(read_text(dst), "old contents") << c.what;
     }
     EXPECT_EQ(entries(dir), 1) << "nothing left beside the target";
-    EXPECT_EQ(copy_file(src.c_str(), dst.c_str()), 1);
+    EXPECT_EQ(copy_file(src.c_str(), dst.c_str()), 0);
     EXPECT_EQ(entries("/proc/self/fd"), openFiles);
 }
 
@@ -113,7 +113,7 @@ TEST_F(CopyFile, UnwritablePlaceIsRefused)
     EXPECT_TRUE(can_replace(dst.c_str()));
     if (root) {
         ASSERT_EQ(mount(dst.c_str(), dst.c_str(), nullptr, MS_BIND, nullptr), 0);
-        EXPECT_EQ(copy_file(src.c_str(), dst.c_str()), 0) << "a mount point cannot be renamed over";
+        EXPECT_EQ(copy_file(src.c_str(), dst.c_str()), 1) << "a mount point cannot be renamed over";
         EXPECT_EQ(read_text(dst), "old");
         umount2(dst.c_str(), MNT_DETACH);
         ASSERT_EQ(mount("tmpfs", dir.c_str(), "tmpfs", MS_REMOUNT | MS_RDONLY, "size=64k"), 0);
@@ -121,7 +121,7 @@ TEST_F(CopyFile, UnwritablePlaceIsRefused)
         chmod(dir.c_str(), 0500);
     }
     EXPECT_FALSE(can_replace(dst.c_str()));
-    EXPECT_EQ(copy_file(src.c_str(), dst.c_str()), 0);
+    EXPECT_EQ(copy_file(src.c_str(), dst.c_str()), 1);
     EXPECT_EQ(read_text(dst), "old");
     EXPECT_EQ(entries(dir), 1) << "no temporary file beside the target";
     chmod(dir.c_str(), 0700);
@@ -139,7 +139,7 @@ TEST_F(CopyFile, FullDiskLeavesTargetIntact)
     write_text(dst, "old contents");
     for (bool inPlace : {false, true}) {
         ASSERT_TRUE(!inPlace || mount(dst.c_str(), dst.c_str(), nullptr, MS_BIND, nullptr) == 0);
-        EXPECT_EQ(copy_file(src.c_str(), dst.c_str()), 0) << inPlace;
+        EXPECT_EQ(copy_file(src.c_str(), dst.c_str()), 1) << inPlace;
         EXPECT_EQ(read_text(dst), "old contents") << inPlace;
         if (inPlace)
             umount2(dst.c_str(), MNT_DETACH);
@@ -156,7 +156,7 @@ TEST_F(CopyFile, KilledAtAnyMomentLeavesOldOrNew)
     write_text(src, fresh);
     write_text(dst, old);
     auto start = std::chrono::steady_clock::now();
-    ASSERT_EQ(copy_file(src.c_str(), dst.c_str()), 1);
+    ASSERT_EQ(copy_file(src.c_str(), dst.c_str()), 0);
     long span = std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - start).count();
     std::mt19937 rng(11);
     int olds = 0, news = 0;
@@ -176,7 +176,7 @@ TEST_F(CopyFile, KilledAtAnyMomentLeavesOldOrNew)
     }
     std::cout << "killed copies left the old file " << olds << " times, the new one " << news << " times\n";
     write_text(dst, old);
-    ASSERT_EQ(copy_file(src.c_str(), dst.c_str()), 1);
+    ASSERT_EQ(copy_file(src.c_str(), dst.c_str()), 0);
     EXPECT_EQ(entries(dir), 1) << "the killed copies' files are swept away";
 }
 

@@ -12,10 +12,7 @@ using Strings = std::vector<std::string>;
 
 static Strings split(const std::string& bytes, size_t limit = static_cast<size_t>(-1))
 {
-    HostFiles list = split_host_files(bytes.data(), bytes.size(), limit);
-    Strings out(list.names, list.names + list.count);
-    free_host_files(&list);
-    return out;
+    return split_host_files(bytes.data(), bytes.size(), limit);
 }
 
 // One string per NUL within the length, host first; an unterminated tail is not a name; the limit bounds the work.
@@ -28,15 +25,14 @@ TEST(DropData, SplitAndJoin)
     EXPECT_EQ(split("\0\0"s), (Strings{"", ""}));
     EXPECT_EQ(split("h\0x\0y\0"s.substr(0, 3)), (Strings{"h"})) << "only the first n bytes count";
     EXPECT_EQ(split(std::string(1 << 20, '\0'), 2).size(), 2u);
-    EXPECT_EQ(split_host_files(nullptr, 100).count, 0);
+    EXPECT_EQ(split_host_files(nullptr, 100).size(), 0u);
 
-    const char* files[] = {"/tmp/one.xpm", "", "/tmp/three two.xbm"};
-    size_t length = 0;
-    char* joined = join_host_files("myhost", files, 3, &length);
+    const Strings files = {"/tmp/one.xpm", "", "/tmp/three two.xbm"};
+    std::string joined = join_host_files("myhost", files);
+    size_t length = joined.size();
     EXPECT_EQ(length, 7u + 13 + 1 + 19);
-    EXPECT_EQ(joined[length], '\0') << "the extra NUL after the list";
-    EXPECT_EQ(split(std::string(joined, length)), (Strings{"myhost", files[0], "", files[2]}));
-    free(joined);
+    EXPECT_EQ(joined.c_str()[length], '\0') << "the extra NUL after the list";
+    EXPECT_EQ(split(joined), (Strings{"myhost", files[0], "", files[2]}));
     EXPECT_LE(local_host_name().size(), 50u);
 }
 

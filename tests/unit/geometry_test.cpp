@@ -42,8 +42,10 @@ TEST(Geometry, BoxesGrowAndClip)
 // The drag constraint waits for more than 5 window pixels and tests the vertical move first.
 TEST(Geometry, DragConstraint)
 {
-    const struct { int x, y, want; } cases[] = {
-        {105, 105, 0}, {106, 102, 1}, {94, 100, 1}, {101, 106, 2}, {120, 106, 2}, {100, 94, 2}};
+    constexpr DragConstraint unheld = DragConstraint::Free, across = DragConstraint::Horizontal,
+                             down = DragConstraint::Vertical;
+    const struct { int x, y; DragConstraint want; } cases[] = {
+        {105, 105, unheld}, {106, 102, across}, {94, 100, across}, {101, 106, down}, {120, 106, down}, {100, 94, down}};
     for (const auto& c : cases)
         EXPECT_EQ(drag_constraint(100, 100, c.x, c.y), c.want) << c.x << "," << c.y;
 }

@@ -2,7 +2,7 @@
 // have, nor may "%ls" (a wide string) or a width asking for gigabytes of text.
 #include <gtest/gtest.h>
 
-#include "app/safe_format.h"
+#include "core/safe_format.h"
 
 TEST(SafeFormat, MatchingFormatsAreUsedAndWrongOnesFallBack)
 {

@@ -6,9 +6,9 @@
 #include <set>
 
 #include "app/logo_data.h"
-#include "app/placement.h"
-#include "app/titles.h"
 #include "colour/pixmap_name.h"
+#include "core/placement.h"
+#include "core/titles.h"
 
 // Null, empty and Motif's "unspecified_pixmap" mean no picture; directories the search path's syntax cannot carry
 // are left out rather than breaking the path.

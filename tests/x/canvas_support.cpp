@@ -10,6 +10,7 @@
 #include <chrono>
 #include <sstream>
 
+#include "app/commands.h"
 #include "app/menus.h"
 #include "canvas/image_store.h"
 #include "canvas/input.h"
@@ -190,6 +191,8 @@ bool item_sensitive(Drawing* d, int command)
     Widget w = menu_item(d, command);
     return w && XtIsSensitive(w);
 }
+
+bool undo_sensitive(Drawing* d) { return item_sensitive(d, CMD_UNDO); }
 
 static unsigned long gc_foreground(GC gc)
 {

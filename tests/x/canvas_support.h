@@ -11,14 +11,12 @@
 #include <string>
 #include <vector>
 
+#include "core/x_owned.h"
+
 struct Drawing;
 
 struct ImagePoint { int x, y; };
 
-struct ImageDeleter {
-    void operator()(XImage* im) const { XDestroyImage(im); }
-};
-using ImagePtr = std::unique_ptr<XImage, ImageDeleter>;
 
 // Calls the active area's input callback (press, release) or motion handler directly, at window coordinates.
 void area_button(Drawing* d, int type, unsigned button, int wx, int wy, unsigned state = 0);
@@ -74,3 +72,5 @@ public:
 
 // Whether the drawing's menu item of the command exists and is sensitive.
 bool item_sensitive(Drawing* d, int command);
+// Whether Edit > Undo is sensitive, as the user sees it.
+bool undo_sensitive(Drawing* d);

@@ -170,7 +170,7 @@ TEST(Canvas, ShiftPressDetectsDragConstraint)
     post_pointer(w, MotionNotify, 0, 14, 30, Button1Mask | ShiftMask);
     XSync(app().display, False);
     area_button(d, ButtonPress, Button1, 10, 10, ShiftMask);
-    ASSERT_EQ(d->constraint, 2);
+    ASSERT_EQ(d->constraint, DragConstraint::Vertical);
     pump();
     area_button(d, ButtonRelease, Button1, 14, 30, Button1Mask);
     pump();
@@ -181,7 +181,7 @@ TEST(Canvas, ShiftPressDetectsDragConstraint)
     post_pointer(w, ButtonRelease, Button1, 23, 23, Button1Mask | ShiftMask);
     XSync(app().display, False);
     area_button(d, ButtonPress, Button1, 20, 20, ShiftMask);
-    EXPECT_EQ(d->constraint, 0) << "released before deciding";
+    EXPECT_EQ(d->constraint, DragConstraint::Free) << "released before deciding";
     pump();
 }
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "app/message.h"
+#include "core/message.h"
 #include "dropin/drop_data.h"
 #include "dropin/dropin.h"
 #include "files_support.h"
@@ -92,11 +92,7 @@ struct Peer {
 
 std::string host_and_files(std::vector<const char*> files)
 {
-    size_t length = 0;
-    char* joined = join_host_files("somehost", files.data(), static_cast<int>(files.size()), &length);
-    std::string bytes(joined, length);
-    free(joined);
-    return bytes;
+    return join_host_files("somehost", std::vector<std::string>(files.begin(), files.end()));
 }
 
 bool error_shown() { return message_dialog(0) && XtIsManaged(message_dialog(0)); }

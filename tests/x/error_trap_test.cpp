@@ -1,9 +1,15 @@
 // Requests that fail under a trap are recorded, not fatal; a nested trap keeps
-// its errors to itself and leaves the enclosing trap's to it.
+// its errors to itself and leaves the enclosing trap's to it; a reporting trap
+// says what failed.
 #include "x_env.h"
 
-#include "app/app.h"
-#include "app/error_trap.h"
+#include <unistd.h>
+
+#include <cstdio>
+#include <string>
+
+#include "core/app_state.h"
+#include "core/error_trap.h"
 
 TEST(ErrorTrap, RecordsNestsAndSeesVanishedPixmaps)
 {
@@ -24,4 +30,67 @@ TEST(ErrorTrap, RecordsNestsAndSeesVanishedPixmaps)
         EXPECT_EQ(inner.error(), BadColor);
     }
     EXPECT_EQ(outer.error(), BadPixmap);
+}
+
+namespace {
+
+// What `run` writes on standard error.
+template <typename F>
+std::string stderr_of(F run)
+{
+    std::fflush(stderr);
+    int saved = dup(2);
+    FILE* capture = std::tmpfile();
+    dup2(fileno(capture), 2);
+    run();
+    std::fflush(stderr);
+    dup2(saved, 2);
+    close(saved);
+    std::string text;
+    std::rewind(capture);
+    for (int c; (c = std::fgetc(capture)) != EOF;)
+        text += static_cast<char>(c);
+    std::fclose(capture);
+    return text;
+}
+
+size_t count_of(const std::string& text, const std::string& what)
+{
+    size_t n = 0;
+    for (size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + 1))
+        n++;
+    return n;
+}
+
+}  // namespace
+
+// A reporting trap prints each error with its request, but not again while the same error repeats (a drop site's
+// window that went away fails every request of the exchange); a silent trap prints nothing. Both record.
+TEST(ErrorTrap, ReportsEachErrorOnceInARow)
+{
+    Display* dpy = app().display;
+    Pixmap p = XCreatePixmap(dpy, app().root, 1, 1, 8);
+    XFreePixmap(dpy, p);
+    int recorded = 0;
+    std::string reported = stderr_of([&] {
+        ErrorTrap trap(dpy, ErrorTrap::Report::ReportOnce);
+        XFreePixmap(dpy, p);
+        XFreePixmap(dpy, p);
+        XFreeColormap(dpy, p);
+        XFreePixmap(dpy, p);
+        recorded = trap.error();
+    });
+    EXPECT_EQ(recorded, BadPixmap);
+    EXPECT_EQ(count_of(reported, "*** Error: "), 3u) << reported;
+    EXPECT_EQ(count_of(reported, "*** Error: BadPixmap"), 2u) << reported;
+    EXPECT_EQ(count_of(reported, "    Request Major Code 54  X_FreePixmap\n"), 2u) << reported;
+    EXPECT_EQ(count_of(reported, "    Request Major Code 79  X_FreeColormap\n"), 1u) << reported;
+
+    std::string silent = stderr_of([&] {
+        ErrorTrap trap(dpy);
+        XFreePixmap(dpy, p);
+        recorded = trap.error();
+    });
+    EXPECT_EQ(recorded, BadPixmap);
+    EXPECT_EQ(silent, "");
 }

@@ -10,13 +10,14 @@
 #include <cstdlib>
 
 #include "app/commands.h"
-#include "app/message.h"
-#include "app/window_place.h"
-#include "files/file_dialog.h"
-#include "files/new_close.h"
-#include "files/open_save.h"
+#include "core/message.h"
+#include "core/window_place.h"
+#include "app/file_dialog.h"
+#include "app/new_close.h"
+#include "app/open_save.h"
 #include "files_support.h"
 #include "x_env.h"
+#include "files/read_status.h"
 
 using namespace filetest;
 

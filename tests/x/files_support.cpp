@@ -13,11 +13,11 @@
 #include <Xm/FileSB.h>
 #include <Xm/Text.h>
 
-#include "app/app.h"
 #include "app/commands.h"
-#include "app/draw.h"
-#include "files/file_dialog.h"
-#include "files/open_save.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
+#include "app/file_dialog.h"
+#include "app/open_save.h"
 
 namespace filetest {
 

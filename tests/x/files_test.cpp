@@ -7,16 +7,19 @@
 #include <unistd.h>
 
 #include <fstream>
+#include <map>
 #include <set>
 
-#include "app/message.h"
 #include "colour/color_list.h"
+#include "core/message.h"
 #include "files/image_header.h"
 #include "files/image_io.h"
-#include "files/new_close.h"
-#include "files/open_save.h"
+#include "app/new_close.h"
+#include "app/open_save.h"
 #include "files_support.h"
 #include "x_env.h"
+#include "files/read_status.h"
+#include "files/write_drawing.h"
 
 using namespace filetest;
 
@@ -206,6 +209,38 @@ TEST(FilesRead, TwoToHundredColoursRoundTrip)
     Drawing* d = open_drawing(dir.file("same.xpm", xpm_text(same)));
     expect_drawing_matches(d, same);
     EXPECT_NE(d->xpmAttributes->pixels[0], d->xpmAttributes->pixels[1]) << "one RGB, two colours, two cells";
+}
+
+// Every colour whose cell is the transparent pixel is written under the key "None", not only the colour list's
+// anchor: the black-and-white mapping given to the drawing's transparent colour lands on the file's transparent
+// colour.
+TEST(FilesWrite, TransparentCellsAreWrittenAsNone)
+{
+    ScratchDir dir;
+    TestXpm x{.width = 3, .height = 1, .colours = {{"None", ""}, {"#102030", "black"}, {"#F0E0D0", "white"}},
+              .pixels = {0, 1, 2}};
+    Drawing* d = open_drawing(dir.file("in.xpm", xpm_text(x)));
+    ASSERT_NE(d, nullptr);
+    ColorList* list = color_list_of(d);
+    ASSERT_NE(list, nullptr);
+    ColorEntry* transparent = list->anchor->next;
+    ASSERT_TRUE(transparent && transparent->pixel == list->transparentPixel);
+    transparent->mapsTo = app().whitePixel;   // as the colour editor's White sample sets it
+
+    std::string target = dir.path("out.xpm");
+    ASSERT_EQ(write_drawing(d, target.c_str(), false), 0);
+    XpmImage image{};
+    ASSERT_EQ(XpmReadFileToXpmImage(const_cast<char*>(target.c_str()), &image, nullptr), XpmSuccess);
+    std::map<std::string, std::string> monoOf;
+    for (unsigned i = 0; i < image.ncolors; i++) {
+        const XpmColor& c = image.colorTable[i];
+        std::string key = c.c_color ? c.c_color : "";
+        monoOf[key == "None" ? key : std::to_string(rgb_of_spec(key))] = c.m_color ? c.m_color : "";
+    }
+    XpmFreeXpmImage(&image);
+    EXPECT_EQ(monoOf["None"], "white") << "the transparent colour's own mapping";
+    EXPECT_EQ(monoOf[std::to_string(rgb_of_spec("#102030"))], "black");
+    EXPECT_EQ(monoOf[std::to_string(rgb_of_spec("#F0E0D0"))], "white");
 }
 
 // A compressed XPM is read through libXpm's own decompression (also behind its name without ".gz"), and saved

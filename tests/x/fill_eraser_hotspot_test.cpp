@@ -14,9 +14,10 @@
 #include "files_support.h"
 #include "canvas/input.h"
 #include "canvas/undo.h"
-#include "files/open_save.h"
+#include "app/open_save.h"
 #include "tools/palettes.h"
 #include "tools/tool_table.h"
+#include "files/write_drawing.h"
 
 // A click fills the 4-connected area (a corner-touching wall holds); Control fills everywhere; button 2 a pattern.
 TEST(Fill, ConnectedAreaControlEverywhereAndPattern)

@@ -4,8 +4,8 @@
 
 #include <Xm/Xm.h>
 
-#include "app/message.h"
 #include "app/startup.h"
+#include "core/message.h"
 
 #include <string>
 

@@ -16,8 +16,8 @@
 #include <set>
 
 #include "app/commands.h"
-#include "files/file_dialog.h"
-#include "files/open_save.h"
+#include "app/file_dialog.h"
+#include "app/open_save.h"
 #include "files_support.h"
 
 using namespace filetest;

@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "canvas/image_store.h"
-#include "files/new_close.h"
+#include "app/new_close.h"
 #include "files_support.h"
 
 namespace {

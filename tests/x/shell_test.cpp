@@ -8,11 +8,11 @@
 #include <string>
 
 #include "app/cursors.h"
-#include "app/message.h"
 #include "app/status.h"
 #include "colour/converters.h"
-#include "help/help_menu.h"
+#include "core/message.h"
 #include "files_support.h"
+#include "help/help_menu.h"
 #include "x_env.h"
 
 using namespace filetest;

@@ -10,16 +10,17 @@
 #include <cstring>
 
 #include "app/commands.h"
-#include "app/message.h"
 #include "canvas/input.h"
 #include "canvas/undo.h"
-#include "files/open_save.h"
+#include "core/message.h"
+#include "app/open_save.h"
 #include "files_support.h"
 #include "fonts/font_dialog.h"
 #include "fonts/font_names.h"
 #include "tools/palettes.h"
 #include "tools/text.h"
 #include "tools/tool_table.h"
+#include "files/write_drawing.h"
 
 namespace {
 

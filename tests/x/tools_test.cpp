@@ -194,3 +194,26 @@ TEST(Tools, ShapeUndoTakesBackTheWholeShape)
     EXPECT_EQ(pixels_are(a, blank, all), "") << "oval undone after one in another drawing";
     EXPECT_NE(image_pixel(b, 50, 40), blank) << "the other drawing keeps its oval";
 }
+
+// There is one level of undo: once Undo has taken a stroke back, Edit > Undo is insensitive, whichever tool made it.
+TEST(Tools, UndoLeavesNothingToUndo)
+{
+    Drawing* d = actual_size_drawing(40, 40);
+    auto check = [&](int tool, const std::function<void()>& strokeOf) {
+        select_tool(d, tool);
+        pump();
+        strokeOf();
+        ASSERT_TRUE(undo_sensitive(d)) << toolTable[tool].name << ": a stroke offers undo";
+        run_command(d, CMD_UNDO, nullptr, False);
+        pump();
+        EXPECT_FALSE(undo_sensitive(d)) << toolTable[tool].name << ": nothing is left to undo";
+    };
+    check(TOOL_PENCIL, [&] { stroke(d, Button1, {{2, 2}, {8, 8}}); });
+    check(TOOL_LINE, [&] { stroke(d, Button1, {{2, 2}, {20, 8}}); });
+    check(TOOL_ERASER, [&] { stroke(d, Button1, {{2, 2}, {8, 20}}); });
+    check(TOOL_FILL, [&] { stroke(d, Button1, {{5, 5}}); });
+    check(TOOL_RECT, [&] { stroke(d, Button1, {{2, 2}, {12, 12}}); });
+    check(TOOL_OVAL, [&] { stroke(d, Button1, {{2, 2}, {12, 12}}); });
+    check(TOOL_HOTSPOT, [&] { stroke(d, Button1, {{4, 4}}); });
+    check(TOOL_SELECT, [&] { stroke(d, Button1, {{1, 1}, {9, 9}}); });
+}

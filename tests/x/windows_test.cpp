@@ -4,10 +4,10 @@
 
 #include "app/commands.h"
 #include "app/menus.h"
-#include "app/window_place.h"
 #include "colour/color_editor.h"
 #include "colour/color_list.h"
-#include "files/new_close.h"
+#include "core/window_place.h"
+#include "app/new_close.h"
 #include "files_support.h"
 #include "fonts/font_dialog.h"
 

@@ -8,7 +8,7 @@
 #include <X11/Intrinsic.h>
 #include <X11/Xlib.h>
 
-#include "app/app.h"
+#include "core/app_state.h"
 #include "app/draw.h"
 
 // True in the tree built under AddressSanitizer. Its operator new ends the process when memory runs out instead of

@@ -1,7 +1,7 @@
 // The typed message dialog through which every error and notice is shown
 // (one dialog per button set, made at first use and reused), and the
 // stand-alone "Warning Dialog" / "Error Dialog" windows.
-#include "app/message.h"
+#include "core/message.h"
 
 #include <Xm/MessageB.h>
 #include <Xm/MwmUtil.h>
@@ -11,10 +11,11 @@
 #include <cstdio>
 #include <cstring>
 
-#include "app/app.h"
-#include "app/placement.h"
-#include "app/window_place.h"
-#include "colour/converters.h"
+#include "core/app_state.h"
+#include "core/placement.h"
+#include "core/template_dialog.h"
+#include "core/window_place.h"
+#include "core/x_owned.h"
 
 namespace {
 
@@ -152,9 +153,8 @@ void show_stand_alone(StandAlone& s, StandAloneKind kind, const char* appName, c
         XtManageChild(s.box);
         XtRealizeWidget(s.shell);
     }
-    XmString str = XmStringCreateLocalized(const_cast<char*>(text));
-    XtVaSetValues(s.box, XmNmessageString, str, nullptr);
-    XmStringFree(str);
+    XmStringPtr str = localized(text);
+    XtVaSetValues(s.box, XmNmessageString, str.get(), nullptr);
     XtManageChild(s.box);
     XMapWindow(a.display, XtWindow(s.shell));
 }

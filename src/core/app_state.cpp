@@ -1,5 +1,5 @@
 // The one process-wide App record.
-#include "app/app.h"
+#include "core/app_state.h"
 
 App& app()
 {

@@ -1,5 +1,5 @@
-// Pieces of the file dialog shared inside the files area: the one "File
-// Dialog", its placement over the asking drawing, and the two small dialogs
+// The dialogs of the File menu's commands: the one "File Dialog", the
+// placement of a dialog over the asking drawing, and the two small dialogs
 // of a save (the write-permission warning and the overwrite question).
 #pragma once
 
@@ -20,6 +20,7 @@ void centre_over_drawing(Widget shell, Drawing* d);
 
 // The file dialog, made on first use under the asking drawing's shell.
 Widget get_file_dialog(Drawing* d);
+Widget file_dialog();   // null until first used
 // Clears the pending save, removes every OK callback and unmanages it.
 void hide_file_dialog();
 // The dialog's text field.
@@ -32,8 +33,5 @@ void show_overwrite_question(const char* target, void (*overwrite)());
 Widget warning_dialog();
 Widget overwrite_dialog();
 
-// Paints a lifted selection back into the image before a save or close.
-void settle_selection(Drawing* d);
-
-// A pending Quit stops when its save is cancelled (new_close).
+// A pending Quit stops when its save is cancelled (confirm_close).
 void cancel_quit();

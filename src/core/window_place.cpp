@@ -1,10 +1,10 @@
-#include "app/window_place.h"
+#include "core/window_place.h"
 
 #include <Xm/Xm.h>
 
 #include <vector>
 
-#include "app/draw.h"
+#include "core/drawing.h"
 
 bool shown_box(Widget shell, WindowBox* box)
 {

@@ -10,13 +10,13 @@
 #include <cstdlib>
 #include <string>
 
-#include "app/app.h"
 #include "app/draw.h"
-#include "app/message.h"
-#include "app/safe_format.h"
-#include "colour/converters.h"
-#include "files/file_dialog.h"
-#include "files/new_close.h"
+#include "app/file_dialog.h"
+#include "app/new_close.h"
+#include "core/app_state.h"
+#include "core/message.h"
+#include "core/safe_format.h"
+#include "core/template_dialog.h"
 
 namespace {
 
@@ -162,11 +162,7 @@ Widget make_new_dialog(Drawing* d)
     XtSetArg(args[2], XmNdefaultPosition, False);
     Widget parent = d && d->shell ? d->shell : app().topLevel;
     Widget dialog = template_dialog(parent, "New Dialog", fill_new_form, args, 3, buttons);
-    if (dialog) {
-        set_default_button(dialog, "OK");
-        // Escape answers Cancel.
-        XtVaSetValues(dialog, XmNcancelButton, XtNameToWidget(dialog, "Cancel"), nullptr);
-    }
+    set_default_and_cancel(dialog, "OK");
     return dialog;
 }
 

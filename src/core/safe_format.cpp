@@ -1,5 +1,5 @@
 // Safe formatting of the program's message and name formats.
-#include "app/safe_format.h"
+#include "core/safe_format.h"
 
 #include <cstdio>
 #include <cstring>

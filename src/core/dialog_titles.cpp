@@ -1,11 +1,12 @@
-#include "app/dialog_titles.h"
+#include "core/dialog_titles.h"
 
 #include <Xm/Xm.h>
 
 #include <utility>
 #include <vector>
 
-#include "app/titles.h"
+#include "core/titles.h"
+#include "core/x_owned.h"
 
 namespace {
 
@@ -57,7 +58,6 @@ void title_dialog_for(Widget dialog, const std::string& drawingName)
         if (w == dialog)
             role = r;
     std::string text = drawing_window_title(drawingName, role);
-    XmString title = XmStringCreateLocalized(const_cast<char*>(text.c_str()));
-    XtVaSetValues(dialog, XmNdialogTitle, title, nullptr);
-    XmStringFree(title);
+    XmStringPtr title = localized(text.c_str());
+    XtVaSetValues(dialog, XmNdialogTitle, title.get(), nullptr);
 }

@@ -1,6 +1,6 @@
-#include "app/titles.h"
+#include "core/titles.h"
 
-#include "app/safe_format.h"
+#include "core/safe_format.h"
 
 std::string title_name(const std::string& drawingName)
 {

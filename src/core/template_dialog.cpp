@@ -1,12 +1,14 @@
 // Builders of the program's template dialogs and message boxes: a work
 // area form "main" filled by the caller, and a row of buttons from a table.
-#include "colour/converters.h"
+#include "core/template_dialog.h"
 
 #include <Xm/Form.h>
 #include <Xm/MessageB.h>
 #include <Xm/PushB.h>
 #include <Xm/Xm.h>
 #include <vector>
+
+#include "core/x_owned.h"
 
 namespace {
 
@@ -48,11 +50,10 @@ Widget build(Creator create, Widget parent, const char* name, void (*fill)(Widge
 Widget template_dialog(Widget parent, const char* name, void (*fill)(Widget form), ArgList args,
                        Cardinal argCount, const DialogButton* buttons)
 {
-    XmString empty = XmStringCreateLocalized(const_cast<char*>(""));
+    XmStringPtr empty = localized("");
     Arg extra[1];
-    XtSetArg(extra[0], XmNmessageString, empty);
+    XtSetArg(extra[0], XmNmessageString, empty.get());
     Widget w = build(XmCreateTemplateDialog, parent, name, fill, args, argCount, buttons, extra, 1);
-    XmStringFree(empty);
     return w;
 }
 
@@ -80,9 +81,8 @@ void set_dialog_message(Widget dialog, const char* text)
         return;
     }
     // Several lines in one text become several lines of the label.
-    XmString s = XmStringCreateLtoR(const_cast<char*>(text), const_cast<char*>(XmFONTLIST_DEFAULT_TAG));
-    XtVaSetValues(dialog, XmNmessageString, s, nullptr);
-    XmStringFree(s);
+    XmStringPtr s = multiline(text);
+    XtVaSetValues(dialog, XmNmessageString, s.get(), nullptr);
     if (label)
         XtManageChild(label);
 }
@@ -94,4 +94,27 @@ void set_default_button(Widget dialog, const char* childName)
     Widget button = XtNameToWidget(dialog, childName);
     if (button)
         XtVaSetValues(dialog, XmNdefaultButton, button, nullptr);
+}
+
+void set_default_and_cancel(Widget dialog, const char* defaultName)
+{
+    if (!dialog)
+        return;
+    set_default_button(dialog, defaultName);
+    XtVaSetValues(dialog, XmNcancelButton, XtNameToWidget(dialog, "Cancel"), nullptr);
+}
+
+void merge_fallback_resources(Display* dpy, const char* const* lines, size_t count, bool* merged)
+{
+    if (*merged || !dpy)
+        return;
+    *merged = true;
+    XrmDatabase fallback = nullptr;
+    for (size_t i = 0; i < count; i++)
+        XrmPutLineResource(&fallback, lines[i]);
+    XrmDatabase db = XtDatabase(dpy);
+    if (db)
+        XrmCombineDatabase(fallback, &db, False);
+    else
+        XrmDestroyDatabase(fallback);
 }

@@ -1,5 +1,5 @@
-// The file dialog: Open, Save, Save As, Save As black-and-white, and the
-// mapping of read statuses to messages.
+// The commands of the File menu that go through the file dialog: Open,
+// Save, Save As and Save As black-and-white.
 #pragma once
 
 #include <X11/Intrinsic.h>
@@ -17,11 +17,3 @@ int cmd_save_as_bw(Drawing* d, XEvent* event, Boolean set);
 void save_drawing(Drawing* d, SaveContinuation then);
 void save_as(Drawing* d, SaveContinuation then);
 void save_as_bw(Drawing* d, SaveContinuation then);
-
-void report_read_status(Widget parent, int status, const char* fileName);
-
-// Writes the drawing to target through a private staging directory; 0 on
-// success. bw selects the black-and-white rendering.
-int write_drawing(Drawing* d, const char* target, bool bw);
-
-Widget file_dialog();   // null until first used

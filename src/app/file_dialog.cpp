@@ -1,16 +1,17 @@
 // The file selection dialog shared by every drawing, its centring over the
 // asking drawing, and the warning and overwrite dialogs of a save.
-#include "files/file_dialog.h"
+#include "app/file_dialog.h"
 
 #include <Xm/FileSB.h>
 #include <Xm/MessageB.h>
 #include <Xm/Xm.h>
 
-#include "app/app.h"
-#include "app/placement.h"
-#include "app/window_place.h"
-#include "app/draw.h"
-#include "files/open_save.h"
+#include "app/open_save.h"
+#include "core/app_state.h"
+#include "core/drawing.h"
+#include "core/placement.h"
+#include "core/window_place.h"
+#include "core/x_owned.h"
 
 namespace {
 
@@ -123,9 +124,8 @@ void show_save_warning(const char* text)
         XtUnmanageChild(XmMessageBoxGetChild(warningDialog, XmDIALOG_CANCEL_BUTTON));
         XtUnmanageChild(XmMessageBoxGetChild(warningDialog, XmDIALOG_HELP_BUTTON));
     }
-    XmString s = XmStringCreateLocalized(const_cast<char*>(text ? text : ""));
-    XtVaSetValues(warningDialog, XmNmessageString, s, nullptr);
-    XmStringFree(s);
+    XmStringPtr s = localized(text ? text : "");
+    XtVaSetValues(warningDialog, XmNmessageString, s.get(), nullptr);
     XtManageChild(warningDialog);
 }
 
@@ -141,8 +141,7 @@ void show_overwrite_question(const char* text, void (*overwrite)())
         XtAddCallback(overwriteDialog, XmNokCallback, overwrite_ok_cb, nullptr);
     }
     overwriteAction = overwrite;
-    XmString s = XmStringCreateLocalized(const_cast<char*>(text ? text : ""));
-    XtVaSetValues(overwriteDialog, XmNmessageString, s, nullptr);
-    XmStringFree(s);
+    XmStringPtr s = localized(text ? text : "");
+    XtVaSetValues(overwriteDialog, XmNmessageString, s.get(), nullptr);
     XtManageChild(overwriteDialog);
 }

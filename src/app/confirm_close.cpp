@@ -8,14 +8,16 @@
 #include <cstring>
 #include <string>
 
-#include "app/app.h"
 #include "app/draw.h"
+#include "app/file_dialog.h"
+#include "app/new_close.h"
+#include "app/open_save.h"
 #include "app/session.h"
-#include "app/titles.h"
-#include "colour/converters.h"
-#include "files/file_dialog.h"
-#include "files/new_close.h"
-#include "files/open_save.h"
+#include "core/app_state.h"
+#include "core/template_dialog.h"
+#include "core/titles.h"
+#include "tools/selection.h"
+#include "core/x_owned.h"
 
 namespace {
 
@@ -58,9 +60,8 @@ void ask_about(Drawing* d)
     if (!label)
         return;
     std::string text = question_about(confirmQuestion, d->name);
-    XmString s = XmStringCreateLtoR(const_cast<char*>(text.c_str()), const_cast<char*>(XmFONTLIST_DEFAULT_TAG));
-    XtVaSetValues(label, XmNlabelString, s, nullptr);
-    XmStringFree(s);
+    XmStringPtr s = multiline(text.c_str());
+    XtVaSetValues(label, XmNlabelString, s.get(), nullptr);
 }
 
 void save_cb(Widget, XtPointer client, XtPointer) noexcept
@@ -92,11 +93,7 @@ Widget make_confirm_dialog(Drawing* d)
     XtSetArg(args[1], XmNdefaultPosition, False);
     Widget parent = d && d->shell ? d->shell : app().topLevel;
     Widget dialog = template_dialog(parent, "ConfirmClose", fill_confirm_form, args, 2, buttons);
-    if (dialog) {
-        set_default_button(dialog, "Save");
-        // Escape answers Cancel, as in every other dialog that has one.
-        XtVaSetValues(dialog, XmNcancelButton, XtNameToWidget(dialog, "Cancel"), nullptr);
-    }
+    set_default_and_cancel(dialog, "Save");
     return dialog;
 }
 

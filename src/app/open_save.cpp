@@ -1,34 +1,24 @@
 // Open, Save, Save As and Save As black-and-white through the one file
-// dialog, and the write of a drawing through a private staging directory.
-#include "files/open_save.h"
+// dialog; the writing itself is files/write_drawing's.
+#include "app/open_save.h"
 
 #include <Xm/FileSB.h>
 #include <Xm/MwmUtil.h>
 #include <Xm/Text.h>
 #include <Xm/Xm.h>
-#include <fcntl.h>
-#include <spawn.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <cerrno>
-#include <cstring>
 #include <string>
 
-#include "app/app.h"
 #include "app/draw.h"
-#include "app/safe_format.h"
+#include "app/file_dialog.h"
 #include "app/session.h"
-#include "canvas/views.h"
+#include "core/app_state.h"
+#include "core/safe_format.h"
 #include "files/copy_file.h"
-#include "files/file_dialog.h"
-#include "files/image_io.h"
-#include "files/staging.h"
+#include "files/read_status.h"
 #include "files/suffix_rule.h"
-#include "files/written_check.h"
-#include "tools/hotspot.h"
-#include "tools/text.h"
-#include "tools/tool_table.h"
+#include "files/write_drawing.h"
 
 namespace {
 
@@ -248,103 +238,3 @@ void save_drawing(Drawing* d, SaveContinuation then)
 void save_as(Drawing* d, SaveContinuation then) { show_save_dialog(d, then, false); }
 
 void save_as_bw(Drawing* d, SaveContinuation then) { show_save_dialog(d, then, true); }
-
-void settle_selection(Drawing* d)
-{
-    // The select tool puts a lifted selection back into the picture (and
-    // drops it) when it is deselected.
-    if (d && d->selection && d->currentTool == TOOL_SELECT && d->activeArea)
-        send_tool_event(d, d->activeArea, TOOL_DESELECTED, TOOL_SELECT);
-}
-
-// A drawing opened from a compressed XPM is saved compressed again: libXpm
-// reads "name.gz" and "name.Z" only through gzip, so plain text under such
-// a name would never open again. The staged file is compressed beside
-// itself; returns the compressed file, or empty on failure.
-bool compressed_name(const std::string& name)
-{
-    auto ends = [&](const char* s) {
-        size_t n = std::strlen(s);
-        return name.size() > n && name.compare(name.size() - n, n, s) == 0;
-    };
-    return ends(".gz") || ends(".Z");
-}
-
-std::string compress_staged(const Staging& staging)
-{
-    std::string out = staging.file + ".gz";
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, 0, staging.file.c_str(), O_RDONLY, 0);
-    posix_spawn_file_actions_addopen(&actions, 1, out.c_str(), O_WRONLY | O_CREAT | O_EXCL, 0600);
-    posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
-    char arg0[] = "gzip", arg1[] = "-cn";
-    char* argv[] = {arg0, arg1, nullptr};
-    char* envp[] = {nullptr};
-    pid_t pid = -1;
-    int spawned = posix_spawn(&pid, "/bin/gzip", &actions, nullptr, argv, envp);
-    posix_spawn_file_actions_destroy(&actions);
-    int status = -1;
-    if (spawned == 0)
-        while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {
-        }
-    if (spawned == 0 && WIFEXITED(status) && WEXITSTATUS(status) == 0)
-        return out;
-    unlink(out.c_str());
-    return {};
-}
-
-// Writes the staged file and checks it: the writer's status, the file read
-// back as exactly the picture written, and the file synced. 0 when all hold.
-static int write_staged(Drawing* d, const std::string& staged, bool bw)
-{
-    Display* dpy = app().display;
-    int status;
-    if (bw || d->depth == 1) {
-        Pixmap bits = bw && d->depth != 1 ? render_bw_pixmap(d) : d->image;
-        if (!bits)
-            return BitmapOpenFailed;
-        status = XWriteBitmapFile(dpy, staged.c_str(), bits, d->width, d->height, d->hotspotX,
-                                  d->hotspotY);
-        if (status == BitmapSuccess)
-            status = check_written_xbm(dpy, staged.c_str(), bits, d->width, d->height,
-                                       d->hotspotX, d->hotspotY);
-    } else {
-        status = write_xpm_file(d, staged.c_str());
-    }
-    return status != 0 ? status : sync_file(staged.c_str());
-}
-
-int write_drawing(Drawing* d, const char* target, bool bw)
-{
-    if (!d || !target || !*target || !d->image)
-        return 1;
-    settle_selection(d);
-    hotspot_hide_marker(d);
-    text_hide_caret(d);
-    std::string destination = target;   // target may be d->name itself
-    Staging staging;
-    if (!make_staging(destination, &staging))
-        return 1;
-
-    // Nothing reaches the target unless every step before it succeeded; the
-    // staging directory goes whatever happens, so failures never fill /tmp.
-    int status = write_staged(d, staging.file, bw);
-    std::string written = staging.file;
-    if (status == 0 && !bw && d->depth != 1 && compressed_name(destination)) {
-        written = compress_staged(staging);
-        status = written.empty() ? 1
-                                 : check_compressed_copy(staging.file.c_str(), written.c_str(),
-                                                         d->hotspotX, d->hotspotY);
-    }
-    if (status == 0 && !copy_file(written.c_str(), destination.c_str()))
-        status = 1;
-    if (!written.empty() && written != staging.file)
-        unlink(written.c_str());
-    remove_staging(staging);
-    if (status != 0)
-        return status;
-    if (!bw)
-        set_name(d, destination.c_str());
-    return 0;
-}

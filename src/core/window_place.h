@@ -4,7 +4,7 @@
 
 #include <X11/Intrinsic.h>
 
-#include "app/placement.h"
+#include "core/placement.h"
 
 // The shell's rectangle on the screen while it is shown (realised and
 // viewable), border included; false otherwise.
