@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "app/draw.h"
-#include "app/startup.h"
+#include "bench_support.h"
 #include "canvas/image_store.h"
 #include "canvas/input.h"
 #include "core/app_state.h"
@@ -22,15 +22,6 @@
 namespace {
 
 constexpr int RUNS = 7;
-
-void pump()
-{
-    for (int r = 0; r < 3; r++) {
-        XSync(app().display, False);
-        while (XtAppPending(app().context))
-            XtAppProcessEvent(app().context, XtIMAll);
-    }
-}
 
 void button(Drawing* d, int type, int x, int y, unsigned which = Button1)
 {
@@ -61,12 +52,6 @@ void motion(Drawing* d, int x, int y)
     canvas_motion_eh(d->activeArea, d, &ev, &cont);
 }
 
-double median(std::vector<double> v)
-{
-    std::sort(v.begin(), v.end());
-    return v[v.size() / 2];
-}
-
 double ms_since(std::chrono::steady_clock::time_point t0)
 {
     return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - t0).count();
@@ -76,20 +61,15 @@ double ms_since(std::chrono::steady_clock::time_point t0)
 
 int main()
 {
-    static char arg0[] = "pictrel";
-    static char* argv[] = {arg0, nullptr};
-    int argc = 1;
-    if (startup(&argc, argv) != 0) {
-        std::fprintf(stderr, "canvas_bench: start-up failed (is the display 8-bit PseudoColor?)\n");
+    if (!bench_start("canvas_bench"))
         return 1;
-    }
     Drawing* d = new_untitled_drawing(nullptr, 511, 719);
     if (!d)
         return 1;
-    pump();
+    bench_pump();
     d->zoom = 2;
     zoom_in(d, nullptr);   // to 3
-    pump();
+    bench_pump();
     Display* dpy = app().display;
 
     std::vector<double> requests, strokeMs, exposeMs, zoomMs;
@@ -112,7 +92,7 @@ int main()
         Window win = XtWindow(d->zoomedArea);
         t0 = std::chrono::steady_clock::now();
         XClearArea(dpy, win, 0, 0, 0, 0, True);
-        pump();
+        bench_pump();
         exposeMs.push_back(ms_since(t0));
 
         XEvent shift{};
@@ -120,16 +100,16 @@ int main()
         shift.xbutton.state = ShiftMask;
         d->zoom = 0;
         layout_canvas(d);
-        pump();
+        bench_pump();
         t0 = std::chrono::steady_clock::now();
         zoom_in(d, &shift);
-        pump();
+        bench_pump();
         zoom_out(d, &shift);
-        pump();
+        bench_pump();
         zoomMs.push_back(ms_since(t0));
         d->zoom = 2;
         zoom_in(d, nullptr);
-        pump();
+        bench_pump();
     }
     // A fill of almost the whole 511 x 719 image, alternately in the
     // foreground and the background so every run repaints it all.

@@ -17,8 +17,8 @@
 #include <vector>
 
 #include "app/draw.h"
+#include "bench_support.h"
 #include "app/open_save.h"
-#include "app/startup.h"
 #include "core/app_state.h"
 #include "files/write_drawing.h"
 
@@ -27,27 +27,6 @@ namespace {
 constexpr int RUNS = 7;
 constexpr int WIDTH = 511;
 constexpr int HEIGHT = 719;
-
-void pump()
-{
-    for (int r = 0; r < 3; r++) {
-        XSync(app().display, False);
-        while (XtAppPending(app().context))
-            XtAppProcessEvent(app().context, XtIMAll);
-    }
-}
-
-double now_ms()
-{
-    using namespace std::chrono;
-    return duration<double, std::milli>(steady_clock::now().time_since_epoch()).count();
-}
-
-double median(std::vector<double> v)
-{
-    std::sort(v.begin(), v.end());
-    return v.empty() ? 0 : v[v.size() / 2];
-}
 
 std::string xpm_fixture()
 {
@@ -90,7 +69,7 @@ void measure(const char* what, const std::string& path, const std::string& saveD
     for (int run = 0; run < RUNS; run++) {
         double t0 = now_ms();
         int status = open_file(path.c_str());
-        pump();
+        bench_pump();
         double t1 = now_ms();
         Drawing* d = nullptr;
         for (Drawing* s : registry().slots)
@@ -113,7 +92,7 @@ void measure(const char* what, const std::string& path, const std::string& saveD
         saves.push_back(t3 - t2);
         // Back to the first state: the next open reads the fixture again.
         close_drawing(d);
-        pump();
+        bench_pump();
     }
     std::printf("%-34s open %8.1f ms   save %8.1f ms   (median of %d)\n", what, median(opens),
                 median(saves), RUNS);
@@ -123,19 +102,11 @@ void measure(const char* what, const std::string& path, const std::string& saveD
 
 int main()
 {
-    static char arg0[] = "pictrel";
-    static char* argv[] = {arg0, nullptr};
-    int argc = 1;
-    if (startup(&argc, argv) != 0) {
-        std::fprintf(stderr, "files_bench: start-up failed (needs an 8-bit PseudoColor display)\n");
+    if (!bench_start("files_bench"))
         return 1;
-    }
-    char pattern[] = "/tmp/pictrel-bench-XXXXXX";
-    if (!mkdtemp(pattern)) {
-        std::perror("files_bench: mkdtemp");
+    std::string dir = bench_scratch_dir("bench");
+    if (dir.empty())
         return 1;
-    }
-    std::string dir = pattern;
     std::string xpm = dir + "/bench.xpm", xbm = dir + "/bench.xbm";
     std::ofstream(xpm) << xpm_fixture();
     std::ofstream(xbm) << xbm_fixture();
@@ -143,7 +114,7 @@ int main()
     // One drawing stays open throughout, so that closing a measured one
     // never ends the program.
     new_untitled_drawing(nullptr, 16, 16);
-    pump();
+    bench_pump();
 
     measure("511x719 XPM, 100 colours, 2 cpp", xpm, dir, ".px");
     measure("511x719 XBM", xbm, dir, ".xbm");

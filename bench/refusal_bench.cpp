@@ -16,8 +16,8 @@
 #include <vector>
 
 #include "app/draw.h"
+#include "bench_support.h"
 #include "app/open_save.h"
-#include "app/startup.h"
 #include "core/app_state.h"
 #include "files/image_header.h"
 #include "files/read_status.h"
@@ -26,27 +26,6 @@ namespace {
 
 constexpr int RUNS = 3;
 constexpr unsigned long long GIGABYTE = 1ull << 30;
-
-void pump()
-{
-    for (int r = 0; r < 3; r++) {
-        XSync(app().display, False);
-        while (XtAppPending(app().context))
-            XtAppProcessEvent(app().context, XtIMAll);
-    }
-}
-
-double now_ms()
-{
-    using namespace std::chrono;
-    return duration<double, std::milli>(steady_clock::now().time_since_epoch()).count();
-}
-
-double median(std::vector<double> v)
-{
-    std::sort(v.begin(), v.end());
-    return v.empty() ? 0 : v[v.size() / 2];
-}
 
 // A file of `size` bytes: `head`, then `fill` repeated (cut to fit), then
 // `tail`. An empty fill leaves a hole: the file is sparse, all zeros.
@@ -103,7 +82,7 @@ void measure(const std::string& dir, const Case& c)
         status = open_file(path.c_str());
         if (status != 0)
             report_read_status(app().topLevel, status, path.c_str());
-        pump();
+        bench_pump();
         times.push_back(now_ms() - t0);
     }
     unlink(path.c_str());
@@ -136,23 +115,14 @@ std::string many_colours(unsigned count, unsigned cpp)
 
 int main()
 {
-    static char arg0[] = "pictrel";
-    static char* argv[] = {arg0, nullptr};
-    int argc = 1;
-    if (startup(&argc, argv) != 0) {
-        std::fprintf(stderr, "refusal_bench: start-up failed (needs an 8-bit PseudoColor display)\n");
+    if (!bench_start("refusal_bench"))
         return 1;
-    }
-    const char* tmp = std::getenv("TMPDIR");
-    std::string pattern = std::string(tmp && *tmp ? tmp : "/tmp") + "/pictrel-refusal-XXXXXX";
-    if (!mkdtemp(pattern.data())) {
-        std::perror("refusal_bench: mkdtemp");
+    const std::string dir = bench_scratch_dir("refusal");
+    if (dir.empty())
         return 1;
-    }
-    const std::string dir = pattern;
     // A drawing stays open, as it would in the program.
     new_untitled_drawing(nullptr, 16, 16);
-    pump();
+    bench_pump();
 
     const std::string xpmHead = "/* XPM */\nstatic char *a[] = {\n\"4 4 1 1\",\n\"a c #000000\",\n";
     const std::string xbmHead = "#define a_width 512\n#define a_height 720\nstatic char a_bits[] = {\n";

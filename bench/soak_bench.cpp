@@ -19,22 +19,13 @@
 #include <vector>
 
 #include "app/draw.h"
-#include "app/startup.h"
+#include "bench_support.h"
 #include "core/app_state.h"
 #include "app/new_close.h"
 
 namespace {
 
 constexpr int WARM_UP = 100;
-
-void pump()
-{
-    for (int r = 0; r < 3; r++) {
-        XSync(app().display, False);
-        while (XtAppPending(app().context))
-            XtAppProcessEvent(app().context, XtIMAll);
-    }
-}
 
 // A 64 x 48 picture of 24 colours at two characters a pixel, one of them
 // transparent, with a hotspot: every part of the XPM reader takes part.
@@ -170,12 +161,12 @@ bool cycle(const std::string& path)
 {
     if (open_file(path.c_str()) != 0)
         return false;
-    pump();
+    bench_pump();
     Drawing* d = drawing_named(path);
     if (!d)
         return false;
     cmd_close(d, nullptr, False);
-    pump();
+    bench_pump();
     return !drawing_is_open(d);
 }
 
@@ -185,25 +176,17 @@ bool cycle(const std::string& path)
 int main(int argc0, char** argv0)
 {
     const int CYCLES = argc0 > 1 && std::atoi(argv0[1]) > WARM_UP ? std::atoi(argv0[1]) : 1000;
-    static char arg0[] = "pictrel";
-    static char* argv[] = {arg0, nullptr};
-    int argc = 1;
-    if (startup(&argc, argv) != 0) {
-        std::fprintf(stderr, "soak_bench: start-up failed (needs an 8-bit PseudoColor display)\n");
+    if (!bench_start("soak_bench"))
         return 1;
-    }
-    char pattern[] = "/tmp/pictrel-soak-XXXXXX";
-    if (!mkdtemp(pattern)) {
-        std::perror("soak_bench: mkdtemp");
+    std::string dir = bench_scratch_dir("soak");
+    if (dir.empty())
         return 1;
-    }
-    std::string dir = pattern;
     std::string path = dir + "/soak.xpm";
     std::ofstream(path) << fixture();
 
     // Closing the last drawing would end the program: one stays open.
     Drawing* keep = new_untitled_drawing(nullptr, 16, 16);
-    pump();
+    bench_pump();
     if (!keep) {
         std::fprintf(stderr, "soak_bench: no drawing\n");
         return 1;
