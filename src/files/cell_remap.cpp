@@ -1,6 +1,6 @@
 // The pair table: (old pixel, new cell) in the order the cells were made.
 // Its answers are exactly those of walking the table for every pixel, kept
-// per pixel value so that a full-size image costs a hash lookup a pixel.
+// per pixel value; once a pixel's answer is settled it is looked up directly.
 #include "files/cell_remap.h"
 
 CellRemap::CellRemap(const std::vector<unsigned long>& returned)
@@ -11,26 +11,37 @@ CellRemap::CellRemap(const std::vector<unsigned long>& returned)
 
 bool CellRemap::map(unsigned long p, unsigned long* out, Allocate allocate, void* data)
 {
+    if (p < DIRECT && settled_[p]) {
+        *out = settledCell_[p];
+        return true;
+    }
+    // The very first pixel always gets a cell, whatever its demand; only
+    // answers given under the real demand are final.
+    bool first = pairs_.empty();
     int k = 1;
-    if (!pairs_.empty()) {
+    if (!first) {
         auto it = demand_.find(p);
         k = it == demand_.end() ? 0 : it->second;
     }
     std::vector<size_t>& mine = made_[p];
     if (k <= 0) {
         *out = p;
-        return true;
-    }
-    if (mine.size() >= static_cast<size_t>(k)) {
+    } else if (mine.size() >= static_cast<size_t>(k)) {
         *out = pairs_[mine[k - 1]].newPixel;
-        return true;
+    } else {
+        unsigned long fresh = 0;
+        if (!allocate(p, &fresh, data))
+            return false;
+        mine.push_back(pairs_.size());
+        pairs_.push_back({p, fresh, false});
+        *out = fresh;
+        if (mine.size() < static_cast<size_t>(k))
+            return true;   // more cells to make for this pixel
     }
-    unsigned long fresh = 0;
-    if (!allocate(p, &fresh, data))
-        return false;
-    mine.push_back(pairs_.size());
-    pairs_.push_back({p, fresh, false});
-    *out = fresh;
+    if (!first && p < DIRECT) {
+        settled_[p] = true;
+        settledCell_[p] = *out;
+    }
     return true;
 }
 

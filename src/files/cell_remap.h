@@ -4,6 +4,7 @@
 // colour editor can change it in place. Pure logic.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <unordered_map>
 #include <vector>
@@ -42,6 +43,13 @@ public:
     std::vector<unsigned long> stray_cells() const;
 
 private:
+    // Answers that can no longer change, by pixel value: on the 8-bit
+    // displays the program runs on every pixel fits, and a full-size image
+    // then costs an array lookup a pixel instead of two hash lookups.
+    static constexpr size_t DIRECT = 256;
+    std::array<unsigned long, DIRECT> settledCell_{};
+    std::array<bool, DIRECT> settled_{};
+
     std::unordered_map<unsigned long, int> demand_;               // times listed
     std::unordered_map<unsigned long, std::vector<size_t>> made_; // pairs per old pixel
     std::vector<CellPair> pairs_;
