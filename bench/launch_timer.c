@@ -49,40 +49,42 @@ static int ignore_errors(Display* dpy, XErrorEvent* ev)
     return 0;
 }
 
-/* User plus system CPU time of a process in clock ticks, or -1 once gone. */
-static long long cpu_ticks(pid_t pid)
+/* The fields of /proc/PID/stat after the command name, in buf; null once
+   the process is gone. The name may hold spaces and parentheses: the fields
+   count from the last ')'. */
+static const char* stat_fields(pid_t pid, char* buf, size_t size)
 {
-    char path[64], buf[1024];
+    char path[64];
     snprintf(path, sizeof path, "/proc/%d/stat", (int)pid);
     FILE* f = fopen(path, "r");
     if (!f)
-        return -1;
-    size_t n = fread(buf, 1, sizeof buf - 1, f);
+        return NULL;
+    size_t n = fread(buf, 1, size - 1, f);
     fclose(f);
     buf[n] = '\0';
-    /* The command name may hold spaces and parentheses: fields count from the last ')'. */
-    char* p = strrchr(buf, ')');
+    const char* p = strrchr(buf, ')');
+    return p && p[1] ? p + 2 : NULL;
+}
+
+/* User plus system CPU time of a process in clock ticks, or -1 once gone. */
+static long long cpu_ticks(pid_t pid)
+{
+    char buf[1024];
+    const char* p = stat_fields(pid, buf, sizeof buf);
     if (!p)
         return -1;
     unsigned long long utime = 0, stime = 0;
-    if (sscanf(p + 2, "%*c %*d %*d %*d %*d %*d %*u %*u %*u %*u %*u %llu %llu", &utime, &stime) != 2)
+    if (sscanf(p, "%*c %*d %*d %*d %*d %*d %*u %*u %*u %*u %*u %llu %llu", &utime, &stime) != 2)
         return -1;
     return (long long)(utime + stime);
 }
 
 static pid_t parent_of(pid_t pid)
 {
-    char path[64], buf[1024];
-    snprintf(path, sizeof path, "/proc/%d/stat", (int)pid);
-    FILE* f = fopen(path, "r");
-    if (!f)
-        return -1;
-    size_t n = fread(buf, 1, sizeof buf - 1, f);
-    fclose(f);
-    buf[n] = '\0';
-    char* p = strrchr(buf, ')');
+    char buf[1024];
+    const char* p = stat_fields(pid, buf, sizeof buf);
     int ppid = -1;
-    if (!p || sscanf(p + 2, "%*c %d", &ppid) != 1)
+    if (!p || sscanf(p, "%*c %d", &ppid) != 1)
         return -1;
     return ppid;
 }
