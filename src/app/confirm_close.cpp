@@ -18,6 +18,7 @@
 #include "core/titles.h"
 #include "tools/selection.h"
 #include "core/x_owned.h"
+#include "help/help_client.h"
 
 namespace {
 
@@ -138,6 +139,7 @@ void quit_next()
         Drawing* d = first_open_drawing();
         if (!d) {
             quitting = false;
+            help_client_shutdown();
             exit(0);
         }
         if (d->modified) {

@@ -33,6 +33,7 @@
 #include "core/titles.h"
 #include "core/window_place.h"
 #include "files/image_io.h"
+#include "help/help_client.h"
 #include "tools/palettes.h"
 #include "tools/selection.h"
 #include "tools/tool_table.h"
@@ -415,6 +416,8 @@ void close_drawing(Drawing* d)
 
 void after_close(Drawing* d)
 {
-    if (registry().openCount == 0 && !(d && d->closing))
+    if (registry().openCount == 0 && !(d && d->closing)) {
+        help_client_shutdown();
         exit(0);
+    }
 }

@@ -15,12 +15,14 @@
 #include "app/draw.h"
 #include "app/drop_open.h"
 #include "app/open_save.h"
+#include "app/status.h"
 #include "app/usage.h"
 #include "colour/converters.h"
 #include "core/app_state.h"
 #include "core/message.h"
 #include "core/safe_format.h"
 #include "files/read_status.h"
+#include "help/help_client.h"
 
 namespace {
 
@@ -206,6 +208,7 @@ int startup(int* argc, char** argv)
     XtGetApplicationResources(a.topLevel, &a.res, pixmapResources, XtNumber(pixmapResources), nullptr, 0);
     create_cursors();
     install_window_hooks();
+    help_client_start(a.topLevel, a.res.helpBook, "Pictrel", show_version_over, help_cursor_cb);
 
     signal(SIGINT, SIG_IGN);
     signal(SIGHUP, SIG_IGN);

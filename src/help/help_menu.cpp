@@ -13,6 +13,8 @@
 
 #include "core/app_state.h"
 #include "core/message.h"
+#include "help/help_show.h"
+#include "help/widget_tree.h"
 
 namespace {
 
@@ -94,10 +96,11 @@ void help_on_context(Widget w)
     say(w, text.c_str());
 }
 
-void help_on_window(Widget w) { say(w, help_texts().helpUnavailableString); }
-void help_on_keys(Widget w) { say(w, help_texts().helpOnKeysString); }
-void help_index(Widget w) { say(w, help_texts().helpUnavailableString); }
-void help_on_help(Widget w) { say(w, help_texts().helpUnavailableString); }
+void help_on_window(Widget w) { help_show(w, "window"); }
+void help_on_keys(Widget w) { help_show(w, "keys"); }
+void help_index(Widget w) { help_show(w, "index"); }
+void help_on_help(Widget w) { help_show(w, "help"); }
+void help_widget_tree(Widget w) { show_widget_tree(window_shell_of(w)); }
 void help_on_version(Widget w)
 {
     if (versionAction)
@@ -117,6 +120,7 @@ const HelpItem helpItems[] = {
     {"HelpIndex",     help_index},
     {"HelpOnHelp",    help_on_help},
     {"HelpOnVersion", help_on_version},
+    {"HelpWidgetTree", help_widget_tree},
 };
 
 void help_item_cb(Widget w, XtPointer clientData, XtPointer) noexcept

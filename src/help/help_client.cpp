@@ -1,0 +1,7 @@
+#include "help/help_client.h"
+
+int help_client_start(Widget, const char*, const char*, void (*)(Widget), HelpCursorProc) { return 0; }
+
+int help_client_request(Widget, const char*) { return 1; }
+
+void help_client_shutdown() {}
