@@ -1,6 +1,12 @@
 #include "help/help_client.h"
 
-int help_client_start(Widget, const char*, const char*, void (*)(Widget), HelpCursorProc) { return 0; }
+#include "help/help_cursor.h"
+
+int help_client_start(Widget, const char*, const char*, void (*)(Widget), HelpCursorProc setCursor)
+{
+    set_help_cursor_proc(setCursor);
+    return 0;
+}
 
 int help_client_request(Widget, const char*) { return 1; }
 
