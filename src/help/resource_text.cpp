@@ -7,7 +7,9 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <climits>
 #include <cstring>
+#include <cwchar>
 
 namespace {
 
@@ -19,6 +21,7 @@ struct KindOfType {
 /* type name                 kind */
 const KindOfType kinds[] = {
     {XtRString,                ValueKind::String},
+    {XmRValueWcs,              ValueKind::WideString},
     {XtRInt,                   ValueKind::Signed},
     {XtRShort,                 ValueKind::Signed},
     {XtRPosition,              ValueKind::Signed},
@@ -136,6 +139,29 @@ std::string quoted_text(const char* text, size_t limit)
     return out;
 }
 
+std::string quoted_wide_text(const wchar_t* text, size_t limit)
+{
+    if (!text)
+        return "(null)";
+    std::string narrow;
+    std::mbstate_t state{};
+    size_t i = 0;
+    for (; text[i] && i < limit; i++) {
+        char bytes[MB_LEN_MAX];
+        size_t n = std::wcrtomb(bytes, text[i], &state);
+        if (n == static_cast<size_t>(-1)) {
+            narrow += '?';
+            state = {};
+        } else {
+            narrow.append(bytes, n);
+        }
+    }
+    std::string out = quoted_text(narrow.c_str(), narrow.size());
+    if (text[i])
+        out += "...";
+    return out;
+}
+
 std::string value_text(const char* type, const void* raw, size_t size)
 {
     if (!raw || size == 0)
@@ -145,6 +171,10 @@ std::string value_text(const char* type, const void* raw, size_t size)
         if (size != sizeof(char*))
             break;
         return quoted_text(pointer_of<const char*>(raw, size));
+    case ValueKind::WideString:
+        if (size != sizeof(wchar_t*))
+            break;
+        return quoted_wide_text(pointer_of<const wchar_t*>(raw, size));
     case ValueKind::Signed:
         if (number_size(size))
             return std::to_string(signed_of(raw, size));

@@ -10,6 +10,7 @@
 
 enum class ValueKind {
     String,     // a char pointer, may be null
+    WideString, // a wchar_t pointer, may be null
     Signed,     // Int, Short, Position and their kin
     Unsigned,   // Dimension, Cardinal and their kin
     Boolean,    // Boolean (a char) or Bool (an int)
@@ -31,6 +32,8 @@ std::string rgb_text(unsigned short red, unsigned short green, unsigned short bl
 // unprintable bytes escaped, cut after `limit` bytes with "..."; "(null)"
 // for a null pointer.
 std::string quoted_text(const char* text, size_t limit = 160);
+// The same for a wide string, in the locale's multibyte encoding.
+std::string quoted_wide_text(const wchar_t* text, size_t limit = 160);
 
 // The value held in `raw` (`size` bytes) as text: strings quoted, numbers
 // in decimal, Booleans True or False, callback lists by their count of

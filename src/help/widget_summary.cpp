@@ -78,7 +78,7 @@ std::string xmstring_text(XmString s)
     return out;
 }
 
-// Strings and compound strings: some widgets hand out their own copy at
+// Strings, wide strings and compound strings: some widgets hand out their own copy at
 // each get, which the asker must free, and others their stored pointer,
 // which it must not. Two gets tell them apart: two copies alive at once
 // never share an address.
@@ -89,10 +89,11 @@ std::string pointer_value(Widget w, const XtResource& r, ValueKind kind)
     get_value(w, r, &second);
     void* a = pointer_in<void*>(first);
     void* b = pointer_in<void*>(second);
-    std::string text = kind == ValueKind::String ? quoted_text(static_cast<const char*>(a))
-                                                 : xmstring_text(static_cast<XmString>(a));
+    std::string text = kind == ValueKind::String       ? quoted_text(static_cast<const char*>(a))
+                       : kind == ValueKind::WideString ? quoted_wide_text(static_cast<const wchar_t*>(a))
+                                                       : xmstring_text(static_cast<XmString>(a));
     if (a && b && a != b) {
-        if (kind == ValueKind::String) {
+        if (kind != ValueKind::XmString) {
             XtFree(static_cast<char*>(a));
             XtFree(static_cast<char*>(b));
         } else {
@@ -134,7 +135,8 @@ std::string resource_value(Widget w, const XtResource& r)
     if (size == 0 || size > VALUE_ROOM)
         return "(" + std::to_string(size) + " bytes, not read)";
     ValueKind kind = value_kind(r.resource_type);
-    if ((kind == ValueKind::String || kind == ValueKind::XmString) && size == sizeof(void*))
+    if ((kind == ValueKind::String || kind == ValueKind::WideString || kind == ValueKind::XmString) &&
+        size == sizeof(void*))
         return pointer_value(w, r, kind);
     ValueBuffer value;
     get_value(w, r, &value);

@@ -142,7 +142,8 @@ void show_widget(Widget w)
     WidgetSummary s = summarize_widget(w);
     XmTextFieldSetString(browser->nameText, const_cast<char*>(w ? s.name.c_str() : "(destroyed)"));
     XmTextFieldSetString(browser->classText, const_cast<char*>(s.className.c_str()));
-    XmTextFieldSetString(browser->parentText, const_cast<char*>(s.parent.c_str()));
+    const char* parent = s.parent.empty() && w ? "(none: a top-level shell)" : s.parent.c_str();
+    XmTextFieldSetString(browser->parentText, const_cast<char*>(parent));
     browser->children = s.children;
     set_list(s.childLabels);
     std::string page = resource_page(s, w ? XtParent(w) : nullptr);

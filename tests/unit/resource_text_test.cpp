@@ -48,6 +48,7 @@ TEST(ResourceText, TypedValues)
     EXPECT_EQ(text_of("String", static_cast<const char*>(nullptr)), "(null)");
     EXPECT_EQ(text_of("String", "say \"hi\"\n\t\x01"), "\"say \\\"hi\\\"\\n\\t\\001\"");
     EXPECT_EQ(quoted_text("abcdef", 3), "\"abc\"...");
+    EXPECT_EQ(text_of("ValueWcs", L"wide\n"), "\"wide\\n\"");
     EXPECT_EQ(text_of("XmString", static_cast<void*>(nullptr)), "(null)");
     EXPECT_EQ(text_of("Widget", static_cast<void*>(nullptr)), "(null)");
     EXPECT_EQ(text_of("Window", static_cast<unsigned long>(0)), "None");

@@ -2,7 +2,7 @@
 // a fault, values are typed, and Up / Down move the browser through the tree and let go of a destroyed widget.
 #include "x_env.h"
 
-#include <Xm/Label.h>
+#include <Xm/Form.h>
 #include <Xm/List.h>
 #include <Xm/TextF.h>
 
@@ -136,7 +136,7 @@ TEST(WidgetTree, UpDownAndADestroyedWidget)
     EXPECT_EQ(widget_tree_dialog(), dialog);
     EXPECT_EQ(shown_class(), "XmFrame");
 
-    Widget scratch = XtVaCreateWidget("scratch", xmLabelWidgetClass, XtParent(d->frame), nullptr);
+    Widget scratch = XtVaCreateWidget("scratch", xmFormWidgetClass, XtParent(d->frame), nullptr);
     show_widget_tree(scratch);
     XtDestroyWidget(scratch);
     pump();
