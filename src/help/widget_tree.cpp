@@ -7,7 +7,6 @@
 #include <X11/IntrinsicP.h>
 #include <X11/CoreP.h>
 #include <X11/CompositeP.h>
-#include <Xm/Form.h>
 #include <Xm/Label.h>
 #include <Xm/List.h>
 #include <Xm/Text.h>
@@ -20,7 +19,6 @@
 #include "core/app_state.h"
 #include "core/message.h"
 #include "core/template_dialog.h"
-#include "core/x_owned.h"
 #include "help/widget_summary.h"
 
 namespace {
