@@ -4,6 +4,7 @@
 #include "help/help_topics.h"
 
 #include <Xm/RowColumn.h>
+#include <Xm/ToggleB.h>
 #include <Xm/Xm.h>
 
 #include <cctype>
@@ -115,6 +116,9 @@ const char* table_topic(Widget w)
 std::string topic_of_widget(Widget w)
 {
     for (; w; w = XtParent(w)) {
+        // Each tool of the palette has a topic named after it.
+        if (XtParent(w) && std::strcmp(XtName(XtParent(w)), "tools") == 0 && XmIsToggleButton(w))
+            return "tool." + lower(XtName(w));
         if (const char* topic = table_topic(w))
             return topic;
         std::string menu = menu_topic(w);
