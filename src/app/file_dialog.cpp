@@ -10,6 +10,7 @@
 #include "core/app_state.h"
 #include "core/drawing.h"
 #include "core/placement.h"
+#include "core/template_dialog.h"
 #include "core/window_place.h"
 #include "core/x_owned.h"
 
@@ -89,6 +90,7 @@ Widget get_file_dialog(Drawing* d)
     fileDialog = XmCreateFileSelectionDialog(parent, const_cast<char*>("File Dialog"), args, n);
     XtAddCallback(fileDialog, XmNcancelCallback, cancel_cb, nullptr);
     XtUnmanageChild(XmFileSelectionBoxGetChild(fileDialog, XmDIALOG_HELP_BUTTON));
+    add_dialog_help(fileDialog);
     // The user comes to name a file: the keyboard starts in the selection
     // field, not in the filter.
     XtVaSetValues(fileDialog, XmNinitialFocus, XmFileSelectionBoxGetChild(fileDialog, XmDIALOG_TEXT), nullptr);
@@ -123,6 +125,7 @@ void show_save_warning(const char* text)
         warningDialog = XmCreateErrorDialog(parent, const_cast<char*>("Warning Dialog"), args, 1);
         XtUnmanageChild(XmMessageBoxGetChild(warningDialog, XmDIALOG_CANCEL_BUTTON));
         XtUnmanageChild(XmMessageBoxGetChild(warningDialog, XmDIALOG_HELP_BUTTON));
+        add_dialog_help(warningDialog);
     }
     XmStringPtr s = localized(text ? text : "");
     XtVaSetValues(warningDialog, XmNmessageString, s.get(), nullptr);
@@ -138,6 +141,7 @@ void show_overwrite_question(const char* text, void (*overwrite)())
         XtSetArg(args[1], XmNdefaultButtonType, XmDIALOG_CANCEL_BUTTON);
         overwriteDialog = XmCreateWarningDialog(parent, const_cast<char*>("Warning Dialog"), args, 2);
         XtUnmanageChild(XmMessageBoxGetChild(overwriteDialog, XmDIALOG_HELP_BUTTON));
+        add_dialog_help(overwriteDialog);
         XtAddCallback(overwriteDialog, XmNokCallback, overwrite_ok_cb, nullptr);
     }
     overwriteAction = overwrite;

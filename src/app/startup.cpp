@@ -23,6 +23,7 @@
 #include "core/safe_format.h"
 #include "files/read_status.h"
 #include "help/help_client.h"
+#include "help/help_context.h"
 
 namespace {
 
@@ -209,6 +210,7 @@ int startup(int* argc, char** argv)
     create_cursors();
     install_window_hooks();
     help_client_start(a.topLevel, a.res.helpBook, "Pictrel", show_version_over, help_cursor_cb);
+    install_context_help();
 
     signal(SIGINT, SIG_IGN);
     signal(SIGHUP, SIG_IGN);

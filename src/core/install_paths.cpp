@@ -52,6 +52,11 @@ std::string picture_dir(const std::string& prefix, const std::string& datadir)
     return under(prefix, datadir) + "/pictrel/pixmaps";
 }
 
+std::string help_dir(const std::string& prefix, const std::string& datadir)
+{
+    return under(prefix, datadir) + "/pictrel/help";
+}
+
 std::string own_install_prefix()
 {
     char path[PATH_MAX];
@@ -66,6 +71,12 @@ std::string own_picture_dir()
 {
     std::string prefix = own_install_prefix();
     return prefix.empty() ? PICTREL_RESOURCE_DIR : picture_dir(prefix, PICTREL_INSTALL_DATADIR);
+}
+
+std::string own_help_dir()
+{
+    std::string prefix = own_install_prefix();
+    return prefix.empty() ? PICTREL_RESOURCE_DIR "/help" : help_dir(prefix, PICTREL_INSTALL_DATADIR);
 }
 
 std::string own_app_defaults_file()

@@ -17,6 +17,9 @@ std::string app_defaults_dir(const std::string& prefix, const std::string& datad
 // The directory of the program's pictures: <prefix>/<datadir>/pictrel/pixmaps.
 std::string picture_dir(const std::string& prefix, const std::string& datadir);
 
+// The directory of the help books: <prefix>/<datadir>/pictrel/help.
+std::string help_dir(const std::string& prefix, const std::string& datadir);
+
 // The running program's own prefix (from /proc/self/exe and the binary
 // directory it was built for), or empty when it is not installed.
 std::string own_install_prefix();
@@ -24,6 +27,10 @@ std::string own_install_prefix();
 // The pictures of the running program: the installed picture directory, or
 // the source tree's resources when the program runs from its build tree.
 std::string own_picture_dir();
+
+// The help books of the running program: the installed help directory, or
+// the source tree's resources/help in a build tree.
+std::string own_help_dir();
 
 // The running program's installed application defaults file when it exists,
 // or empty.

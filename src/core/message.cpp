@@ -150,6 +150,7 @@ void show_stand_alone(StandAlone& s, StandAloneKind kind, const char* appName, c
         XtUnmanageChild(XmMessageBoxGetChild(s.box, XmDIALOG_CANCEL_BUTTON));
         XtUnmanageChild(XmMessageBoxGetChild(s.box, XmDIALOG_HELP_BUTTON));
         XtAddCallback(s.box, XmNokCallback, hide_cb, &s);
+        add_dialog_help(s.box);
         XtManageChild(s.box);
         XtRealizeWidget(s.shell);
     }

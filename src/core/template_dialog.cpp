@@ -14,6 +14,8 @@ namespace {
 
 constexpr int MAX_BUTTONS = 32;
 
+XtCallbackProc dialogHelp = nullptr;
+
 using Creator = Widget (*)(Widget, String, ArgList, Cardinal);
 
 // The caller's arguments followed by ours; ours come last so that the
@@ -30,6 +32,7 @@ Widget build(Creator create, Widget parent, const char* name, void (*fill)(Widge
         merged.push_back(extra[i]);
     Widget dialog = create(parent, const_cast<String>(name), merged.data(), static_cast<Cardinal>(merged.size()));
 
+    add_dialog_help(dialog);
     Widget form = XmCreateForm(dialog, const_cast<String>("main"), nullptr, 0);
     if (fill)
         fill(form);
@@ -68,6 +71,14 @@ Widget message_box(Widget parent, const char* name, void (*fill)(Widget form), A
     Widget w = build(XmCreateMessageBox, parent, name, fill, args, argCount, buttons, extra, 2);
     XmStringFree(empty);
     return w;
+}
+
+void set_dialog_help(XtCallbackProc callback) { dialogHelp = callback; }
+
+void add_dialog_help(Widget dialog)
+{
+    if (dialog && dialogHelp)
+        XtAddCallback(dialog, XmNhelpCallback, dialogHelp, nullptr);
 }
 
 void set_dialog_message(Widget dialog, const char* text)

@@ -26,6 +26,12 @@ void set_default_button(Widget dialog, const char* childName);
 // button, as in every dialog that has one.
 void set_default_and_cancel(Widget dialog, const char* defaultName);
 
+// The help callback of every dialog (F1, and a Help button where one is
+// shown): given once at start-up by the help subsystem, which lies above
+// this layer; add_dialog_help does nothing before then.
+void set_dialog_help(XtCallbackProc callback);
+void add_dialog_help(Widget dialog);
+
 // Puts a dialog's built-in resource lines under the resource database, so
 // that it still looks right without the application defaults file while
 // that file (and the user's settings) win wherever they say something.
