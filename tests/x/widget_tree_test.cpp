@@ -60,7 +60,7 @@ std::string shown_class()
 }  // namespace
 
 // Every widget of a drawing window and of the dialogs it opens (colours, views, fonts, new, open, messages,
-// version and the browser itself) is read through the browser's listing, and the values come out typed.
+// version, help and the browser itself) is read through the browser's listing, and the values come out typed.
 TEST(WidgetTree, EveryWidgetReadsTyped)
 {
     Drawing* d = make_drawing(16, 16);
@@ -68,6 +68,7 @@ TEST(WidgetTree, EveryWidgetReadsTyped)
         run_command(d, command, nullptr, True);
     show_message(d->shell, "a message", 1, nullptr, nullptr);
     press(menu_item(d, "HelpOnVersion"));
+    press(menu_item(d, "HelpOnWindow"));
     press(menu_item(d, "HelpWidgetTree"));
     ASSERT_EQ(widget_tree_current(), d->shell) << "Help > Widget Tree... opens on the drawing window";
 
