@@ -244,7 +244,8 @@ Window find_server(Widget from)
 
 // Writes the request on our window and tells the server; false when the
 // server's window is gone (or the request cannot be written).
-bool send_request(Window server, const char* kind, const char* topic, unsigned long serial)
+bool send_request(Window server, const char* kind, const char* topic, unsigned long serial,
+                  unsigned long* watchFrom = nullptr)
 {
     char host[256] = "";
     gethostname(host, sizeof host - 1);
@@ -266,7 +267,11 @@ bool send_request(Window server, const char* kind, const char* topic, unsigned l
     XChangeProperty(dpy, client.window, client.request, XA_STRING, 8, PropModeReplace,
                     reinterpret_cast<const unsigned char*>(text.data()), static_cast<int>(text.size()));
     ErrorTrap trap(dpy);
-    XSelectInput(dpy, server, StructureNotifyMask);   // its DestroyNotify ends our wait
+    // Its DestroyNotify ends our wait; one of an earlier window that had
+    // the same id (a server restarted) came before this request.
+    if (watchFrom)
+        *watchFrom = NextRequest(dpy);
+    XSelectInput(dpy, server, StructureNotifyMask);
     XEvent m{};
     m.xclient.type = ClientMessage;
     m.xclient.window = server;
@@ -287,6 +292,7 @@ bool send_request(Window server, const char* kind, const char* topic, unsigned l
 
 struct ReplyWait {
     Window server;
+    unsigned long since;   // the request that began watching it
 };
 
 Bool reply_or_gone(Display*, XEvent* e, XPointer arg)
@@ -295,15 +301,15 @@ Bool reply_or_gone(Display*, XEvent* e, XPointer arg)
     if (e->type == PropertyNotify)
         return e->xproperty.window == client.window && e->xproperty.atom == client.reply &&
                e->xproperty.state == PropertyNewValue;
-    return e->type == DestroyNotify && e->xdestroywindow.window == w->server;
+    return e->type == DestroyNotify && e->xdestroywindow.window == w->server && e->xany.serial >= w->since;
 }
 
 // 0 when the server answered that it shows the topic.
-int await_reply(Window server, unsigned long serial)
+int await_reply(Window server, unsigned long serial, unsigned long watchFrom)
 {
     Display* dpy = display();
     BusyCursor busy;
-    ReplyWait wait{server};
+    ReplyWait wait{server, watchFrom};
     const long long deadline = now_ms() + replyWaitMs;
     XEvent e;
     while (next_event(reply_or_gone, reinterpret_cast<XPointer>(&wait), deadline, &e)) {
@@ -370,10 +376,10 @@ int help_client_request(Widget from, const char* topic)
     Window server = find_server(from ? from : client.top);
     if (server == None)
         return 1;
-    unsigned long serial = ++client.serial;
-    if (!send_request(server, "show", topic, serial))
+    unsigned long serial = ++client.serial, watchFrom = 0;
+    if (!send_request(server, "show", topic, serial, &watchFrom))
         return 1;
-    return await_reply(server, serial);
+    return await_reply(server, serial, watchFrom);
 }
 
 void help_client_shutdown()
