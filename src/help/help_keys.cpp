@@ -60,10 +60,18 @@ void collect(Widget pane, const std::string& path, std::vector<KeyEntry>* out)
         }
         if (!XmIsLabel(item) && !XmIsLabelGadget(item))
             continue;
+        // Labels hand out a fresh copy of the accelerator on every read:
+        // two reads that differ are two copies, and both are ours to free.
         char* accelerator = nullptr;
+        char* again = nullptr;
         XtVaGetValues(item, XmNaccelerator, &accelerator, nullptr);
+        XtVaGetValues(item, XmNaccelerator, &again, nullptr);
         std::string keys = readable_keys(string_resource(item, XmNacceleratorText),
                                          accelerator ? accelerator : "");
+        if (accelerator != again) {
+            XtFree(accelerator);
+            XtFree(again);
+        }
         out->push_back(KeyEntry{keys, where});
     }
 }
