@@ -23,6 +23,9 @@ int put_picture(Drawing* d, Pixmap picture, int width, int height, int hx, int h
     size_canvas(d);
     fit_view(d);
     int status = create_image(d, picture);
+    // The views that shrank are not exposed again: paint them all.
+    if (status == 0)
+        refresh_rect(d, 0, 0, width, height);
     tell_size_changed(d);
     return status;
 }
