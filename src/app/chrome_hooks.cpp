@@ -8,6 +8,7 @@
 #include "app/draw.h"
 #include "app/menus.h"
 #include "app/session.h"
+#include "app/status.h"
 #include "core/window_hooks.h"
 
 namespace {
@@ -46,4 +47,5 @@ void install_window_hooks()
     h.toggle_changed = toggle_changed;
     h.name_changed = show_name;
     h.show_cursor = set_cursor;
+    h.size_changed = update_status;
 }

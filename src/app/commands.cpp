@@ -12,6 +12,7 @@
 #include "core/app_state.h"
 #include "app/new_close.h"
 #include "app/open_save.h"
+#include "app/size_dialogs.h"
 #include "fonts/font_dialog.h"
 #include "imageops/clipboard.h"
 #include "imageops/root_background.h"
@@ -77,6 +78,8 @@ const CommandRow commandTable[] = {
     {CMD_PICK_WINDOW,        cmd_pick_window},
     {CMD_SHOW_COLORS,        cmd_show_colors},
     {CMD_CLOSE,              cmd_close},
+    {CMD_RESIZE_IMAGE,       cmd_resize_image},
+    {CMD_SCALE_IMAGE,        cmd_scale_image},
 };
 
 }  // namespace

@@ -23,6 +23,7 @@
 #include "app/slot_choice.h"
 #include "app/status.h"
 #include "app/window_icon.h"
+#include "canvas/image_size.h"
 #include "canvas/image_store.h"
 #include "canvas/views.h"
 #include "colour/color_list.h"
@@ -393,8 +394,10 @@ void close_drawing(Drawing* d)
     for (int i = 0; i < MAX_DRAWINGS; i++)
         if (r.slots[i] == d)
             r.nextSlot = i;
-    // The record may be reused: its selection goes with the picture.
+    // The record may be reused: its selection and the picture kept for
+    // undo go with the picture.
     drop_selection(d);
+    drop_size_undo(d);
     if (!d->closing) {
         XtUnmanageChild(d->menuBar);
         XtPopdown(d->shell);

@@ -71,6 +71,9 @@ const MenuEntry toolsMenu[] = {
     {"NudgeRight",     CMD_NUDGE_RIGHT,         0, nullptr, 0, 0},
     {"NudgeDown",      CMD_NUDGE_DOWN,          0, nullptr, 0, 0},
     {"NudgeLeft",      CMD_NUDGE_LEFT,          0, nullptr, 0, 0},
+    {"-------",        0,                       0, nullptr, 0, 0},
+    {"ResizeImage",    CMD_RESIZE_IMAGE,        0, nullptr, 0, 0},
+    {"ScaleImage",     CMD_SCALE_IMAGE,         0, nullptr, 0, 0},
 };
 
 #define SUB(table) table, static_cast<int>(sizeof(table) / sizeof(table[0]))
@@ -236,6 +239,9 @@ void update_selection_sensitivity(Drawing* d)
     for (int n : selectionItems)
         set_sensitive(d, n, sel);
     set_sensitive(d, CMD_INVERT, sel && d->depth == 1);
+    // A floating selection is to be put down before the whole picture changes.
+    set_sensitive(d, CMD_RESIZE_IMAGE, !sel);
+    set_sensitive(d, CMD_SCALE_IMAGE, !sel);
 }
 
 void update_zoom_sensitivity(Drawing* d)

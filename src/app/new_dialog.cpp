@@ -17,11 +17,13 @@
 #include "core/message.h"
 #include "core/safe_format.h"
 #include "core/template_dialog.h"
+#include "imageops/resize_scale.h"
 
 namespace {
 
-constexpr int MAX_NEW_WIDTH = 512;
-constexpr int MAX_NEW_HEIGHT = 720;
+// The largest drawing, the same for New as for Resize and Scale.
+constexpr int MAX_NEW_WIDTH = MAX_IMAGE_WIDTH;
+constexpr int MAX_NEW_HEIGHT = MAX_IMAGE_HEIGHT;
 
 Widget newDialog = nullptr;
 Widget nameField = nullptr;

@@ -79,6 +79,15 @@ GC own_gc(Drawing* d, unsigned long foreground, unsigned long background)
     return XCreateGC(dpy, app().root, mask, &v);
 }
 
+// Show the whole canvas when it is small, a screenful of it when not; the
+// window manager and the user can resize from there.
+void view_size(Drawing* d, Dimension* width, Dimension* height)
+{
+    Dimension viewW = scaled(d->width, d->zoom), viewH = scaled(d->height, d->zoom);
+    *width = static_cast<Dimension>(std::clamp<int>(viewW, MIN_VIEW, MAX_VIEW_WIDTH) + VIEW_MARGIN);
+    *height = static_cast<Dimension>(std::clamp<int>(viewH, MIN_VIEW, MAX_VIEW_HEIGHT) + VIEW_MARGIN);
+}
+
 }  // namespace
 
 void canvas_expose_cb(Widget w, XtPointer clientData, XtPointer callData) noexcept
@@ -136,11 +145,8 @@ Widget create_canvas(Widget form, Drawing* d)
     if (!form || !d)
         return nullptr;
     Widget frame = XmCreateFrame(form, const_cast<char*>("drawFrame"), nullptr, 0);
-    // Show the whole canvas when it is small, a screenful of it when not;
-    // the window manager and the user can resize from there.
-    Dimension viewW = scaled(d->width, d->zoom), viewH = scaled(d->height, d->zoom);
-    viewW = static_cast<Dimension>(std::clamp<int>(viewW, MIN_VIEW, MAX_VIEW_WIDTH) + VIEW_MARGIN);
-    viewH = static_cast<Dimension>(std::clamp<int>(viewH, MIN_VIEW, MAX_VIEW_HEIGHT) + VIEW_MARGIN);
+    Dimension viewW, viewH;
+    view_size(d, &viewW, &viewH);
     Arg args[3];
     Cardinal n = 0;
     XtSetArg(args[n], XmNscrollingPolicy, XmAUTOMATIC), n++;
@@ -262,4 +268,13 @@ void zoom_out(Drawing* d, XEvent* event)
     if (d->zoom == 0)
         hide_small_view(d);
     layout_canvas(d);
+}
+
+void fit_view(Drawing* d)
+{
+    if (!d || !d->scrolledWindow)
+        return;
+    Dimension w, h;
+    view_size(d, &w, &h);
+    XtVaSetValues(d->scrolledWindow, XmNwidth, w, XmNheight, h, nullptr);
 }

@@ -24,6 +24,9 @@ void create_drawing_gcs(Drawing* d);
 
 // Sizes both areas from width, height and zoom and picks the active one.
 void size_canvas(Drawing* d);
+// Sizes the scrolled window, and so the drawing window, to show the whole
+// canvas (a screenful of a large one), as a new window does.
+void fit_view(Drawing* d);
 
 // Replaces image, savedImage, colourWork and imageCopy; copies `source` in
 // when given. Returns 0, or 1 when the pixmaps cannot be made.

@@ -3,6 +3,7 @@
 // business.
 #include "canvas/undo.h"
 
+#include "canvas/image_size.h"
 #include "canvas/image_store.h"
 #include "core/drawing.h"
 #include "core/window_hooks.h"
@@ -12,6 +13,8 @@ void set_undo_available(Drawing* d, bool on)
 {
     if (!d)
         return;
+    // Whatever comes after a change of size, its undo is no longer the last.
+    drop_size_undo(d);
     d->undoAvailable = on;
     tell_undo_changed(d);
 }
@@ -20,6 +23,8 @@ int cmd_undo(Drawing* d, XEvent* event, Boolean set)
 {
     if (!d)
         return 1;
+    if (undo_image_size(d))
+        return 0;
     const ToolRow* row = current_tool_row(d);
     if (row && row->restore == UndoRestore::WholeImage)
         undo_whole_image(d);

@@ -13,10 +13,11 @@
 
 struct DrawingXpmInfo;
 struct Selection;
+struct SizeUndo;
 struct ToolStroke;
 
 constexpr int MAX_DRAWINGS = 8;
-constexpr int MENU_ITEM_COUNT = 40;   // command numbers 0..39
+constexpr int MENU_ITEM_COUNT = 48;   // command numbers 0..47
 constexpr int COLOUR_TABLE_SIZE = 256;
 // The largest zoom exponent: an image pixel is then 16 x 16 screen pixels.
 constexpr int MAX_ZOOM = 4;
@@ -73,6 +74,7 @@ struct Drawing {
     // One level of undo: whether the last stroke can be taken back. The
     // Edit menu's Undo item follows it.
     bool undoAvailable;
+    SizeUndo* sizeUndo;       // the picture before a change of size, while Undo would bring it back
     unsigned char hasFile;
     int closing;              // set while the session manager ends the program
     unsigned char sessionClosed;   // closed by the session manager, window left up

@@ -42,3 +42,9 @@ void tell_cursor(Drawing* d, int cursor)
     if (window_hooks().show_cursor)
         window_hooks().show_cursor(d, cursor);
 }
+
+void tell_size_changed(Drawing* d)
+{
+    if (window_hooks().size_changed)
+        window_hooks().size_changed(d);
+}

@@ -27,6 +27,8 @@ struct WindowHooks {
     void (*name_changed)(Drawing* d);
     // The canvas areas are to show this cursor (a CursorIndex).
     void (*show_cursor)(Drawing* d, int cursor);
+    // d->width or d->height changed (a resize or scale, or its undo).
+    void (*size_changed)(Drawing* d);
 };
 
 WindowHooks& window_hooks();
@@ -38,3 +40,4 @@ void tell_zoom_changed(Drawing* d);
 void tell_toggle_changed(Drawing* d, WindowToggle which, bool on);
 void tell_name_changed(Drawing* d);
 void tell_cursor(Drawing* d, int cursor);
+void tell_size_changed(Drawing* d);

@@ -49,6 +49,8 @@ const TopicRow topicTable[] = {
     // Dialogs shared by every drawing
     {"New Dialog",           nullptr,            "new"},
     {"ConfirmClose",         nullptr,            "close"},
+    {"Resize Dialog",        nullptr,            "resize"},
+    {"Scale Dialog",         nullptr,            "scale"},
     {"File Dialog",          nullptr,            "files"},
     {"Warning Dialog",       nullptr,            "files"},
     {"Font Dialog",          nullptr,            "fonts"},

@@ -24,6 +24,7 @@
 #include "app/commands.h"
 #include "app/file_dialog.h"
 #include "app/new_close.h"
+#include "app/size_dialogs.h"
 #include "app/status.h"
 #include "colour/color_list.h"
 #include "core/message.h"
@@ -76,6 +77,8 @@ TEST(HelpTopics, EveryClickablePartHasATopicOfItsOwn)
     run_command(d, CMD_SHOW_BW_VIEW, nullptr, True);
     cmd_show_colors(d, nullptr, False);
     show_new_dialog(d);
+    cmd_resize_image(d, nullptr, False);
+    cmd_scale_image(d, nullptr, False);
     show_font_dialog(d);
     get_file_dialog(d);
     show_save_warning("warning");
