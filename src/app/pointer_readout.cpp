@@ -147,7 +147,7 @@ std::string readout(Drawing* d, Widget area, XMotionEvent ev)
     }
     if (marking_selection(d, ev.state)) {
         Box b = box_of(d->selection->anchor, d->selection->corner);
-        return selection_text(x, y, b.width, b.height);
+        return selection_text(b.width, b.height);
     }
     Pixel p = 0;
     if (!d->image || x < 0 || y < 0 || x >= d->width || y >= d->height || !read_pixel(d, area, x, y, &p))

@@ -38,9 +38,9 @@ std::string pointer_text(const PointerSample& s)
     return text;
 }
 
-std::string selection_text(int x, int y, int width, int height)
+std::string selection_text(int width, int height)
 {
     char text[48];
     std::snprintf(text, sizeof text, "Selection - %d x %d", width, height);
-    return position(x, y) + text;
+    return text;
 }

@@ -19,6 +19,6 @@ std::string rgb_hex(unsigned short red, unsigned short green, unsigned short blu
 // one; a transparent pixel reads "None", as XPM files write it.
 std::string pointer_text(const PointerSample& s);
 
-// "X - 3, Y - 7  Selection - 5 x 2": the rubber band's size while the
-// select tool marks it out.
-std::string selection_text(int x, int y, int width, int height);
+// "Selection - 5 x 2": the rubber band's size while the select tool marks
+// it out.
+std::string selection_text(int width, int height);
