@@ -135,7 +135,7 @@ void create_pointer_label(Widget form, Drawing* d)
 {
     XmStringPtr room = localized("X - 000, Y - 000  #000000");
     d->pointerLabel = XtVaCreateManagedWidget(
-        "pointer", xmLabelWidgetClass, form, XmNlabelString, room.get(), XmNalignment, XmALIGNMENT_BEGINNING,
+        "pointerReadout", xmLabelWidgetClass, form, XmNlabelString, room.get(), XmNalignment, XmALIGNMENT_BEGINNING,
         XmNrecomputeSize, False, XmNleftAttachment, XmATTACH_WIDGET, XmNleftWidget, d->statusLabel,
         XmNleftOffset, 16, XmNrightAttachment, XmATTACH_FORM, XmNrightOffset, 4, XmNtopAttachment,
         XmATTACH_OPPOSITE_WIDGET, XmNtopWidget, d->statusLabel, XmNbottomAttachment, XmATTACH_FORM, nullptr);
