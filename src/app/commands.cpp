@@ -6,6 +6,7 @@
 #include "app/draw.h"
 #include "app/menus.h"
 #include "canvas/image_store.h"
+#include "canvas/magnified_paint.h"
 #include "canvas/undo.h"
 #include "canvas/views.h"
 #include "colour/color_list.h"
@@ -31,6 +32,12 @@ int cmd_zoom_in(Drawing* d, XEvent* event, Boolean)
 int cmd_zoom_out(Drawing* d, XEvent* event, Boolean)
 {
     zoom_out(d, event);
+    return 0;
+}
+
+int cmd_show_grid(Drawing* d, XEvent*, Boolean set)
+{
+    show_grid(d, set);
     return 0;
 }
 
@@ -78,6 +85,7 @@ const CommandRow commandTable[] = {
     {CMD_PICK_WINDOW,        cmd_pick_window},
     {CMD_SHOW_COLORS,        cmd_show_colors},
     {CMD_CLOSE,              cmd_close},
+    {CMD_SHOW_GRID,          cmd_show_grid},
     {CMD_RESIZE_IMAGE,       cmd_resize_image},
     {CMD_SCALE_IMAGE,        cmd_scale_image},
 };

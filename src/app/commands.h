@@ -19,6 +19,7 @@ enum Command {
     CMD_UPDATE_SENSITIVITY = 34, CMD_PICK_WINDOW = 35, CMD_HELP = 36,
     CMD_SHOW_COLORS = 37,   // View > Colors: opens the colour list dialog
     CMD_CLOSE = 38,         // File > Close: closes this drawing, asking when modified
+    CMD_SHOW_GRID = 39,     // View > Grid: the magnified canvas with or without its grid
     CMD_RESIZE_IMAGE = 41,  // Tools > Resize Image...: crops or extends the picture
     CMD_SCALE_IMAGE = 42,   // Tools > Scale Image...: scales the picture
 };

@@ -19,6 +19,7 @@
 #include "app/drop_open.h"
 #include "app/menus.h"
 #include "app/new_close.h"
+#include "app/pointer_readout.h"
 #include "app/session.h"
 #include "app/slot_choice.h"
 #include "app/status.h"
@@ -158,6 +159,7 @@ void build_window(Drawing* d)
     XtVaSetValues(d->mainWindow, XmNworkWindow, form, nullptr);
 
     create_small_view(d->shell, d);
+    attach_pointer_readout(d);
     install_protocols(d);
 }
 
@@ -282,6 +284,7 @@ Drawing* create_drawing(const char* name, int width, int height, int depth, Pixm
     d->closing = 0;
     d->sessionClosed = 0;
     d->zoom = res().zoomLevel;
+    d->gridShown = res().showGrid;
 
     if (!d->xpmAttributes)
         d->xpmAttributes = new_xpm_info();
@@ -325,6 +328,7 @@ Drawing* create_drawing(const char* name, int width, int height, int depth, Pixm
     XtManageChild(d->menuBar);
     update_status(d);
     update_zoom_sensitivity(d);
+    show_toggle_state(d, CMD_SHOW_GRID, d->gridShown);
     if (d->currentTool >= 0 && d->currentTool < toolCount)
         set_cursor(d, toolTable[d->currentTool].cursor);
     update_restart_command(d);

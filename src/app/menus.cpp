@@ -54,6 +54,7 @@ const MenuEntry viewMenu[] = {
     {"ZoomOut",        CMD_ZOOM_OUT,            0, nullptr, 0, 0},
     {"ShowSmallView",  CMD_SHOW_SMALL_VIEW,     1, nullptr, 0, 0},
     {"ShowBWView",     CMD_SHOW_BW_VIEW,        1, nullptr, 0, 0},
+    {"ShowGrid",       CMD_SHOW_GRID,           1, nullptr, 0, 0},
     {"-------",        0,                       0, nullptr, 0, 0},
     {"ShowColors",     CMD_SHOW_COLORS,         0, nullptr, 0, 0},
 };
@@ -157,6 +158,7 @@ void cascading_cb(Widget w, XtPointer clientData, XtPointer)
                 XmToggleButtonSetState(t, shown, False);
             d->menuState.toggles[n] = shown;
         }
+        show_toggle_state(d, CMD_SHOW_GRID, d->gridShown);
         break;
     default:
         break;

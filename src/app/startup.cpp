@@ -48,7 +48,7 @@ const char* const defaultPixmapPath =
     "/usr/lib/X11/%T/%N%S:/usr/include/X11/%T/%N%S:/usr/include/X11/bitmaps/%N%S:"
     "%N%S/usr/lib/X11/orv/%L/%T/%N:/usr/lib/X11/orv/%l/%T/%N:/usr/lib/X11/orv/%T/%N";
 
-// The first thirty resources; the four pictures come later, once the
+// The plain resources; the four pictures come later, once the
 // converters that read them are installed.
 XtResource resources[] = {
     {(char*)"foreground", (char*)"Foreground", XtRPixel, sizeof(Pixel), RES_OFFSET(foreground),
@@ -63,6 +63,8 @@ XtResource resources[] = {
     INT_RES("zoomLevel", "ZoomLevel", zoomLevel, 3),
     {(char*)"movingSelection", (char*)"MovingSelection", XtRBoolean, sizeof(Boolean),
      RES_OFFSET(movingSelection), XtRImmediate, (XtPointer)False},
+    {(char*)"showGrid", (char*)"ShowGrid", XtRBoolean, sizeof(Boolean), RES_OFFSET(showGrid), XtRImmediate,
+     (XtPointer)True},
     INT_RES("debug", "Debug", debug, 0),
     STR_RES("xpmType", "XpmType", xpmType, ""),
     STR_RES("helpBook", "HelpBook", helpBook, "pictrel"),

@@ -128,6 +128,20 @@ void version_ok_cb(Widget, XtPointer, XtPointer) noexcept
         XtUnmanageChild(versionDialogWidget);
 }
 
+// The readout beside the size text. It keeps the width it is made with,
+// room for a typical text: a label that asked for the width of every new
+// text would make the window grow and shrink as the pointer moves.
+void create_pointer_label(Widget form, Drawing* d)
+{
+    XmStringPtr room = localized("X - 000, Y - 000  #000000");
+    d->pointerLabel = XtVaCreateManagedWidget(
+        "pointerReadout", xmLabelWidgetClass, form, XmNlabelString, room.get(), XmNalignment, XmALIGNMENT_BEGINNING,
+        XmNrecomputeSize, False, XmNleftAttachment, XmATTACH_WIDGET, XmNleftWidget, d->statusLabel,
+        XmNleftOffset, 16, XmNrightAttachment, XmATTACH_FORM, XmNrightOffset, 4, XmNtopAttachment,
+        XmATTACH_OPPOSITE_WIDGET, XmNtopWidget, d->statusLabel, XmNbottomAttachment, XmATTACH_FORM, nullptr);
+    set_label_text(d->pointerLabel, "");
+}
+
 }  // namespace
 
 Widget create_status_area(Widget form, Drawing* d)
@@ -138,9 +152,10 @@ Widget create_status_area(Widget form, Drawing* d)
     XtVaSetValues(logoW, XmNleftAttachment, XmATTACH_FORM, XmNbottomAttachment, XmATTACH_FORM, nullptr);
     d->statusLabel = XtVaCreateManagedWidget(
         "status", xmLabelWidgetClass, form, XmNalignment, XmALIGNMENT_BEGINNING, XmNleftAttachment,
-        XmATTACH_WIDGET, XmNleftWidget, logoW, XmNleftOffset, 8, XmNrightAttachment, XmATTACH_FORM, XmNrightOffset, 4,
+        XmATTACH_WIDGET, XmNleftWidget, logoW, XmNleftOffset, 8,
         XmNtopAttachment, XmATTACH_OPPOSITE_WIDGET, XmNtopWidget, logoW, XmNbottomAttachment, XmATTACH_FORM,
         nullptr);
+    create_pointer_label(form, d);
     Widget sep = XtVaCreateManagedWidget("separator", xmSeparatorWidgetClass, form, XmNleftAttachment,
                                          XmATTACH_FORM, XmNrightAttachment, XmATTACH_FORM, XmNbottomAttachment,
                                          XmATTACH_WIDGET, XmNbottomWidget, logoW, nullptr);
@@ -155,6 +170,22 @@ void update_status(Drawing* d)
     set_label_text(d->statusLabel, text.c_str());
     if (res().debug) {
         printf("Status: %s\n", text.c_str());
+        fflush(stdout);
+    }
+}
+
+void show_pointer_text(Drawing* d, const std::string& text)
+{
+    if (!d || !d->pointerLabel)
+        return;
+    // Most motions stay on the same pixel of the same colour: leave the
+    // label alone then.
+    if (text == d->pointerText)
+        return;
+    d->pointerText = text;
+    set_label_text(d->pointerLabel, text.c_str());
+    if (res().debug) {
+        printf("Pointer: %s\n", text.c_str());
         fflush(stdout);
     }
 }

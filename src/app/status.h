@@ -3,6 +3,8 @@
 
 #include <X11/Intrinsic.h>
 
+#include <string>
+
 struct Drawing;
 
 extern const char* const PICTREL_VERSION_STRING;  // "5.1.1"
@@ -11,6 +13,9 @@ extern const char* const PICTREL_VERSION_STRING;  // "5.1.1"
 // returns the widget the canvas frame should sit above.
 Widget create_status_area(Widget form, Drawing* d);
 void update_status(Drawing* d);
+// Shows `text` beside the size text: what lies under the pointer; empty
+// when the pointer is off the canvas.
+void show_pointer_text(Drawing* d, const std::string& text);
 // Help > version.
 void show_version();
 // The same, centred over `parent` (the window whose Help menu was used).

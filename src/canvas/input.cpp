@@ -213,6 +213,10 @@ void canvas_motion_eh(Widget w, XtPointer clientData, XEvent* event, Boolean* co
     auto* d = static_cast<Drawing*>(clientData);
     if (!d || !event || event->type != MotionNotify)
         return;
+    // The areas also follow the pointer with no button held (for the
+    // status line's readout); that is no stroke.
+    if (!(event->xmotion.state & (Button1Mask | Button2Mask | Button3Mask)))
+        return;
     const ToolRow* row = current_tool_row(d);
     if (!row || !row->motion)
         return;

@@ -1,6 +1,6 @@
 // Magnified painting: each image pixel is a square of 2^zoom - 1 screen
 // pixels on a 2^zoom pitch, the window background showing through as the
-// grid. Only cells that differ from imageCopy are sent, batched by pixel
+// grid (or of the whole pitch, with the grid hidden). Only cells that differ from imageCopy are sent, batched by pixel
 // value so that one XFillRectangles carries up to 50 squares of a colour.
 #include "canvas/magnified_paint.h"
 
@@ -96,6 +96,12 @@ Window magnified_window(Drawing* d)
     return d->zoomedArea ? XtWindow(d->zoomedArea) : None;
 }
 
+// The side of a cell's square: one short of the pitch leaves the grid line.
+unsigned short cell_side(const Drawing* d, int zoom)
+{
+    return static_cast<unsigned short>((1 << zoom) - (d->gridShown ? 1 : 0));
+}
+
 }  // namespace
 
 void retake_image_copy(Drawing* d)
@@ -140,7 +146,7 @@ void magnified_paint(Drawing* d, int x, int y, int w, int h, bool force)
 
     Window win = magnified_window(d);
     int zoom = std::min(d->zoom, MAX_ZOOM);
-    unsigned short size = static_cast<unsigned short>((1 << zoom) - 1);
+    unsigned short size = cell_side(d, zoom);
     bool bitmap = d->depth == 1;
     unsigned long black = app().blackPixel, white = app().whitePixel;
     XImage* copy = d->imageCopy;
@@ -203,7 +209,7 @@ void magnified_paint_rows(Drawing* d, int y, int n)
     }
     Window win = magnified_window(d);
     int zoom = std::min(d->zoom, MAX_ZOOM);
-    unsigned short size = static_cast<unsigned short>((1 << zoom) - 1);
+    unsigned short size = cell_side(d, zoom);
     // The bytes of one bitmap unit may be stored in either order, so a
     // changed byte is examined pixel by pixel over its whole unit.
     int unitBytes = fresh->bitmap_unit >= 8 ? fresh->bitmap_unit / 8 : 1;
@@ -250,4 +256,16 @@ void magnified_paint_rows(Drawing* d, int y, int n)
     }
     flush(toBlack, blackGC);
     flush(toWhite, whiteGC);
+}
+
+void show_grid(Drawing* d, bool on)
+{
+    if (!d)
+        return;
+    d->gridShown = on;
+    // Cleared to the window background (the grid's colour) and exposed, so
+    // every cell is painted again at its new size.
+    Window win = magnified_window(d);
+    if (d->zoom > 0 && win != None)
+        XClearArea(app().display, win, 0, 0, 0, 0, True);
 }

@@ -18,3 +18,7 @@ void magnified_paint_rows(Drawing* d, int y, int n);
 
 // Takes imageCopy afresh from the whole image (plane 1 for bitmaps).
 void retake_image_copy(Drawing* d);
+
+// Shows or hides the grid between the cells of the drawing's magnified
+// area and repaints it; the image is untouched.
+void show_grid(Drawing* d, bool on);

@@ -17,6 +17,7 @@ struct AppResources {
     int zoomLevel;
     String untitledFormatString;
     Boolean movingSelection;
+    Boolean showGrid;    // new drawings start with the grid shown
     int debug;
     String helpBook;
     String xpmType;

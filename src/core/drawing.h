@@ -48,6 +48,9 @@ struct Drawing {
     int depth;                // 1 for a bitmap, else the screen depth
     uint16_t width, height;
     int zoom;
+    // Whether the magnified canvas leaves the grid between its cells; each
+    // window's own, starting from the showGrid resource.
+    bool gridShown;
 
     // Per-drawing GCs: four from the shared set of the drawing's depth...
     GC copyGC;                // function only
@@ -99,6 +102,8 @@ struct Drawing {
     Widget bwDialog;
     Pixmap bwPixmap;
     Widget statusLabel;
+    Widget pointerLabel;      // beside it: what lies under the pointer...
+    std::string pointerText;  // ...as it shows now
     // When the drawing was opened, counted up: a new window cascades from
     // the window of the drawing opened last.
     unsigned long openSerial;
