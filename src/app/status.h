@@ -11,6 +11,9 @@ extern const char* const PICTREL_VERSION_STRING;  // "5.1.1"
 // returns the widget the canvas frame should sit above.
 Widget create_status_area(Widget form, Drawing* d);
 void update_status(Drawing* d);
+// Shows `note` after the size text for a while (a read that changed the
+// file's colours says so here), then the size text alone again.
+void show_status_note(Drawing* d, const char* note);
 // Help > version.
 void show_version();
 // The same, centred over `parent` (the window whose Help menu was used).
