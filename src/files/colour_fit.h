@@ -19,8 +19,12 @@ struct ColourFit {
     bool reduced = false;     // out: the colours were reduced
 };
 
-// Cells left free after a reduction, for New Color and the colour editor.
-constexpr unsigned CELLS_KEPT_FREE = 8;
+// Cells left free after a reduction: the question comes before the
+// drawing's window exists, and the first window's widget colours take about
+// a dozen cells of their own; the rest are for New Color and pasted colours.
+// The colour editor's hue wheel asks for 36 more when first shown; keeping
+// those too would cost a large image a fifth of its colours.
+constexpr unsigned CELLS_KEPT_FREE = 24;
 
 // How many opaque colours a file may keep when `freeCells` are free: one
 // cell goes to the transparent colour and CELLS_KEPT_FREE stay free. 0 when
