@@ -186,6 +186,7 @@ TEST(XpmLosslessE2e, TooManyColoursAsksThenReducesOrRefuses)
     Window shell = app.wait_window("many.xpm");
     ASSERT_NE(shell, 0u) << "Yes, the default, opens it";
     e2e_sleep_ms(300);
+    EXPECT_TRUE(app.shows_text(shell, MESSAGE_FONT, "Colours reduced from 301 to")) << "the status line says so";
     EXPECT_GE(free_cells(dpy), 1u) << "the reduced drawing fits in the cells that were free";
     XCloseDisplay(dpy);
 
