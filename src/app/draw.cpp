@@ -20,6 +20,7 @@
 #include "app/menus.h"
 #include "app/new_close.h"
 #include "app/pointer_readout.h"
+#include "app/reduce_question.h"
 #include "app/session.h"
 #include "app/slot_choice.h"
 #include "app/status.h"
@@ -34,6 +35,7 @@
 #include "core/safe_format.h"
 #include "core/titles.h"
 #include "core/window_place.h"
+#include "files/colour_fit.h"
 #include "files/image_io.h"
 #include "help/help_client.h"
 #include "tools/palettes.h"
@@ -363,12 +365,30 @@ int open_file(const char* path, const char* name)
     Pixmap pixmap = None;
     DrawingXpmInfo info;
     init_xpm_info(&info);
-    int status = read_image_file(path, &width, &height, &depth, &pixmap, &hx, &hy, &info);
+    ColourFit fit;
+    int status = read_image_file(path, &width, &height, &depth, &pixmap, &hx, &hy, &info, &fit);
+    if (status == READ_TOO_MANY_COLOURS) {
+        // More colours than free cells: with the user's leave, read it
+        // again with its colours reduced; without, the read's usual refusal.
+        fit.reduceTo = ask_colour_reduction(nullptr, path, fit);
+        status = fit.reduceTo == 0 ? 1
+                                   : read_image_file(path, &width, &height, &depth, &pixmap, &hx, &hy,
+                                                     &info, &fit);
+        if (status == READ_TOO_MANY_COLOURS)
+            status = 1;
+    }
     if (status == 0) {
         Drawing* d = create_drawing(name ? name : path, width, height, depth, pixmap, hx, hy, &info);
         if (!d)
             status = 1;
         XFreePixmap(app().display, pixmap);
+        if (d && fit.reduced) {
+            // The drawing is not what the file holds: saving must not be skipped.
+            d->modified = 1;
+            std::string note = format_int2(res().coloursReducedString, static_cast<int>(fit.colours),
+                                           static_cast<int>(fit.reduceTo), "Colours reduced from %d to %d.");
+            show_status_note(d, note.c_str());
+        }
     }
     release_xpm_info(&info);
     return status;

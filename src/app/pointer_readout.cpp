@@ -56,16 +56,11 @@ XColor colour_of(Pixel p)
     return c;
 }
 
-// The symbolic name the file gave the colour of this cell, if any.
+// The symbolic name the file gave the colour of this cell, if any: kept
+// with the drawing's file record, which follows edits of the colour.
 const char* symbolic_name(const Drawing* d, Pixel p)
 {
-    const DrawingXpmInfo* info = d->xpmAttributes;
-    if (!info || !info->colours || !info->pixels)
-        return nullptr;
-    for (unsigned i = 0; i < info->tableCount; i++)
-        if (info->pixels[i] == p && info->colours[i] && info->colours[i]->symbolic)
-            return info->colours[i]->symbolic;
-    return nullptr;
+    return symbolic_name_of(d->xpmAttributes, p, res().background);
 }
 
 // The image pixel at (x, y), which lies inside the image.

@@ -86,6 +86,10 @@ XtResource resources[] = {
     STR_RES("allocColorErr", "AllocColorErr", allocColorErr, "Unable to allocate color."),
     STR_RES("unknownErr", "UnknownErr", unknownErr, "Unknown Error."),
     STR_RES("cantLoadFontString", "CantLoadFontString", cantLoadFontString, "Sorry, unable to load font."),
+    STR_RES("reduceColoursString", "ReduceColoursString", reduceColoursString,
+            "%s has %d colours but only %d colour cells are free. Open it with its colours reduced to %d?"),
+    STR_RES("coloursReducedString", "ColoursReducedString", coloursReducedString,
+            "Colours reduced from %d to %d."),
     STR_RES("pixmapPath", "PixmapPath", pixmapPath, defaultPixmapPath),
 };
 

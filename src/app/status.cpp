@@ -190,6 +190,53 @@ void show_pointer_text(Drawing* d, const std::string& text)
     }
 }
 
+namespace {
+
+constexpr unsigned long NOTE_MS = 10000;
+
+// One pending note per drawing slot; the record is checked when the timer
+// fires, as the drawing may have closed meanwhile.
+struct StatusNote {
+    Drawing* drawing;
+    XtIntervalId timer;
+};
+StatusNote notes[MAX_DRAWINGS];
+
+void note_done_cb(XtPointer client, XtIntervalId* id) noexcept
+{
+    auto* note = static_cast<StatusNote*>(client);
+    if (note->timer != *id)
+        return;
+    note->timer = 0;
+    if (drawing_is_open(note->drawing))
+        update_status(note->drawing);
+}
+
+}  // namespace
+
+void show_status_note(Drawing* d, const char* note)
+{
+    if (!d || !d->statusLabel || !note)
+        return;
+    std::string text = format_int2(res().widthHeightString, d->width, d->height, defaultSizeFormat);
+    text += "    ";
+    text += note;
+    set_label_text(d->statusLabel, text.c_str());
+    StatusNote* slot = nullptr;
+    for (StatusNote& n : notes)
+        if (n.drawing == d)
+            slot = &n;
+    for (StatusNote& n : notes)
+        if (!slot && !n.timer)
+            slot = &n;
+    if (!slot)
+        return;
+    if (slot->timer)
+        XtRemoveTimeOut(slot->timer);
+    slot->drawing = d;
+    slot->timer = XtAppAddTimeOut(app().context, NOTE_MS, note_done_cb, slot);
+}
+
 void show_version()
 {
     show_version_over(nullptr);

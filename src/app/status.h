@@ -16,6 +16,9 @@ void update_status(Drawing* d);
 // Shows `text` beside the size text: what lies under the pointer; empty
 // when the pointer is off the canvas.
 void show_pointer_text(Drawing* d, const std::string& text);
+// Shows `note` after the size text for a while (a read that changed the
+// file's colours says so here), then the size text alone again.
+void show_status_note(Drawing* d, const char* note);
 // Help > version.
 void show_version();
 // The same, centred over `parent` (the window whose Help menu was used).

@@ -38,6 +38,8 @@ struct AppResources {
     String allocColorErr;
     String unknownErr;
     String cantLoadFontString;
+    String reduceColoursString;
+    String coloursReducedString;
     String pixmapPath;
     Pixmap rectfilled_labelPixmap;
     Pixmap rectfilled_selectPixmap;

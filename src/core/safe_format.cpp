@@ -91,4 +91,11 @@ std::string format_str(const char* format, const char* value, const char* fallba
     return run(f, value ? value : "");
 }
 
+std::string format_str_int3(const char* format, const char* value, int a, int b, int c,
+                            const char* fallback)
+{
+    const char* f = (format && fits(format, "sddd")) ? format : fallback;
+    return run(f, value ? value : "", a, b, c);
+}
+
 #pragma GCC diagnostic pop

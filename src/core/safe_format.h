@@ -14,3 +14,6 @@ std::string format_conversions(const char* format);
 std::string format_int(const char* format, int value, const char* fallback);
 std::string format_int2(const char* format, int a, int b, const char* fallback);
 std::string format_str(const char* format, const char* value, const char* fallback);
+// The same with a string and then three integers.
+std::string format_str_int3(const char* format, const char* value, int a, int b, int c,
+                            const char* fallback);

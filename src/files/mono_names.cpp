@@ -17,16 +17,12 @@ const char* mono_name_of(const char* monoString, const char* previous)
     return previous;
 }
 
-namespace {
-
 // libXpm takes any case of "None" as the transparent colour; the table
 // counts as having one when a colour string merely contains "None".
 bool transparent_colour(const char* c)
 {
     return c && (std::strstr(c, "None") || !strcasecmp(c, "None"));
 }
-
-}  // namespace
 
 MonoNaming mono_names_of_table(const std::vector<const char*>& mono,
                                const std::vector<const char*>& colour)

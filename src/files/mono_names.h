@@ -8,6 +8,10 @@
 // "None", "black" "b", "white" "w"; anything else keeps `previous`.
 const char* mono_name_of(const char* monoString, const char* previous);
 
+// Whether a colour string makes its colour the transparent one (libXpm's
+// pixel list leaves such colours out).
+bool transparent_colour(const char* c);
+
 struct MonoNaming {
     std::vector<const char*> names;   // per colour record; null where none is stored
     unsigned colourCount = 0;         // records that count

@@ -21,6 +21,7 @@
 #include "core/message.h"
 #include "core/x_owned.h"
 #include "files/cell_remap.h"
+#include "files/colour_fit.h"
 #include "files/file_look.h"
 #include "files/image_header.h"
 #include "files/image_io.h"
@@ -103,9 +104,13 @@ struct XpmRead {
     bool haveNewBackground = false;
     Pixel oldBackground = 0;
     Pixel newBackground = 0;
+    // The file's extensions, handed to the drawing's record on success.
+    XpmExtension* extensions = nullptr;
+    unsigned extensionCount = 0;
 
     ~XpmRead()
     {
+        free_xpm_extensions(extensions, extensionCount);
         if (gc)
             XFreeGC(dpy, gc);
         if (xpmPixmap)
@@ -234,7 +239,8 @@ XpmColor* make_record(const char* colour, const char* mono)
 // file is refused, reported as having too many colours (1, told to the
 // user), or read; its hotspot comes from a first read as an image. Returns
 // 0 when the reading goes on.
-int parse_xpm(const char* fileName, const FileLook& plain, XpmRead& r, int* hotspotX, int* hotspotY)
+int parse_xpm(const char* fileName, const FileLook& plain, XpmRead& r, int* hotspotX, int* hotspotY,
+              ColourFit* fit)
 {
     App& a = app();
     unsigned long colormapEntries = static_cast<unsigned long>(std::max(a.visual->map_entries, 1));
@@ -242,6 +248,10 @@ int parse_xpm(const char* fileName, const FileLook& plain, XpmRead& r, int* hots
     case XpmFileVerdict::Refuse:
         return -1;
     case XpmFileVerdict::TooManyColours:
+        // A caller that can have the colours reduced takes any table a
+        // drawing's file may hold; it is judged again as such.
+        if (fit && xpm_file_verdict(fileName, plain, MAX_XPM_COLOURS) == XpmFileVerdict::Read)
+            break;
         // What running out of cells after the parse would say.
         show_alloc_error();
         return 1;
@@ -252,12 +262,16 @@ int parse_xpm(const char* fileName, const FileLook& plain, XpmRead& r, int* hots
     // The parse comes first: it touches no server resource, and what it
     // finds decides whether the file may go any further.
     XpmInfo parsed{};
-    parsed.valuemask = XpmReturnInfos;
+    parsed.valuemask = XpmReturnInfos | XpmReturnExtensions;
     if (XpmReadFileToXpmImage(const_cast<char*>(fileName), &r.image, &parsed) != XpmSuccess)
         return -1;
     r.haveImage = true;
     bool parsedHotspot = (parsed.valuemask & XpmHotspot) != 0;
     int parsedX = static_cast<int>(parsed.x_hotspot), parsedY = static_cast<int>(parsed.y_hotspot);
+    if (parsed.valuemask & XpmExtensions) {
+        r.extensions = copy_xpm_extensions(parsed.extensions, parsed.nextensions);
+        r.extensionCount = r.extensions ? parsed.nextensions : 0;
+    }
     XpmFreeXpmInfo(&parsed);
     XpmImage& img = r.image;
     if (img.width == 0 || img.height == 0 || img.width > MAX_IMAGE_WIDTH ||
@@ -276,6 +290,12 @@ int parse_xpm(const char* fileName, const FileLook& plain, XpmRead& r, int* hots
     // A private cell per colour plus the transparent one: refuse a table
     // the colormap cannot hold before allocating any of it.
     r.cellsNeeded = opaque_colours(img) + 1;
+    if (!cells_available(r.dpy, r.cellsNeeded) && fit) {
+        // Asked first, or reduced to what the user agreed to.
+        if (int status = fit_colours(r.dpy, a.colormap, img, fit))
+            return status;
+        r.cellsNeeded = opaque_colours(img) + 1;
+    }
     if (!cells_available(r.dpy, r.cellsNeeded)) {
         show_alloc_error();
         return 1;
@@ -407,17 +427,18 @@ void hand_over(XpmRead& r, const MonoNaming& naming, size_t pixelCount,
     info->pixels = reinterpret_cast<Pixel*>(XtMalloc(ncolours * sizeof(Pixel)));
     for (unsigned i = 0; i < ncolours; i++)
         info->pixels[i] = i < colourPixels.size() ? colourPixels[i] : r.newBackground;
+    keep_file_extras(info, img, r.extensions, r.extensionCount);
     r.keepCells = true;
 }
 
 int read_xpm(const char* fileName, const FileLook& plain, int* width, int* height, int* depth,
-             Pixmap* pixmap, int* hotspotX, int* hotspotY, DrawingXpmInfo* info)
+             Pixmap* pixmap, int* hotspotX, int* hotspotY, DrawingXpmInfo* info, ColourFit* fit)
 {
     App& a = app();
     XpmRead r;
     r.dpy = a.display;
     int hx = -1, hy = -1;
-    if (int status = parse_xpm(fileName, plain, r, &hx, &hy))
+    if (int status = parse_xpm(fileName, plain, r, &hx, &hy, fit))
         return status;
     XpmImage& img = r.image;
 
@@ -465,7 +486,8 @@ int read_xpm(const char* fileName, const FileLook& plain, int* width, int* heigh
 }  // namespace
 
 int read_image_file(const char* fileName, int* width, int* height, int* depth,
-                    Pixmap* pixmap, int* hotspotX, int* hotspotY, DrawingXpmInfo* info)
+                    Pixmap* pixmap, int* hotspotX, int* hotspotY, DrawingXpmInfo* info,
+                    ColourFit* fit)
 {
     *width = 0;
     *height = 0;
@@ -499,7 +521,7 @@ int read_image_file(const char* fileName, int* width, int* height, int* depth,
         init_xpm_info(&scratch);
         info = &scratch;
     }
-    status = read_xpm(fileName, plain, width, height, depth, pixmap, hotspotX, hotspotY, info);
+    status = read_xpm(fileName, plain, width, height, depth, pixmap, hotspotX, hotspotY, info, fit);
     if (status != 0)
         *depth = 1;
     if (own)

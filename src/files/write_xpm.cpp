@@ -1,6 +1,7 @@
 // Writing a colour drawing as an XPM file: the image's pixels through
-// libXpm, the transparent pixel as the "None" colour, and each colour's
-// black-and-white meaning as its monochrome key.
+// libXpm, the transparent pixel as the "None" colour, each colour's
+// black-and-white meaning as its monochrome key, and what the file it was
+// read from carried besides: symbolic names and extensions.
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 #include <X11/xpm.h>
@@ -8,6 +9,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <vector>
 
 #include "colour/color_list.h"
 #include "core/app_state.h"
@@ -77,6 +79,30 @@ void write_mono_keys(Display* dpy, XpmImage& xpm, const ColorList* list)
     }
 }
 
+// Gives each colour of the table the symbolic name the drawing's file gave
+// the cell it is in. A colour edited in place keeps its cell, and so its
+// name; a colour added in the program has a cell of its own and no name.
+void write_symbolic_names(XpmImage& xpm, XImage* picture, const DrawingXpmInfo* info, Pixel transparent)
+{
+    if (!info || (!info->symbolicNames && !info->transparentName))
+        return;
+    std::vector<bool> seen(xpm.ncolors, false);
+    unsigned left = xpm.ncolors;
+    for (unsigned y = 0; y < xpm.height && left > 0; y++)
+        for (unsigned x = 0; x < xpm.width && left > 0; x++) {
+            unsigned k = xpm.data[static_cast<size_t>(y) * xpm.width + x];
+            if (k >= xpm.ncolors || seen[k])
+                continue;
+            seen[k] = true;
+            left--;
+            unsigned long p = XGetPixel(picture, static_cast<int>(x), static_cast<int>(y));
+            if (const char* name = symbolic_name_of(info, p, transparent)) {
+                XpmFree(xpm.colorTable[k].symbolic);
+                xpm.colorTable[k].symbolic = strdup(name);
+            }
+        }
+}
+
 }  // namespace
 
 int write_xpm_file(Drawing* d, const char* fileName)
@@ -112,6 +138,7 @@ int write_xpm_file(Drawing* d, const char* fileName)
             xpm.colorTable[i].c_color = strdup("None");
 
     write_mono_keys(dpy, xpm, list);
+    write_symbolic_names(xpm, picture.get(), d->xpmAttributes, transparent);
 
     // The hotspot is written even when there is none: such a file carries
     // -1 -1 on its values line, which reads back as no hotspot. libXpm's
@@ -119,13 +146,19 @@ int write_xpm_file(Drawing* d, const char* fileName)
     // XpmWriteFileFromData) would drop a negative hotspot on re-parsing, so
     // the image goes to the file directly; the lines written are the same.
     XpmInfo info{};
-    info.valuemask = XpmHotspot | XpmColorTable | XpmVisual | XpmColormap | XpmDepth;
+    info.valuemask = XpmHotspot | XpmColorTable | XpmVisual | XpmColormap | XpmDepth | XpmExtensions;
     info.x_hotspot = static_cast<unsigned>(d->hotspotX);
     info.y_hotspot = static_cast<unsigned>(d->hotspotY);
+    // The file's extensions go back as they came; libXpm writes none when
+    // there are none.
+    const DrawingXpmInfo* kept = d->xpmAttributes;
+    info.extensions = kept ? kept->extensions : nullptr;
+    info.nextensions = kept && kept->extensions ? kept->extensionCount : 0;
     status = XpmWriteFileFromXpmImage(const_cast<char*>(fileName), &xpm, &info);
     // A full disk still gives XpmSuccess: only the file read back tells.
     if (status == XpmSuccess)
-        status = check_written_xpm(fileName, xpm, d->hotspotX, d->hotspotY);
+        status = check_written_xpm(fileName, xpm, d->hotspotX, d->hotspotY, info.extensions,
+                                   info.nextensions);
     XpmFreeXpmImage(&xpm);
     return status;
 }

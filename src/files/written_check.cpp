@@ -27,11 +27,31 @@ bool same_xpm(const XpmImage& a, const XpmImage& b)
     for (unsigned i = 0; i < a.ncolors; i++) {
         const XpmColor& x = a.colorTable[i];
         const XpmColor& y = b.colorTable[i];
-        if (!same_string(x.c_color, y.c_color) || !same_string(x.m_color, y.m_color))
+        if (!same_string(x.c_color, y.c_color) || !same_string(x.m_color, y.m_color) ||
+            !same_string(x.symbolic, y.symbolic))
             return false;
     }
     size_t count = static_cast<size_t>(a.width) * a.height;
     return count == 0 || std::memcmp(a.data, b.data, count * sizeof a.data[0]) == 0;
+}
+
+bool same_extensions(const XpmExtension* a, unsigned na, const XpmInfo& back)
+{
+    unsigned nb = (back.valuemask & XpmExtensions) && back.extensions ? back.nextensions : 0;
+    if (!a)
+        na = 0;
+    if (na != nb)
+        return false;
+    for (unsigned i = 0; i < na; i++) {
+        const XpmExtension& x = a[i];
+        const XpmExtension& y = back.extensions[i];
+        if (!same_string(x.name, y.name) || x.nlines != y.nlines)
+            return false;
+        for (unsigned l = 0; l < x.nlines; l++)
+            if (!same_string(x.lines[l], y.lines[l]))
+                return false;
+    }
+    return true;
 }
 
 }  // namespace
@@ -60,14 +80,15 @@ int check_written_xbm(Display* dpy, const char* path, Pixmap bits, unsigned widt
     return 0;
 }
 
-int check_written_xpm(const char* path, const XpmImage& written, int hotspotX, int hotspotY)
+int check_written_xpm(const char* path, const XpmImage& written, int hotspotX, int hotspotY,
+                      const XpmExtension* extensions, unsigned extensionCount)
 {
     XpmImage back{};
     XpmInfo info{};
-    info.valuemask = XpmReturnInfos;
+    info.valuemask = XpmReturnInfos | XpmReturnExtensions;
     if (XpmReadFileToXpmImage(const_cast<char*>(path), &back, &info) != XpmSuccess)
         return XpmFileInvalid;
-    bool same = same_xpm(written, back);
+    bool same = same_xpm(written, back) && same_extensions(extensions, extensionCount, info);
     if (hotspotX != -1)
         same = same && (info.valuemask & XpmHotspot) &&
                static_cast<int>(info.x_hotspot) == hotspotX &&
@@ -80,9 +101,14 @@ int check_written_xpm(const char* path, const XpmImage& written, int hotspotX, i
 int check_compressed_copy(const char* plain, const char* compressed, int hotspotX, int hotspotY)
 {
     XpmImage original{};
-    if (XpmReadFileToXpmImage(const_cast<char*>(plain), &original, nullptr) != XpmSuccess)
+    XpmInfo info{};
+    info.valuemask = XpmReturnExtensions;
+    if (XpmReadFileToXpmImage(const_cast<char*>(plain), &original, &info) != XpmSuccess)
         return XpmFileInvalid;
-    int status = check_written_xpm(compressed, original, hotspotX, hotspotY);
+    bool have = (info.valuemask & XpmExtensions) != 0;
+    int status = check_written_xpm(compressed, original, hotspotX, hotspotY,
+                                   have ? info.extensions : nullptr, have ? info.nextensions : 0);
+    XpmFreeXpmInfo(&info);
     XpmFreeXpmImage(&original);
     return status;
 }

@@ -16,9 +16,11 @@ int check_written_xbm(Display* dpy, const char* path, Pixmap bits, unsigned widt
                       unsigned height, int hotspotX, int hotspotY);
 
 // Status 0 when the XPM at `path` (decompressed by libXpm when its name
-// says so) has the size, colours and pixels of `written` and, when
-// hotspotX is not -1, that hotspot; XpmFileInvalid otherwise.
-int check_written_xpm(const char* path, const XpmImage& written, int hotspotX, int hotspotY);
+// says so) has the size, colours (with their symbolic names), pixels and
+// extensions of `written` and, when hotspotX is not -1, that hotspot;
+// XpmFileInvalid otherwise.
+int check_written_xpm(const char* path, const XpmImage& written, int hotspotX, int hotspotY,
+                      const XpmExtension* extensions = nullptr, unsigned extensionCount = 0);
 
 // Status 0 when the compressed file reads back as the same picture as the
 // plain one it was made from (already checked against what was written).

@@ -262,6 +262,18 @@ TEST(FilesRead, CompressedXpm)
     expect_drawing_matches(again, x);
 }
 
+namespace {
+
+// Answers No to the question about reducing a file's colours, when it is up.
+void answer_no_cb(XtPointer, XtIntervalId*)
+{
+    Widget question = message_dialog(2);
+    if (question && XtIsManaged(question))
+        XtCallCallbacks(XtNameToWidget(question, "No"), XmNactivateCallback, nullptr);
+}
+
+}  // namespace
+
 // Bad input never crashes: each file gives its status, makes no drawing, takes no colour cell and leaves the
 // transparent pixel alone. A few kilobytes compressed that unfold into a huge image or more data than any drawing's
 // file are refused without taking the memory. Running out of colour cells, or a table larger than the colormap, is
@@ -338,6 +350,8 @@ TEST(FilesBadInput, StatusAndNothingLeft)
         EXPECT_EQ(res().background, background) << c.what;
         EXPECT_EQ(free_cells(), freeBefore) << c.what << ": cells leaked";
         release_xpm_info(&r.info);
+        // More colours than free cells ask first; No is the refusal.
+        XtAppAddTimeOut(app().context, 0, answer_no_cb, nullptr);
         EXPECT_EQ(open_file(c.path.c_str()), c.status) << c.what;
         pump();
         EXPECT_EQ(open_count(), count) << c.what;
