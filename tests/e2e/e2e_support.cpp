@@ -3,6 +3,7 @@
 #include <X11/extensions/XTest.h>
 #include <algorithm>
 #include <cctype>
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <fcntl.h>
@@ -74,9 +75,10 @@ E2eApp::E2eApp(const char* display)
 
 E2eApp::~E2eApp()
 {
-    if (running()) {
-        kill(-pid_, SIGKILL);   // the whole group: a wrapper's own child too
-        waitpid(pid_, nullptr, 0);
+    if (pid_ > 0) {
+        kill(-pid_, SIGKILL);   // the whole group: a wrapper's or a launcher's own children too
+        if (running())
+            waitpid(pid_, nullptr, 0);
     }
     if (dpy_)
         XCloseDisplay(dpy_);
@@ -92,7 +94,7 @@ std::string E2eApp::log_dir()
 bool E2eApp::start(const std::vector<std::string>& args)
 {
     static int runCount = 0;
-    if (!dpy_ || pid_ > 0)
+    if (pid_ > 0)
         return false;
     argv0_ = "pictrel-e2e-" + std::to_string(getpid()) + "-" + std::to_string(++runCount);
     std::string logDir = log_dir();
@@ -146,6 +148,8 @@ bool E2eApp::spawn(const std::string& file, const std::vector<std::string>& args
         unsetenv("XAPPLRESDIR");
         if (!path.empty())
             setenv("PATH", path.c_str(), 1);
+        if (!pathOnly_.empty())
+            setenv("PATH", pathOnly_.c_str(), 1);
         dup2(open("/dev/null", O_RDONLY), 0);
         dup2(open(outPath_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644), 1);
         dup2(open(errPath_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644), 2);
@@ -178,7 +182,7 @@ bool E2eApp::is_ours(Window w)
 std::vector<E2eWindow> E2eApp::windows()
 {
     std::vector<E2eWindow> found;
-    for (const Geometry& g : child_windows(dpy_, DefaultRootWindow(dpy_))) {
+    for (const Geometry& g : dpy_ ? child_windows(dpy_, DefaultRootWindow(dpy_)) : std::vector<Geometry>{}) {
         char* name = nullptr;
         if (is_ours(g.id) && XFetchName(dpy_, g.id, &name))
             found.push_back({g.id, name});
@@ -299,6 +303,11 @@ bool E2eApp::wait_exit(int* status, int timeoutMs)
         return false;
     *status = exitStatus_;
     return true;
+}
+
+bool E2eApp::group_ended(int timeoutMs)
+{
+    return poll(timeoutMs, [&] { return kill(-pid_, 0) != 0 && errno == ESRCH; });
 }
 
 std::string E2eApp::stdout_text() const { return outPath_.empty() ? "" : e2e_read_file(outPath_); }

@@ -8,13 +8,9 @@
 #include <X11/Xutil.h>
 #include <X11/extensions/XTest.h>
 #include <dirent.h>
-#include <fcntl.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <csignal>
 #include <fstream>
 #include <regex>
 #include <string>
@@ -26,100 +22,31 @@ namespace {
 
 int ignore_x_errors(Display*, XErrorEvent*) { return 0; }
 
-// The launcher running in a process group of its own, so that whatever it starts can be looked for afterwards.
-class Launch {
-public:
-    Launch(const std::string& display, const std::vector<std::string>& args, const std::string& path = "")
-    {
-        out_ = dir_.dir + "/out";
-        err_ = dir_.dir + "/err";
-        std::vector<std::string> argv{installation().launcher()};
-        argv.insert(argv.end(), args.begin(), args.end());
-        std::vector<char*> cargv;
-        for (std::string& a : argv)
-            cargv.push_back(a.data());
-        cargv.push_back(nullptr);
-        pid_ = fork();
-        if (pid_ == 0) {
-            setpgid(0, 0);
-            setenv("DISPLAY", display.c_str(), 1);
-            unsetenv("XFILESEARCHPATH");
-            unsetenv("XAPPLRESDIR");
-            if (!path.empty())
-                setenv("PATH", path.c_str(), 1);
-            dup2(open("/dev/null", O_RDONLY), 0);
-            dup2(open(out_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644), 1);
-            dup2(open(err_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644), 2);
-            execv(cargv[0], cargv.data());
-            _exit(127);
-        }
-        if (pid_ > 0)
-            setpgid(pid_, pid_);
-    }
-    ~Launch()
-    {
-        if (pid_ > 0) {
-            kill(-pid_, SIGKILL);
-            if (!exited_)
-                waitpid(pid_, nullptr, 0);
-        }
-    }
+// The installed launcher started on `display` as a desktop entry starts it: no resource environment, and the
+// toolkit's own message where that display cannot be opened.
+void launch(E2eApp& app, const std::vector<std::string>& args, const std::string& path = "")
+{
+    app.set_binary(installation().launcher());
+    app.set_resource_path("");
+    app.set_path(path);
+    EXPECT_TRUE(app.start(args));
+}
 
-    // The exit status (or -signal), once the launcher has ended; false on timeout.
-    bool wait_exit(int* status, int timeoutMs = 15000)
-    {
-        for (int waited = 0; !exited_ && waited < timeoutMs; waited += 50) {
-            int s = 0;
-            if (waitpid(pid_, &s, WNOHANG) == pid_) {
-                exited_ = true;
-                status_ = WIFEXITED(s) ? WEXITSTATUS(s) : -WTERMSIG(s);
-            } else {
-                e2e_sleep_ms(50);
-            }
-        }
-        *status = status_;
-        return exited_;
+// The nested display the launcher announces on standard output, or empty once it has ended.
+std::string nested_display(E2eApp& app)
+{
+    std::regex announced("display (:[0-9]+)");
+    for (int waited = 0; waited < 15000; waited += 50) {
+        std::smatch m;
+        std::string text = app.stdout_text();
+        if (std::regex_search(text, m, announced))
+            return m[1];
+        if (!app.running())
+            return "";
+        e2e_sleep_ms(50);
     }
-    // Whether every process the launcher started has ended (its group is empty).
-    bool nothing_left(int timeoutMs = 5000)
-    {
-        for (int waited = 0; waited < timeoutMs; waited += 50) {
-            if (kill(-pid_, 0) != 0 && errno == ESRCH)
-                return true;
-            e2e_sleep_ms(50);
-        }
-        return false;
-    }
-    // The nested display the launcher announces on standard output, or empty.
-    std::string nested_display(int timeoutMs = 15000)
-    {
-        std::regex announced("display (:[0-9]+)");
-        for (int waited = 0; waited < timeoutMs; waited += 50) {
-            std::smatch m;
-            std::string text = stdout_text();
-            if (std::regex_search(text, m, announced))
-                return m[1];
-            int s;
-            if (!exited_ && waitpid(pid_, &s, WNOHANG) == pid_) {
-                exited_ = true;
-                status_ = WIFEXITED(s) ? WEXITSTATUS(s) : -WTERMSIG(s);
-            }
-            if (exited_)
-                return "";
-            e2e_sleep_ms(50);
-        }
-        return "";
-    }
-    std::string stdout_text() const { return e2e_read_file(out_); }
-    std::string stderr_text() const { return e2e_read_file(err_); }
-
-private:
-    E2eScratch dir_;
-    std::string out_, err_;
-    pid_t pid_ = -1;
-    bool exited_ = false;
-    int status_ = -1;
-};
+    return "";
+}
 
 std::vector<Window> children(Display* dpy, Window w, Window* parent = nullptr)
 {
@@ -191,6 +118,7 @@ bool has_title_bar(Display* dpy, Window client)
     return false;
 }
 
+// Only flushed: after the last drawing's delete the server goes away, and a lost server ends whoever waits on it.
 void send_delete(Display* dpy, Window w)
 {
     XEvent ev{};
@@ -201,7 +129,7 @@ void send_delete(Display* dpy, Window w)
     ev.xclient.data.l[0] = static_cast<long>(XInternAtom(dpy, "WM_DELETE_WINDOW", False));
     ev.xclient.data.l[1] = CurrentTime;
     XSendEvent(dpy, w, False, NoEventMask, &ev);
-    XSync(dpy, False);
+    XFlush(dpy);
 }
 
 // The drawing windows on the nested display once `count` of them are framed, or fewer on timeout.
@@ -347,9 +275,10 @@ protected:
 // and the server with it.
 TEST_F(LauncherOn24Bits, NestsAServerWithAWindowManagerAndEndsThem)
 {
-    Launch launch(display24, {xpm, xbm});
-    std::string nested = launch.nested_display();
-    ASSERT_FALSE(nested.empty()) << launch.stdout_text() << launch.stderr_text();
+    E2eApp app(display24.c_str());
+    launch(app, {xpm, xbm});
+    std::string nested = nested_display(app);
+    ASSERT_FALSE(nested.empty()) << app.stdout_text() << app.stderr_text();
     Window outer = nested_window();
     ASSERT_NE(outer, 0u) << "no window titled \"Pictrel\" on " << display24;
     XWindowAttributes a;
@@ -366,12 +295,12 @@ TEST_F(LauncherOn24Bits, NestsAServerWithAWindowManagerAndEndsThem)
         titles.push_back(name_of(inner, w));
         EXPECT_TRUE(has_title_bar(inner, w)) << titles.back() << " has no title bar";
     }
-    ASSERT_EQ(drawings.size(), 2u) << launch.stderr_text();
+    ASSERT_EQ(drawings.size(), 2u) << app.stderr_text();
     // Each title is the file's name, as UTF-8 or, where the locale takes it for Latin-1 text, in Latin-1.
     std::sort(titles.begin(), titles.end());
     EXPECT_EQ(titles[1], "a picture.xpm");
     EXPECT_TRUE(titles[0] == "Bild \xc3\xa4 2.xbm" || titles[0] == "Bild \xe4 2.xbm") << titles[0];
-    EXPECT_EQ(launch.stderr_text().find("Can't open"), std::string::npos) << launch.stderr_text();
+    EXPECT_EQ(app.stderr_text().find("Can't open"), std::string::npos) << app.stderr_text();
 
     // The window manager at work: a click on the title bar of the lower window raises it above the other and gives
     // it the keyboard, which stays when the pointer leaves; a drag on its title bar then moves it.
@@ -402,42 +331,14 @@ TEST_F(LauncherOn24Bits, NestsAServerWithAWindowManagerAndEndsThem)
     EXPECT_EQ(x1 - x0, 60) << "a drag on the title bar did not move the window";
     EXPECT_EQ(y1 - y0, 40);
 
-    send_delete(inner, drawings[0]);
     // Closing the last drawing ends the program, and the launcher then ends the server: nothing more may be asked of
-    // it, not even the round trip of closing this connection (a lost server ends the asking process). The
-    // connection is left open.
-    XEvent last{};
-    last.xclient.type = ClientMessage;
-    last.xclient.window = drawings[1];
-    last.xclient.message_type = XInternAtom(inner, "WM_PROTOCOLS", False);
-    last.xclient.format = 32;
-    last.xclient.data.l[0] = static_cast<long>(XInternAtom(inner, "WM_DELETE_WINDOW", False));
-    XSendEvent(inner, drawings[1], False, NoEventMask, &last);
-    XFlush(inner);
+    // it, not even the round trip of closing this connection, which is left open.
+    send_delete(inner, drawings[0]);
+    send_delete(inner, drawings[1]);
     int status = -1;
-    ASSERT_TRUE(launch.wait_exit(&status)) << "the launcher still runs after the last drawing closed";
-    EXPECT_EQ(status, 0) << launch.stderr_text();
-    EXPECT_TRUE(launch.nothing_left()) << "the nested server or the window manager still runs";
-}
-
-// Closing the nested window ends the program, the window manager and the server. Xephyr's window takes no
-// WM_DELETE_WINDOW, so a window manager's close button cuts the client off, as XKillClient does here.
-TEST_F(LauncherOn24Bits, ClosingTheNestedWindowEndsEverything)
-{
-    Launch launch(display24, {xpm});
-    std::string nested = launch.nested_display();
-    ASSERT_FALSE(nested.empty()) << launch.stderr_text();
-    Window outer = nested_window();
-    ASSERT_NE(outer, 0u);
-    Display* inner = XOpenDisplay(nested.c_str());
-    ASSERT_NE(inner, nullptr) << nested;
-    EXPECT_EQ(framed_drawings(inner, 1).size(), 1u) << "the program did not start";
-    XCloseDisplay(inner);
-    XKillClient(dpy24, outer);
-    XSync(dpy24, False);
-    int status = -1;
-    ASSERT_TRUE(launch.wait_exit(&status)) << "the launcher still runs after its window was closed";
-    EXPECT_TRUE(launch.nothing_left()) << "something the launcher started still runs";
+    ASSERT_TRUE(app.wait_exit(&status, 15000)) << "the launcher still runs after the last drawing closed";
+    EXPECT_EQ(status, 0) << app.stderr_text();
+    EXPECT_TRUE(app.group_ended()) << "the nested server or the window manager still runs";
 }
 
 // Without Xephyr, or without the window manager, the launcher says what is missing and how to install it, exits
@@ -450,13 +351,14 @@ TEST_F(LauncherOn24Bits, SaysWhatIsMissing)
     };
     for (Case c : {Case{"Xephyr", "apt-get install xserver-xephyr"}, Case{"twm", "apt-get install twm"}}) {
         E2eScratch bin;
-        Launch launch(display24, {xpm}, path_without(c.command, bin.dir));
+        E2eApp app(display24.c_str());
+        launch(app, {xpm}, path_without(c.command, bin.dir));
         int status = -1;
-        ASSERT_TRUE(launch.wait_exit(&status)) << c.command;
+        ASSERT_TRUE(app.wait_exit(&status)) << c.command;
         EXPECT_NE(status, 0) << c.command;
-        std::string err = launch.stderr_text();
+        std::string err = app.stderr_text();
         EXPECT_NE(err.find(c.package), std::string::npos) << "without " << c.command << ": " << err;
-        EXPECT_TRUE(launch.nothing_left()) << "without " << c.command << " something still runs";
+        EXPECT_TRUE(app.group_ended()) << "without " << c.command << " something still runs";
     }
 }
 
@@ -464,10 +366,11 @@ TEST_F(LauncherOn24Bits, SaysWhatIsMissing)
 TEST(LauncherCommandLine, UnreachableDisplay)
 {
     ASSERT_TRUE(installation().installed);
-    Launch launch(":999", {});
+    E2eApp app(":999");
+    launch(app, {});
     int status = -1;
-    ASSERT_TRUE(launch.wait_exit(&status));
+    ASSERT_TRUE(app.wait_exit(&status));
     EXPECT_NE(status, 0);
-    EXPECT_NE(launch.stderr_text().find("Can't open display: :999"), std::string::npos) << launch.stderr_text();
-    EXPECT_TRUE(launch.nothing_left());
+    EXPECT_NE(app.stderr_text().find("Can't open display: :999"), std::string::npos) << app.stderr_text();
+    EXPECT_TRUE(app.group_ended());
 }
