@@ -117,16 +117,7 @@ std::string selected_item(const char* list)
 }
 
 // Whether a loaded font's full name says it is bold.
-bool is_bold(XFontStruct* font)
-{
-    unsigned long nameAtom = 0;
-    if (!font || !XGetFontProperty(font, XA_FONT, &nameAtom))
-        return false;
-    char* fullName = XGetAtomName(app().display, nameAtom);
-    bool bold = fullName && strcasestr(fullName, "-bold-");
-    XFree(fullName);
-    return bold;
-}
+bool is_bold(XFontStruct* font) { return strcasestr(font_name(font).c_str(), "-bold-"); }
 
 }  // namespace
 
