@@ -49,6 +49,13 @@ std::string check_display(Drawing* d);
 // Compares imageCopy with the image pixel for pixel ("" when equal).
 std::string check_image_copy(Drawing* d);
 
+// The drawing's whole image, read back from the server.
+ImagePtr image_of(Drawing* d);
+// "" when the top-left w x h of `got` holds `want`'s pixels (each through `shown` when given: how a view shows an
+// image pixel), else the first pixel that differs.
+std::string first_difference(const XImage* got, const XImage* want, int w, int h,
+                             const std::function<unsigned long(unsigned long)>& shown = {});
+
 // Counts X protocol errors while alive; the count is read after a sync.
 class XErrorTrap {
 public:

@@ -31,21 +31,11 @@ ImagePtr read_area(Widget dialog, Widget area, int w, int h)
                               static_cast<unsigned>(h), AllPlanes, ZPixmap));
 }
 
-// Compares the visible part of the small view with the image ("" if equal).
+// Compares the visible part of the small view with the image ("" if equal); a bitmap's set bits show black.
 std::string check_small_view(Drawing* d, int w, int h)
 {
-    ImagePtr shown = read_area(d->smallViewDialog, d->smallArea, w, h);
-    ImagePtr image(XGetImage(app().display, d->image, 0, 0, static_cast<unsigned>(w), static_cast<unsigned>(h),
-                             d->depth == 1 ? 1 : AllPlanes, ZPixmap));
-    if (!shown || !image)
-        return "XGetImage failed";
-    for (int y = 0; y < h; y++)
-        for (int x = 0; x < w; x++) {
-            unsigned long want = XGetPixel(image.get(), x, y), got = XGetPixel(shown.get(), x, y);
-            if (got != (d->depth != 1 ? want : want ? app().blackPixel : app().whitePixel))
-                return "(" + std::to_string(x) + "," + std::to_string(y) + "): got " + std::to_string(got);
-        }
-    return "";
+    auto shown = [d](unsigned long v) { return d->depth != 1 ? v : v ? app().blackPixel : app().whitePixel; };
+    return first_difference(read_area(d->smallViewDialog, d->smallArea, w, h).get(), image_of(d).get(), w, h, shown);
 }
 
 void fill(Drawing* d, unsigned long pixel, int x, int y, int w, int h)
