@@ -18,14 +18,7 @@
 
 namespace {
 
-int trappedErrors;
 int grabDepth;
-
-int count_error(Display*, XErrorEvent*)
-{
-    trappedErrors++;
-    return 0;
-}
 
 }  // namespace
 
@@ -178,25 +171,6 @@ std::string first_difference(const XImage* got, const XImage* want, int w, int h
 std::string check_image_copy(Drawing* d)
 {
     return first_difference(d->imageCopy, image_of(d).get(), d->width, d->height);
-}
-
-XErrorTrap::XErrorTrap()
-{
-    XSync(app().display, False);
-    trappedErrors = 0;
-    old_ = XSetErrorHandler(count_error);
-}
-
-XErrorTrap::~XErrorTrap()
-{
-    XSync(app().display, False);
-    XSetErrorHandler(old_);
-}
-
-int XErrorTrap::errors()
-{
-    XSync(app().display, False);
-    return trappedErrors;
 }
 
 bool item_sensitive(Drawing* d, int command)

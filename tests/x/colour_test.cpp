@@ -38,9 +38,9 @@ bool cell_writable(Pixel p)
     XColor c{p};
     XQueryColor(app().display, cmap(), &c);
     c.flags = DoRed | DoGreen | DoBlue;
-    XErrorTrap trap;
+    ErrorTrap trap(app().display);
     XStoreColor(app().display, cmap(), &c);
-    return trap.errors() == 0;
+    return trap.error() == 0;
 }
 
 void activate(Widget w, int clicks = 1)
@@ -469,13 +469,13 @@ TEST(ColorEditor, DrawingClosedUnderTheEditor)
     for (ColorEntry* e : entries(next))
         before.push_back(rgb_of_pixel(e->pixel));
     {
-        XErrorTrap trap;
+        ErrorTrap trap(app().display);
         set_value(200);
         click_wheel(150, 80);
         press_editor("Undo");
         activate(ed->whiteSample);
         XSync(app().display, False);
-        EXPECT_EQ(trap.errors(), 0);
+        EXPECT_EQ(trap.error(), 0);
     }
     std::vector<ColorEntry*> after = entries(next);
     ASSERT_EQ(after.size(), before.size());

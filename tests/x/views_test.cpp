@@ -50,7 +50,7 @@ void fill(Drawing* d, unsigned long pixel, int x, int y, int w, int h)
 // The small view shows the image pixel for pixel, follows painting and exposure, and painting in it reaches the image.
 TEST(SmallView, ShowsFollowsAndPaints)
 {
-    XErrorTrap trap;
+    ErrorTrap trap(app().display);
     Drawing* d = make_drawing(24, 20);
     set_zoom(d, 2);
     run_command(d, CMD_SHOW_SMALL_VIEW, nullptr, True);
@@ -80,7 +80,7 @@ TEST(SmallView, ShowsFollowsAndPaints)
     ImagePtr shown = read_area(d->smallViewDialog, d->smallArea, 24, 20);
     ASSERT_TRUE(shown);
     EXPECT_EQ(XGetPixel(shown.get(), 10, 7), fg) << "the view shows the click at once";
-    EXPECT_EQ(trap.errors(), 0);
+    EXPECT_EQ(trap.error(), 0);
 }
 
 // Actual size hides the view and turns its toggle off and insensitive; the toggle and Close hide it; a bitmap's view
@@ -147,7 +147,7 @@ TEST(SmallView, ToggleZoomCloseAndBitmap)
 // catches up when shown again, and repaints when a colour's mapping changes.
 TEST(BWView, ShowsMappingFollowsAndCatchesUp)
 {
-    XErrorTrap trap;
+    ErrorTrap trap(app().display);
     Drawing* d = make_drawing(20, 12);
     ColorList* list = color_list_of(d);
     ASSERT_TRUE(d->bwDialog && list);
@@ -190,5 +190,5 @@ TEST(BWView, ShowsMappingFollowsAndCatchesUp)
     pump();
     EXPECT_TRUE(d->modified);
     expect_view(12, "after white was mapped to black");
-    EXPECT_EQ(trap.errors(), 0);
+    EXPECT_EQ(trap.error(), 0);
 }
