@@ -267,13 +267,19 @@ void E2eApp::click(Window w, int x, int y, unsigned b)
     sync();
 }
 
-void E2eApp::send_protocol(Window w, const char* protocol)
+void send_protocol(Display* dpy, Window w, const char* protocol)
 {
     XEvent ev{};
-    ev.xclient = {ClientMessage, 0, False, dpy_, w, XInternAtom(dpy_, "WM_PROTOCOLS", False), 32, {}};
-    ev.xclient.data.l[0] = static_cast<long>(XInternAtom(dpy_, protocol, False));
+    ev.xclient = {ClientMessage, 0, False, dpy, w, XInternAtom(dpy, "WM_PROTOCOLS", False), 32, {}};
+    ev.xclient.data.l[0] = static_cast<long>(XInternAtom(dpy, protocol, False));
     ev.xclient.data.l[1] = CurrentTime;
-    XSendEvent(dpy_, w, False, NoEventMask, &ev);
+    XSendEvent(dpy, w, False, NoEventMask, &ev);
+    XFlush(dpy);
+}
+
+void E2eApp::send_protocol(Window w, const char* protocol)
+{
+    ::send_protocol(dpy_, w, protocol);
     sync();
 }
 

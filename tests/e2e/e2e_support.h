@@ -92,6 +92,10 @@ private:
     bool exited_ = false;
 };
 
+// A WM_PROTOCOLS client message on any connection, only flushed: after the last window's delete a nested server
+// may be gone, and a lost server ends whoever waits on it.
+void send_protocol(Display* dpy, Window w, const char* protocol);
+
 void e2e_sleep_ms(int ms);
 std::string e2e_read_file(const std::string& path);
 

@@ -20,8 +20,6 @@
 
 namespace {
 
-int ignore_x_errors(Display*, XErrorEvent*) { return 0; }
-
 // The installed launcher started on `display` as a desktop entry starts it: no resource environment, and the
 // toolkit's own message where that display cannot be opened.
 void launch(E2eApp& app, const std::vector<std::string>& args, const std::string& path = "")
@@ -118,20 +116,6 @@ bool has_title_bar(Display* dpy, Window client)
     return false;
 }
 
-// Only flushed: after the last drawing's delete the server goes away, and a lost server ends whoever waits on it.
-void send_delete(Display* dpy, Window w)
-{
-    XEvent ev{};
-    ev.xclient.type = ClientMessage;
-    ev.xclient.window = w;
-    ev.xclient.message_type = XInternAtom(dpy, "WM_PROTOCOLS", False);
-    ev.xclient.format = 32;
-    ev.xclient.data.l[0] = static_cast<long>(XInternAtom(dpy, "WM_DELETE_WINDOW", False));
-    ev.xclient.data.l[1] = CurrentTime;
-    XSendEvent(dpy, w, False, NoEventMask, &ev);
-    XFlush(dpy);
-}
-
 // The drawing windows on the nested display once `count` of them are framed, or fewer on timeout.
 std::vector<Window> framed_drawings(Display* dpy, size_t count)
 {
@@ -225,6 +209,18 @@ std::string path_without(const std::string& missing, const std::string& dir)
     return dir;
 }
 
+// The nested server's window on the 24-bit display.
+Window nested_window(Display* dpy)
+{
+    for (int waited = 0; waited < 10000; waited += 100) {
+        for (Window w : children(dpy, DefaultRootWindow(dpy)))
+            if (viewable(dpy, w) && class_of(dpy, w) == "Xephyr" && name_of(dpy, w) == "Pictrel")
+                return w;
+        e2e_sleep_ms(100);
+    }
+    return 0;
+}
+
 class LauncherOn24Bits : public ::testing::Test {
 protected:
     void SetUp() override
@@ -234,9 +230,6 @@ protected:
             GTEST_SKIP() << "PICTREL_TEST_DISPLAY24 not set";
         display24 = d;
         ASSERT_TRUE(installation().installed) << "cmake --install into " << installation().prefix << " failed";
-        XSetErrorHandler(ignore_x_errors);
-        dpy24 = XOpenDisplay(d);
-        ASSERT_NE(dpy24, nullptr) << d;
         // Files as a file manager passes them through the desktop entry: names with blanks and non-ASCII letters.
         xpm = files.dir + "/a picture.xpm";
         xbm = files.dir + "/Bild \xc3\xa4 2.xbm";
@@ -244,26 +237,8 @@ protected:
                               "\".o\",\n\"o.\"};\n";
         std::ofstream(xbm) << "#define b_width 8\n#define b_height 2\nstatic unsigned char b_bits[] = {\n 0x0f, 0xf0};\n";
     }
-    void TearDown() override
-    {
-        if (dpy24)
-            XCloseDisplay(dpy24);
-    }
-
-    // The nested server's window on the 24-bit display.
-    Window nested_window()
-    {
-        for (int waited = 0; waited < 10000; waited += 100) {
-            for (Window w : children(dpy24, DefaultRootWindow(dpy24)))
-                if (viewable(dpy24, w) && class_of(dpy24, w) == "Xephyr" && name_of(dpy24, w) == "Pictrel")
-                    return w;
-            e2e_sleep_ms(100);
-        }
-        return 0;
-    }
 
     std::string display24;
-    Display* dpy24 = nullptr;
     E2eScratch files;
     std::string xpm, xbm;
 };
@@ -279,7 +254,8 @@ TEST_F(LauncherOn24Bits, NestsAServerWithAWindowManagerAndEndsThem)
     launch(app, {xpm, xbm});
     std::string nested = nested_display(app);
     ASSERT_FALSE(nested.empty()) << app.stdout_text() << app.stderr_text();
-    Window outer = nested_window();
+    Display* dpy24 = app.display();
+    Window outer = nested_window(dpy24);
     ASSERT_NE(outer, 0u) << "no window titled \"Pictrel\" on " << display24;
     XWindowAttributes a;
     ASSERT_TRUE(XGetWindowAttributes(dpy24, outer, &a));
@@ -333,8 +309,8 @@ TEST_F(LauncherOn24Bits, NestsAServerWithAWindowManagerAndEndsThem)
 
     // Closing the last drawing ends the program, and the launcher then ends the server: nothing more may be asked of
     // it, not even the round trip of closing this connection, which is left open.
-    send_delete(inner, drawings[0]);
-    send_delete(inner, drawings[1]);
+    send_protocol(inner, drawings[0], "WM_DELETE_WINDOW");
+    send_protocol(inner, drawings[1], "WM_DELETE_WINDOW");
     int status = -1;
     ASSERT_TRUE(app.wait_exit(&status, 15000)) << "the launcher still runs after the last drawing closed";
     EXPECT_EQ(status, 0) << app.stderr_text();
