@@ -33,22 +33,6 @@ bool poll(int timeoutMs, F done)
     return true;
 }
 
-std::vector<Geometry> child_windows(Display* dpy, Window w)
-{
-    Window root, parent, *kids = nullptr;
-    unsigned n = 0;
-    std::vector<Geometry> out;
-    if (!XQueryTree(dpy, w, &root, &parent, &kids, &n))
-        return out;
-    for (unsigned i = 0; i < n; i++) {
-        XWindowAttributes a;
-        if (XGetWindowAttributes(dpy, kids[i], &a) && a.map_state == IsViewable)
-            out.push_back({kids[i], a.x, a.y, a.width, a.height});
-    }
-    XFree(kids);
-    return out;
-}
-
 KeyCode keycode(Display* dpy, const std::string& name)
 {
     KeySym sym = XStringToKeysym(name == "ctrl" ? "Control_L" : name == "shift" ? "Shift_L" : name.c_str());
@@ -163,31 +147,57 @@ bool E2eApp::spawn(const std::string& file, const std::vector<std::string>& args
 }
 
 // Dialog shells belong to the run whose shell they are transient for.
+std::vector<Geometry> child_windows(Display* dpy, Window w, Window* parent)
+{
+    Window root, up = 0, *kids = nullptr;
+    unsigned n = 0;
+    std::vector<Geometry> out;
+    if (!XQueryTree(dpy, w, &root, &up, &kids, &n))
+        return out;
+    for (unsigned i = 0; i < n; i++) {
+        XWindowAttributes a;
+        if (XGetWindowAttributes(dpy, kids[i], &a) && a.map_state == IsViewable)
+            out.push_back({kids[i], a.x, a.y, a.width, a.height});
+    }
+    XFree(kids);
+    if (parent)
+        *parent = up;
+    return out;
+}
+
+std::string window_class(Display* dpy, Window w, bool instance)
+{
+    XClassHint hint{};
+    if (!w || !XGetClassHint(dpy, w, &hint))
+        return "";
+    const char* part = instance ? hint.res_name : hint.res_class;
+    std::string out = part ? part : "";
+    XFree(hint.res_name);
+    XFree(hint.res_class);
+    return out;
+}
+
+std::string window_name(Display* dpy, Window w)
+{
+    char* name = nullptr;
+    std::string out = XFetchName(dpy, w, &name) && name ? name : "";
+    XFree(name);
+    return out;
+}
+
 bool E2eApp::is_ours(Window w)
 {
     Window owner = None;
-    for (Window probe : {w, XGetTransientForHint(dpy_, w, &owner) ? owner : None}) {
-        XClassHint hint{};
-        if (!probe || !XGetClassHint(dpy_, probe, &hint))
-            continue;
-        bool ours = hint.res_name && argv0_ == hint.res_name;
-        XFree(hint.res_name);
-        XFree(hint.res_class);
-        if (ours)
-            return true;
-    }
-    return false;
+    return window_class(dpy_, w, true) == argv0_ ||
+           (XGetTransientForHint(dpy_, w, &owner) && window_class(dpy_, owner, true) == argv0_);
 }
 
 std::vector<E2eWindow> E2eApp::windows()
 {
     std::vector<E2eWindow> found;
-    for (const Geometry& g : dpy_ ? child_windows(dpy_, DefaultRootWindow(dpy_)) : std::vector<Geometry>{}) {
-        char* name = nullptr;
-        if (is_ours(g.id) && XFetchName(dpy_, g.id, &name))
-            found.push_back({g.id, name});
-        XFree(name);
-    }
+    for (const Geometry& g : dpy_ ? child_windows(dpy_, DefaultRootWindow(dpy_)) : std::vector<Geometry>{})
+        if (std::string title = window_name(dpy_, g.id); !title.empty() && is_ours(g.id))
+            found.push_back({g.id, title});
     return found;
 }
 

@@ -112,6 +112,11 @@ struct Geometry {
     int x, y, width, height;
 };
 
+// The viewable children of `w`, bottom to top; `parent` gets w's parent.
+std::vector<Geometry> child_windows(Display* dpy, Window w, Window* parent = nullptr);
+// The class (or, with `instance`, the instance name) of a window's WM_CLASS, and its WM_NAME; "" where none is set.
+std::string window_class(Display* dpy, Window w, bool instance = false);
+std::string window_name(Display* dpy, Window w);
 // The first viewable window below `top` that satisfies `match`, depth first.
 Window find_window(Display* dpy, Window top, const std::function<bool(const Geometry&)>& match);
 // The buttons of a palette (a window with `count` children of w x h), column by column, top to bottom.

@@ -42,16 +42,12 @@ std::string describe(const Geometry& g)
 // Whether `upper` is stacked above `lower` among the root's children.
 bool stacked_above(Display* dpy, Window upper, Window lower)
 {
-    Window root, parent, *kids = nullptr;
-    unsigned n = 0;
-    int up = -1, low = -1;
-    if (!XQueryTree(dpy, DefaultRootWindow(dpy), &root, &parent, &kids, &n))
-        return false;
-    for (unsigned i = 0; i < n; i++) {   // bottom to top
-        up = kids[i] == upper ? int(i) : up;
-        low = kids[i] == lower ? int(i) : low;
+    int up = -1, low = -1, i = 0;
+    for (const Geometry& g : child_windows(dpy, DefaultRootWindow(dpy))) {   // bottom to top
+        up = g.id == upper ? i : up;
+        low = g.id == lower ? i : low;
+        i++;
     }
-    XFree(kids);
     return up >= 0 && low >= 0 && up > low;
 }
 

@@ -46,55 +46,14 @@ std::string nested_display(E2eApp& app)
     return "";
 }
 
-std::vector<Window> children(Display* dpy, Window w, Window* parent = nullptr)
-{
-    Window root, up, *kids = nullptr;
-    unsigned n = 0;
-    std::vector<Window> out;
-    if (XQueryTree(dpy, w, &root, &up, &kids, &n)) {
-        out.assign(kids, kids + n);
-        if (parent)
-            *parent = up;
-    }
-    XFree(kids);
-    return out;
-}
-
-std::string class_of(Display* dpy, Window w)
-{
-    XClassHint hint{};
-    if (!XGetClassHint(dpy, w, &hint))
-        return "";
-    std::string c = hint.res_class ? hint.res_class : "";
-    XFree(hint.res_name);
-    XFree(hint.res_class);
-    return c;
-}
-
-std::string name_of(Display* dpy, Window w)
-{
-    char* name = nullptr;
-    std::string n = XFetchName(dpy, w, &name) && name ? name : "";
-    XFree(name);
-    return n;
-}
-
-bool viewable(Display* dpy, Window w)
-{
-    XWindowAttributes a;
-    return XGetWindowAttributes(dpy, w, &a) && a.map_state == IsViewable;
-}
-
 // The viewable windows of the class below `top`, depth first.
 void find_class(Display* dpy, Window top, const std::string& cls, std::vector<Window>* found)
 {
-    for (Window w : children(dpy, top)) {
-        if (!viewable(dpy, w))
-            continue;
-        if (class_of(dpy, w) == cls)
-            found->push_back(w);
+    for (const Geometry& g : child_windows(dpy, top)) {
+        if (window_class(dpy, g.id) == cls)
+            found->push_back(g.id);
         else
-            find_class(dpy, w, cls, found);
+            find_class(dpy, g.id, cls, found);
     }
 }
 
@@ -103,15 +62,12 @@ void find_class(Display* dpy, Window top, const std::string& cls, std::vector<Wi
 bool has_title_bar(Display* dpy, Window client)
 {
     Window frame = 0;
-    children(dpy, client, &frame);
-    if (!frame || frame == DefaultRootWindow(dpy))
+    child_windows(dpy, client, &frame);
+    XWindowAttributes c;
+    if (!frame || frame == DefaultRootWindow(dpy) || !XGetWindowAttributes(dpy, client, &c) || c.y < 8)
         return false;
-    XWindowAttributes c, t;
-    if (!XGetWindowAttributes(dpy, client, &c) || c.y < 8)
-        return false;
-    for (Window sibling : children(dpy, frame))
-        if (sibling != client && XGetWindowAttributes(dpy, sibling, &t) && t.map_state == IsViewable &&
-            t.y + t.height <= c.y + 2 && t.width >= c.width / 2)
+    for (const Geometry& t : child_windows(dpy, frame))
+        if (t.id != client && t.y + t.height <= c.y + 2 && t.width >= c.width / 2)
             return true;
     return false;
 }
@@ -164,7 +120,7 @@ Window frame_of(Display* dpy, Window w)
 {
     Window parent = 0;
     while (w) {
-        children(dpy, w, &parent);
+        child_windows(dpy, w, &parent);
         if (!parent || parent == DefaultRootWindow(dpy))
             return w;
         w = parent;
@@ -213,9 +169,9 @@ std::string path_without(const std::string& missing, const std::string& dir)
 Window nested_window(Display* dpy)
 {
     for (int waited = 0; waited < 10000; waited += 100) {
-        for (Window w : children(dpy, DefaultRootWindow(dpy)))
-            if (viewable(dpy, w) && class_of(dpy, w) == "Xephyr" && name_of(dpy, w) == "Pictrel")
-                return w;
+        for (const Geometry& g : child_windows(dpy, DefaultRootWindow(dpy)))
+            if (window_class(dpy, g.id) == "Xephyr" && window_name(dpy, g.id) == "Pictrel")
+                return g.id;
         e2e_sleep_ms(100);
     }
     return 0;
@@ -268,7 +224,7 @@ TEST_F(LauncherOn24Bits, NestsAServerWithAWindowManagerAndEndsThem)
     std::vector<Window> drawings = framed_drawings(inner, 2);
     std::vector<std::string> titles;
     for (Window w : drawings) {
-        titles.push_back(name_of(inner, w));
+        titles.push_back(window_name(inner, w));
         EXPECT_TRUE(has_title_bar(inner, w)) << titles.back() << " has no title bar";
     }
     ASSERT_EQ(drawings.size(), 2u) << app.stderr_text();
@@ -282,9 +238,9 @@ TEST_F(LauncherOn24Bits, NestsAServerWithAWindowManagerAndEndsThem)
     // it the keyboard, which stays when the pointer leaves; a drag on its title bar then moves it.
     auto on_top = [&](Window w) {
         Window top = 0;
-        for (Window f : children(inner, DefaultRootWindow(inner)))
-            if (f == frame_of(inner, drawings[0]) || f == frame_of(inner, drawings[1]))
-                top = f;
+        for (const Geometry& f : child_windows(inner, DefaultRootWindow(inner)))
+            if (f.id == frame_of(inner, drawings[0]) || f.id == frame_of(inner, drawings[1]))
+                top = f.id;
         return top == frame_of(inner, w);
     };
     Window lower = on_top(drawings[0]) ? drawings[1] : drawings[0];
