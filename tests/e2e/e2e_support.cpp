@@ -247,6 +247,13 @@ void E2eApp::type(Window w, const std::string& text)
     }
 }
 
+void E2eApp::hold(const std::string& key, bool down)
+{
+    if (KeyCode code = keycode(dpy_, key))
+        XTestFakeKeyEvent(dpy_, code, down ? True : False, CurrentTime);
+    sync();
+}
+
 void E2eApp::keys(Window w, std::initializer_list<const char*> combos)
 {
     for (auto it = combos.begin(); it != combos.end(); ++it)

@@ -55,6 +55,8 @@ public:
     void keys(Window w, std::initializer_list<const char*> combos);
     // Types text key by key (letters of both cases, digits, '/', '-', '_', '.'). w 0: the focus.
     void type(Window w, const std::string& text);
+    // Holds a key (a modifier, say "ctrl" or "shift") down or lets it go, as a user does around a click.
+    void hold(const std::string& key, bool down);
     void move(Window w, int x, int y);
     void button(unsigned button, bool down);
     void click(Window w, int x, int y, unsigned button = 1);
