@@ -3,6 +3,7 @@
 #include <X11/extensions/XTest.h>
 #include <algorithm>
 #include <cctype>
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <fcntl.h>
@@ -32,22 +33,6 @@ bool poll(int timeoutMs, F done)
     return true;
 }
 
-std::vector<Geometry> child_windows(Display* dpy, Window w)
-{
-    Window root, parent, *kids = nullptr;
-    unsigned n = 0;
-    std::vector<Geometry> out;
-    if (!XQueryTree(dpy, w, &root, &parent, &kids, &n))
-        return out;
-    for (unsigned i = 0; i < n; i++) {
-        XWindowAttributes a;
-        if (XGetWindowAttributes(dpy, kids[i], &a) && a.map_state == IsViewable)
-            out.push_back({kids[i], a.x, a.y, a.width, a.height});
-    }
-    XFree(kids);
-    return out;
-}
-
 KeyCode keycode(Display* dpy, const std::string& name)
 {
     KeySym sym = XStringToKeysym(name == "ctrl" ? "Control_L" : name == "shift" ? "Shift_L" : name.c_str());
@@ -74,9 +59,10 @@ E2eApp::E2eApp(const char* display)
 
 E2eApp::~E2eApp()
 {
-    if (running()) {
-        kill(-pid_, SIGKILL);   // the whole group: a wrapper's own child too
-        waitpid(pid_, nullptr, 0);
+    if (pid_ > 0) {
+        kill(-pid_, SIGKILL);   // the whole group: a wrapper's or a launcher's own children too
+        if (running())
+            waitpid(pid_, nullptr, 0);
     }
     if (dpy_)
         XCloseDisplay(dpy_);
@@ -92,7 +78,7 @@ std::string E2eApp::log_dir()
 bool E2eApp::start(const std::vector<std::string>& args)
 {
     static int runCount = 0;
-    if (!dpy_ || pid_ > 0)
+    if (pid_ > 0)
         return false;
     argv0_ = "pictrel-e2e-" + std::to_string(getpid()) + "-" + std::to_string(++runCount);
     std::string logDir = log_dir();
@@ -146,6 +132,8 @@ bool E2eApp::spawn(const std::string& file, const std::vector<std::string>& args
         unsetenv("XAPPLRESDIR");
         if (!path.empty())
             setenv("PATH", path.c_str(), 1);
+        if (!pathOnly_.empty())
+            setenv("PATH", pathOnly_.c_str(), 1);
         dup2(open("/dev/null", O_RDONLY), 0);
         dup2(open(outPath_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644), 1);
         dup2(open(errPath_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644), 2);
@@ -159,31 +147,57 @@ bool E2eApp::spawn(const std::string& file, const std::vector<std::string>& args
 }
 
 // Dialog shells belong to the run whose shell they are transient for.
+std::vector<Geometry> child_windows(Display* dpy, Window w, Window* parent)
+{
+    Window root, up = 0, *kids = nullptr;
+    unsigned n = 0;
+    std::vector<Geometry> out;
+    if (!XQueryTree(dpy, w, &root, &up, &kids, &n))
+        return out;
+    for (unsigned i = 0; i < n; i++) {
+        XWindowAttributes a;
+        if (XGetWindowAttributes(dpy, kids[i], &a) && a.map_state == IsViewable)
+            out.push_back({kids[i], a.x, a.y, a.width, a.height});
+    }
+    XFree(kids);
+    if (parent)
+        *parent = up;
+    return out;
+}
+
+std::string window_class(Display* dpy, Window w, bool instance)
+{
+    XClassHint hint{};
+    if (!w || !XGetClassHint(dpy, w, &hint))
+        return "";
+    const char* part = instance ? hint.res_name : hint.res_class;
+    std::string out = part ? part : "";
+    XFree(hint.res_name);
+    XFree(hint.res_class);
+    return out;
+}
+
+std::string window_name(Display* dpy, Window w)
+{
+    char* name = nullptr;
+    std::string out = XFetchName(dpy, w, &name) && name ? name : "";
+    XFree(name);
+    return out;
+}
+
 bool E2eApp::is_ours(Window w)
 {
     Window owner = None;
-    for (Window probe : {w, XGetTransientForHint(dpy_, w, &owner) ? owner : None}) {
-        XClassHint hint{};
-        if (!probe || !XGetClassHint(dpy_, probe, &hint))
-            continue;
-        bool ours = hint.res_name && argv0_ == hint.res_name;
-        XFree(hint.res_name);
-        XFree(hint.res_class);
-        if (ours)
-            return true;
-    }
-    return false;
+    return window_class(dpy_, w, true) == argv0_ ||
+           (XGetTransientForHint(dpy_, w, &owner) && window_class(dpy_, owner, true) == argv0_);
 }
 
 std::vector<E2eWindow> E2eApp::windows()
 {
     std::vector<E2eWindow> found;
-    for (const Geometry& g : child_windows(dpy_, DefaultRootWindow(dpy_))) {
-        char* name = nullptr;
-        if (is_ours(g.id) && XFetchName(dpy_, g.id, &name))
-            found.push_back({g.id, name});
-        XFree(name);
-    }
+    for (const Geometry& g : dpy_ ? child_windows(dpy_, DefaultRootWindow(dpy_)) : std::vector<Geometry>{})
+        if (std::string title = window_name(dpy_, g.id); !title.empty() && is_ours(g.id))
+            found.push_back({g.id, title});
     return found;
 }
 
@@ -270,13 +284,19 @@ void E2eApp::click(Window w, int x, int y, unsigned b)
     sync();
 }
 
-void E2eApp::send_protocol(Window w, const char* protocol)
+void send_protocol(Display* dpy, Window w, const char* protocol)
 {
     XEvent ev{};
-    ev.xclient = {ClientMessage, 0, False, dpy_, w, XInternAtom(dpy_, "WM_PROTOCOLS", False), 32, {}};
-    ev.xclient.data.l[0] = static_cast<long>(XInternAtom(dpy_, protocol, False));
+    ev.xclient = {ClientMessage, 0, False, dpy, w, XInternAtom(dpy, "WM_PROTOCOLS", False), 32, {}};
+    ev.xclient.data.l[0] = static_cast<long>(XInternAtom(dpy, protocol, False));
     ev.xclient.data.l[1] = CurrentTime;
-    XSendEvent(dpy_, w, False, NoEventMask, &ev);
+    XSendEvent(dpy, w, False, NoEventMask, &ev);
+    XFlush(dpy);
+}
+
+void E2eApp::send_protocol(Window w, const char* protocol)
+{
+    ::send_protocol(dpy_, w, protocol);
     sync();
 }
 
@@ -299,6 +319,11 @@ bool E2eApp::wait_exit(int* status, int timeoutMs)
         return false;
     *status = exitStatus_;
     return true;
+}
+
+bool E2eApp::group_ended(int timeoutMs)
+{
+    return poll(timeoutMs, [&] { return kill(-pid_, 0) != 0 && errno == ESRCH; });
 }
 
 std::string E2eApp::stdout_text() const { return outPath_.empty() ? "" : e2e_read_file(outPath_); }

@@ -21,7 +21,7 @@ struct E2eWindow {
 
 class E2eApp {
 public:
-    explicit E2eApp(const char* display = nullptr);   // null: $DISPLAY
+    explicit E2eApp(const char* display = nullptr);   // null: $DISPLAY; a run may start on one that cannot be opened
     ~E2eApp();
     E2eApp(const E2eApp&) = delete;
     E2eApp& operator=(const E2eApp&) = delete;
@@ -37,6 +37,8 @@ public:
     // Started as a user starts it by name: argv[0] is found in a directory of PATH (through a link named like the
     // run), so that the restart command the program writes names a program that runs.
     void set_found_on_path(bool on) { onPath_ = on; }
+    // The whole PATH of later runs (a launcher's, without one of the commands it needs).
+    void set_path(const std::string& path) { pathOnly_ = path; }
     // Spawns the binary, stdout and stderr going to <build>/e2e-logs.
     bool start(const std::vector<std::string>& args);
     // Spawns exactly this command, as a session manager runs a restart command; the run's windows are those whose
@@ -64,6 +66,8 @@ public:
     // Exit status (or -signal) once the program has ended; false on timeout.
     bool wait_exit(int* status, int timeoutMs = 10000);
     bool running();
+    // Whether every process of the run's group has ended: what a launcher started, too.
+    bool group_ended(int timeoutMs = 5000);
 
     std::string stdout_text() const;
     std::string stderr_text() const;
@@ -83,11 +87,16 @@ private:
     std::string resourcePath_ = PICTREL_RESOURCE_DIR "/%N";
     std::string binary_ = PICTREL_BINARY;
     std::vector<std::string> wrapper_;
+    std::string pathOnly_;
     bool onPath_ = false;
     pid_t pid_ = -1;
     int exitStatus_ = 0;
     bool exited_ = false;
 };
+
+// A WM_PROTOCOLS client message on any connection, only flushed: after the last window's delete a nested server
+// may be gone, and a lost server ends whoever waits on it.
+void send_protocol(Display* dpy, Window w, const char* protocol);
 
 void e2e_sleep_ms(int ms);
 std::string e2e_read_file(const std::string& path);
@@ -105,6 +114,11 @@ struct Geometry {
     int x, y, width, height;
 };
 
+// The viewable children of `w`, bottom to top; `parent` gets w's parent.
+std::vector<Geometry> child_windows(Display* dpy, Window w, Window* parent = nullptr);
+// The class (or, with `instance`, the instance name) of a window's WM_CLASS, and its WM_NAME; "" where none is set.
+std::string window_class(Display* dpy, Window w, bool instance = false);
+std::string window_name(Display* dpy, Window w);
 // The first viewable window below `top` that satisfies `match`, depth first.
 Window find_window(Display* dpy, Window top, const std::function<bool(const Geometry&)>& match);
 // The buttons of a palette (a window with `count` children of w x h), column by column, top to bottom.

@@ -42,16 +42,12 @@ std::string describe(const Geometry& g)
 // Whether `upper` is stacked above `lower` among the root's children.
 bool stacked_above(Display* dpy, Window upper, Window lower)
 {
-    Window root, parent, *kids = nullptr;
-    unsigned n = 0;
-    int up = -1, low = -1;
-    if (!XQueryTree(dpy, DefaultRootWindow(dpy), &root, &parent, &kids, &n))
-        return false;
-    for (unsigned i = 0; i < n; i++) {   // bottom to top
-        up = kids[i] == upper ? int(i) : up;
-        low = kids[i] == lower ? int(i) : low;
+    int up = -1, low = -1, i = 0;
+    for (const Geometry& g : child_windows(dpy, DefaultRootWindow(dpy))) {   // bottom to top
+        up = g.id == upper ? i : up;
+        low = g.id == lower ? i : low;
+        i++;
     }
-    XFree(kids);
     return up >= 0 && low >= 0 && up > low;
 }
 
@@ -125,8 +121,8 @@ TEST(WindowsE2e, StartupMessageStaysAboveTheWindowMappedAfterIt)
 }
 
 // Two drawings opened together take different places, both wholly on the screen; a drawing's actual-size and
-// black-and-white views open beside it (covering neither its window, palettes included, nor each other) and on the
-// screen, titled with the drawing's name and what they show.
+// black-and-white views and its colour list open beside it (covering neither its window, palettes included, nor the
+// views each other) and on the screen, titled with the drawing's name and what they show.
 TEST(WindowsE2e, DrawingsCascadeAndViewsOpenBeside)
 {
     E2eScratch scratch;
@@ -151,9 +147,12 @@ TEST(WindowsE2e, DrawingsCascadeAndViewsOpenBeside)
     app.keys(second, {"F10", "Right", "Right", "Down", "b"});   // View > Black and White View
     Window bw = app.wait_window("second.xpm - Black and White", 5000);
     ASSERT_NE(bw, 0u) << "no black-and-white view titled with its drawing";
+    app.key(second, "ctrl+l");
+    Window colours = app.wait_window("second.xpm - Colors", 5000);
+    ASSERT_NE(colours, 0u) << "Ctrl+L opened no colour list titled with its drawing";
     e2e_sleep_ms(300);
     Geometry drawing = screen_box(dpy, second), s = screen_box(dpy, small), w = screen_box(dpy, bw);
-    for (const Geometry& view : {s, w}) {
+    for (const Geometry& view : {s, w, screen_box(dpy, colours)}) {
         EXPECT_TRUE(on_screen(dpy, view)) << describe(view);
         EXPECT_FALSE(overlap(view, drawing)) << "view " << describe(view) << " on the drawing " << describe(drawing);
     }

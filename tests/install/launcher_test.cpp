@@ -8,13 +8,9 @@
 #include <X11/Xutil.h>
 #include <X11/extensions/XTest.h>
 #include <dirent.h>
-#include <fcntl.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <csignal>
 #include <fstream>
 #include <regex>
 #include <string>
@@ -24,152 +20,40 @@
 
 namespace {
 
-int ignore_x_errors(Display*, XErrorEvent*) { return 0; }
-
-// The launcher running in a process group of its own, so that whatever it starts can be looked for afterwards.
-class Launch {
-public:
-    Launch(const std::string& display, const std::vector<std::string>& args, const std::string& path = "")
-    {
-        out_ = dir_.dir + "/out";
-        err_ = dir_.dir + "/err";
-        std::vector<std::string> argv{installation().launcher()};
-        argv.insert(argv.end(), args.begin(), args.end());
-        std::vector<char*> cargv;
-        for (std::string& a : argv)
-            cargv.push_back(a.data());
-        cargv.push_back(nullptr);
-        pid_ = fork();
-        if (pid_ == 0) {
-            setpgid(0, 0);
-            setenv("DISPLAY", display.c_str(), 1);
-            unsetenv("XFILESEARCHPATH");
-            unsetenv("XAPPLRESDIR");
-            if (!path.empty())
-                setenv("PATH", path.c_str(), 1);
-            dup2(open("/dev/null", O_RDONLY), 0);
-            dup2(open(out_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644), 1);
-            dup2(open(err_.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644), 2);
-            execv(cargv[0], cargv.data());
-            _exit(127);
-        }
-        if (pid_ > 0)
-            setpgid(pid_, pid_);
-    }
-    ~Launch()
-    {
-        if (pid_ > 0) {
-            kill(-pid_, SIGKILL);
-            if (!exited_)
-                waitpid(pid_, nullptr, 0);
-        }
-    }
-
-    // The exit status (or -signal), once the launcher has ended; false on timeout.
-    bool wait_exit(int* status, int timeoutMs = 15000)
-    {
-        for (int waited = 0; !exited_ && waited < timeoutMs; waited += 50) {
-            int s = 0;
-            if (waitpid(pid_, &s, WNOHANG) == pid_) {
-                exited_ = true;
-                status_ = WIFEXITED(s) ? WEXITSTATUS(s) : -WTERMSIG(s);
-            } else {
-                e2e_sleep_ms(50);
-            }
-        }
-        *status = status_;
-        return exited_;
-    }
-    // Whether every process the launcher started has ended (its group is empty).
-    bool nothing_left(int timeoutMs = 5000)
-    {
-        for (int waited = 0; waited < timeoutMs; waited += 50) {
-            if (kill(-pid_, 0) != 0 && errno == ESRCH)
-                return true;
-            e2e_sleep_ms(50);
-        }
-        return false;
-    }
-    // The nested display the launcher announces on standard output, or empty.
-    std::string nested_display(int timeoutMs = 15000)
-    {
-        std::regex announced("display (:[0-9]+)");
-        for (int waited = 0; waited < timeoutMs; waited += 50) {
-            std::smatch m;
-            std::string text = stdout_text();
-            if (std::regex_search(text, m, announced))
-                return m[1];
-            int s;
-            if (!exited_ && waitpid(pid_, &s, WNOHANG) == pid_) {
-                exited_ = true;
-                status_ = WIFEXITED(s) ? WEXITSTATUS(s) : -WTERMSIG(s);
-            }
-            if (exited_)
-                return "";
-            e2e_sleep_ms(50);
-        }
-        return "";
-    }
-    std::string stdout_text() const { return e2e_read_file(out_); }
-    std::string stderr_text() const { return e2e_read_file(err_); }
-
-private:
-    E2eScratch dir_;
-    std::string out_, err_;
-    pid_t pid_ = -1;
-    bool exited_ = false;
-    int status_ = -1;
-};
-
-std::vector<Window> children(Display* dpy, Window w, Window* parent = nullptr)
+// The installed launcher started on `display` as a desktop entry starts it: no resource environment, and the
+// toolkit's own message where that display cannot be opened.
+void launch(E2eApp& app, const std::vector<std::string>& args, const std::string& path = "")
 {
-    Window root, up, *kids = nullptr;
-    unsigned n = 0;
-    std::vector<Window> out;
-    if (XQueryTree(dpy, w, &root, &up, &kids, &n)) {
-        out.assign(kids, kids + n);
-        if (parent)
-            *parent = up;
-    }
-    XFree(kids);
-    return out;
+    app.set_binary(installation().launcher());
+    app.set_resource_path("");
+    app.set_path(path);
+    EXPECT_TRUE(app.start(args));
 }
 
-std::string class_of(Display* dpy, Window w)
+// The nested display the launcher announces on standard output, or empty once it has ended.
+std::string nested_display(E2eApp& app)
 {
-    XClassHint hint{};
-    if (!XGetClassHint(dpy, w, &hint))
-        return "";
-    std::string c = hint.res_class ? hint.res_class : "";
-    XFree(hint.res_name);
-    XFree(hint.res_class);
-    return c;
-}
-
-std::string name_of(Display* dpy, Window w)
-{
-    char* name = nullptr;
-    std::string n = XFetchName(dpy, w, &name) && name ? name : "";
-    XFree(name);
-    return n;
-}
-
-bool viewable(Display* dpy, Window w)
-{
-    XWindowAttributes a;
-    return XGetWindowAttributes(dpy, w, &a) && a.map_state == IsViewable;
+    std::regex announced("display (:[0-9]+)");
+    for (int waited = 0; waited < 15000; waited += 50) {
+        std::smatch m;
+        std::string text = app.stdout_text();
+        if (std::regex_search(text, m, announced))
+            return m[1];
+        if (!app.running())
+            return "";
+        e2e_sleep_ms(50);
+    }
+    return "";
 }
 
 // The viewable windows of the class below `top`, depth first.
 void find_class(Display* dpy, Window top, const std::string& cls, std::vector<Window>* found)
 {
-    for (Window w : children(dpy, top)) {
-        if (!viewable(dpy, w))
-            continue;
-        if (class_of(dpy, w) == cls)
-            found->push_back(w);
+    for (const Geometry& g : child_windows(dpy, top)) {
+        if (window_class(dpy, g.id) == cls)
+            found->push_back(g.id);
         else
-            find_class(dpy, w, cls, found);
+            find_class(dpy, g.id, cls, found);
     }
 }
 
@@ -178,30 +62,14 @@ void find_class(Display* dpy, Window top, const std::string& cls, std::vector<Wi
 bool has_title_bar(Display* dpy, Window client)
 {
     Window frame = 0;
-    children(dpy, client, &frame);
-    if (!frame || frame == DefaultRootWindow(dpy))
+    child_windows(dpy, client, &frame);
+    XWindowAttributes c;
+    if (!frame || frame == DefaultRootWindow(dpy) || !XGetWindowAttributes(dpy, client, &c) || c.y < 8)
         return false;
-    XWindowAttributes c, t;
-    if (!XGetWindowAttributes(dpy, client, &c) || c.y < 8)
-        return false;
-    for (Window sibling : children(dpy, frame))
-        if (sibling != client && XGetWindowAttributes(dpy, sibling, &t) && t.map_state == IsViewable &&
-            t.y + t.height <= c.y + 2 && t.width >= c.width / 2)
+    for (const Geometry& t : child_windows(dpy, frame))
+        if (t.id != client && t.y + t.height <= c.y + 2 && t.width >= c.width / 2)
             return true;
     return false;
-}
-
-void send_delete(Display* dpy, Window w)
-{
-    XEvent ev{};
-    ev.xclient.type = ClientMessage;
-    ev.xclient.window = w;
-    ev.xclient.message_type = XInternAtom(dpy, "WM_PROTOCOLS", False);
-    ev.xclient.format = 32;
-    ev.xclient.data.l[0] = static_cast<long>(XInternAtom(dpy, "WM_DELETE_WINDOW", False));
-    ev.xclient.data.l[1] = CurrentTime;
-    XSendEvent(dpy, w, False, NoEventMask, &ev);
-    XSync(dpy, False);
 }
 
 // The drawing windows on the nested display once `count` of them are framed, or fewer on timeout.
@@ -252,7 +120,7 @@ Window frame_of(Display* dpy, Window w)
 {
     Window parent = 0;
     while (w) {
-        children(dpy, w, &parent);
+        child_windows(dpy, w, &parent);
         if (!parent || parent == DefaultRootWindow(dpy))
             return w;
         w = parent;
@@ -297,6 +165,18 @@ std::string path_without(const std::string& missing, const std::string& dir)
     return dir;
 }
 
+// The nested server's window on the 24-bit display.
+Window nested_window(Display* dpy)
+{
+    for (int waited = 0; waited < 10000; waited += 100) {
+        for (const Geometry& g : child_windows(dpy, DefaultRootWindow(dpy)))
+            if (window_class(dpy, g.id) == "Xephyr" && window_name(dpy, g.id) == "Pictrel")
+                return g.id;
+        e2e_sleep_ms(100);
+    }
+    return 0;
+}
+
 class LauncherOn24Bits : public ::testing::Test {
 protected:
     void SetUp() override
@@ -306,9 +186,6 @@ protected:
             GTEST_SKIP() << "PICTREL_TEST_DISPLAY24 not set";
         display24 = d;
         ASSERT_TRUE(installation().installed) << "cmake --install into " << installation().prefix << " failed";
-        XSetErrorHandler(ignore_x_errors);
-        dpy24 = XOpenDisplay(d);
-        ASSERT_NE(dpy24, nullptr) << d;
         // Files as a file manager passes them through the desktop entry: names with blanks and non-ASCII letters.
         xpm = files.dir + "/a picture.xpm";
         xbm = files.dir + "/Bild \xc3\xa4 2.xbm";
@@ -316,26 +193,8 @@ protected:
                               "\".o\",\n\"o.\"};\n";
         std::ofstream(xbm) << "#define b_width 8\n#define b_height 2\nstatic unsigned char b_bits[] = {\n 0x0f, 0xf0};\n";
     }
-    void TearDown() override
-    {
-        if (dpy24)
-            XCloseDisplay(dpy24);
-    }
-
-    // The nested server's window on the 24-bit display.
-    Window nested_window()
-    {
-        for (int waited = 0; waited < 10000; waited += 100) {
-            for (Window w : children(dpy24, DefaultRootWindow(dpy24)))
-                if (viewable(dpy24, w) && class_of(dpy24, w) == "Xephyr" && name_of(dpy24, w) == "Pictrel")
-                    return w;
-            e2e_sleep_ms(100);
-        }
-        return 0;
-    }
 
     std::string display24;
-    Display* dpy24 = nullptr;
     E2eScratch files;
     std::string xpm, xbm;
 };
@@ -347,10 +206,12 @@ protected:
 // and the server with it.
 TEST_F(LauncherOn24Bits, NestsAServerWithAWindowManagerAndEndsThem)
 {
-    Launch launch(display24, {xpm, xbm});
-    std::string nested = launch.nested_display();
-    ASSERT_FALSE(nested.empty()) << launch.stdout_text() << launch.stderr_text();
-    Window outer = nested_window();
+    E2eApp app(display24.c_str());
+    launch(app, {xpm, xbm});
+    std::string nested = nested_display(app);
+    ASSERT_FALSE(nested.empty()) << app.stdout_text() << app.stderr_text();
+    Display* dpy24 = app.display();
+    Window outer = nested_window(dpy24);
     ASSERT_NE(outer, 0u) << "no window titled \"Pictrel\" on " << display24;
     XWindowAttributes a;
     ASSERT_TRUE(XGetWindowAttributes(dpy24, outer, &a));
@@ -363,23 +224,23 @@ TEST_F(LauncherOn24Bits, NestsAServerWithAWindowManagerAndEndsThem)
     std::vector<Window> drawings = framed_drawings(inner, 2);
     std::vector<std::string> titles;
     for (Window w : drawings) {
-        titles.push_back(name_of(inner, w));
+        titles.push_back(window_name(inner, w));
         EXPECT_TRUE(has_title_bar(inner, w)) << titles.back() << " has no title bar";
     }
-    ASSERT_EQ(drawings.size(), 2u) << launch.stderr_text();
+    ASSERT_EQ(drawings.size(), 2u) << app.stderr_text();
     // Each title is the file's name, as UTF-8 or, where the locale takes it for Latin-1 text, in Latin-1.
     std::sort(titles.begin(), titles.end());
     EXPECT_EQ(titles[1], "a picture.xpm");
     EXPECT_TRUE(titles[0] == "Bild \xc3\xa4 2.xbm" || titles[0] == "Bild \xe4 2.xbm") << titles[0];
-    EXPECT_EQ(launch.stderr_text().find("Can't open"), std::string::npos) << launch.stderr_text();
+    EXPECT_EQ(app.stderr_text().find("Can't open"), std::string::npos) << app.stderr_text();
 
     // The window manager at work: a click on the title bar of the lower window raises it above the other and gives
     // it the keyboard, which stays when the pointer leaves; a drag on its title bar then moves it.
     auto on_top = [&](Window w) {
         Window top = 0;
-        for (Window f : children(inner, DefaultRootWindow(inner)))
-            if (f == frame_of(inner, drawings[0]) || f == frame_of(inner, drawings[1]))
-                top = f;
+        for (const Geometry& f : child_windows(inner, DefaultRootWindow(inner)))
+            if (f.id == frame_of(inner, drawings[0]) || f.id == frame_of(inner, drawings[1]))
+                top = f.id;
         return top == frame_of(inner, w);
     };
     Window lower = on_top(drawings[0]) ? drawings[1] : drawings[0];
@@ -402,42 +263,14 @@ TEST_F(LauncherOn24Bits, NestsAServerWithAWindowManagerAndEndsThem)
     EXPECT_EQ(x1 - x0, 60) << "a drag on the title bar did not move the window";
     EXPECT_EQ(y1 - y0, 40);
 
-    send_delete(inner, drawings[0]);
     // Closing the last drawing ends the program, and the launcher then ends the server: nothing more may be asked of
-    // it, not even the round trip of closing this connection (a lost server ends the asking process). The
-    // connection is left open.
-    XEvent last{};
-    last.xclient.type = ClientMessage;
-    last.xclient.window = drawings[1];
-    last.xclient.message_type = XInternAtom(inner, "WM_PROTOCOLS", False);
-    last.xclient.format = 32;
-    last.xclient.data.l[0] = static_cast<long>(XInternAtom(inner, "WM_DELETE_WINDOW", False));
-    XSendEvent(inner, drawings[1], False, NoEventMask, &last);
-    XFlush(inner);
+    // it, not even the round trip of closing this connection, which is left open.
+    send_protocol(inner, drawings[0], "WM_DELETE_WINDOW");
+    send_protocol(inner, drawings[1], "WM_DELETE_WINDOW");
     int status = -1;
-    ASSERT_TRUE(launch.wait_exit(&status)) << "the launcher still runs after the last drawing closed";
-    EXPECT_EQ(status, 0) << launch.stderr_text();
-    EXPECT_TRUE(launch.nothing_left()) << "the nested server or the window manager still runs";
-}
-
-// Closing the nested window ends the program, the window manager and the server. Xephyr's window takes no
-// WM_DELETE_WINDOW, so a window manager's close button cuts the client off, as XKillClient does here.
-TEST_F(LauncherOn24Bits, ClosingTheNestedWindowEndsEverything)
-{
-    Launch launch(display24, {xpm});
-    std::string nested = launch.nested_display();
-    ASSERT_FALSE(nested.empty()) << launch.stderr_text();
-    Window outer = nested_window();
-    ASSERT_NE(outer, 0u);
-    Display* inner = XOpenDisplay(nested.c_str());
-    ASSERT_NE(inner, nullptr) << nested;
-    EXPECT_EQ(framed_drawings(inner, 1).size(), 1u) << "the program did not start";
-    XCloseDisplay(inner);
-    XKillClient(dpy24, outer);
-    XSync(dpy24, False);
-    int status = -1;
-    ASSERT_TRUE(launch.wait_exit(&status)) << "the launcher still runs after its window was closed";
-    EXPECT_TRUE(launch.nothing_left()) << "something the launcher started still runs";
+    ASSERT_TRUE(app.wait_exit(&status, 15000)) << "the launcher still runs after the last drawing closed";
+    EXPECT_EQ(status, 0) << app.stderr_text();
+    EXPECT_TRUE(app.group_ended()) << "the nested server or the window manager still runs";
 }
 
 // Without Xephyr, or without the window manager, the launcher says what is missing and how to install it, exits
@@ -450,13 +283,14 @@ TEST_F(LauncherOn24Bits, SaysWhatIsMissing)
     };
     for (Case c : {Case{"Xephyr", "apt-get install xserver-xephyr"}, Case{"twm", "apt-get install twm"}}) {
         E2eScratch bin;
-        Launch launch(display24, {xpm}, path_without(c.command, bin.dir));
+        E2eApp app(display24.c_str());
+        launch(app, {xpm}, path_without(c.command, bin.dir));
         int status = -1;
-        ASSERT_TRUE(launch.wait_exit(&status)) << c.command;
+        ASSERT_TRUE(app.wait_exit(&status)) << c.command;
         EXPECT_NE(status, 0) << c.command;
-        std::string err = launch.stderr_text();
+        std::string err = app.stderr_text();
         EXPECT_NE(err.find(c.package), std::string::npos) << "without " << c.command << ": " << err;
-        EXPECT_TRUE(launch.nothing_left()) << "without " << c.command << " something still runs";
+        EXPECT_TRUE(app.group_ended()) << "without " << c.command << " something still runs";
     }
 }
 
@@ -464,10 +298,11 @@ TEST_F(LauncherOn24Bits, SaysWhatIsMissing)
 TEST(LauncherCommandLine, UnreachableDisplay)
 {
     ASSERT_TRUE(installation().installed);
-    Launch launch(":999", {});
+    E2eApp app(":999");
+    launch(app, {});
     int status = -1;
-    ASSERT_TRUE(launch.wait_exit(&status));
+    ASSERT_TRUE(app.wait_exit(&status));
     EXPECT_NE(status, 0);
-    EXPECT_NE(launch.stderr_text().find("Can't open display: :999"), std::string::npos) << launch.stderr_text();
-    EXPECT_TRUE(launch.nothing_left());
+    EXPECT_NE(app.stderr_text().find("Can't open display: :999"), std::string::npos) << app.stderr_text();
+    EXPECT_TRUE(app.group_ended());
 }

@@ -2,17 +2,13 @@
 #include <gtest/gtest.h>
 
 #include <sched.h>
-#include <signal.h>
-#include <sys/wait.h>
 #include <sys/mount.h>
+#include <sys/wait.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <filesystem>
-#include <chrono>
 #include <fstream>
-#include <random>
-#include <iostream>
 #include <set>
 #include <sstream>
 #include <string>
@@ -127,57 +123,6 @@ TEST_F(CopyFile, UnwritablePlaceIsRefused)
     chmod(dir.c_str(), 0700);
     if (root)
         umount2(dir.c_str(), MNT_DETACH);
-}
-
-// A full file system: the copy fails, the old target is whole and nothing is left beside it, whether the copy goes
-// beside the target or (a bind-mounted target) in place.
-TEST_F(CopyFile, FullDiskLeavesTargetIntact)
-{
-    if (mount("tmpfs", dir.c_str(), "tmpfs", 0, "size=64k") != 0)
-        GTEST_SKIP() << "cannot mount a small tmpfs here";
-    write_text(src, std::string(1 << 20, 'n'));
-    write_text(dst, "old contents");
-    for (bool inPlace : {false, true}) {
-        ASSERT_TRUE(!inPlace || mount(dst.c_str(), dst.c_str(), nullptr, MS_BIND, nullptr) == 0);
-        EXPECT_EQ(copy_file(src.c_str(), dst.c_str()), 1) << inPlace;
-        EXPECT_EQ(read_text(dst), "old contents") << inPlace;
-        if (inPlace)
-            umount2(dst.c_str(), MNT_DETACH);
-        EXPECT_EQ(entries(dir), 1) << "the partial copy is removed";
-    }
-    umount2(dir.c_str(), MNT_DETACH);
-}
-
-// A copy killed at any moment leaves the target either old or new, whole: children copy a large file over it and are
-// killed at random times spread over one copy's duration. The next copy sweeps away what the killed ones left.
-TEST_F(CopyFile, KilledAtAnyMomentLeavesOldOrNew)
-{
-    const std::string old(400000, 'o'), fresh(300000, 'n');
-    write_text(src, fresh);
-    write_text(dst, old);
-    auto start = std::chrono::steady_clock::now();
-    ASSERT_EQ(copy_file(src.c_str(), dst.c_str()), 0);
-    long span = std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - start).count();
-    std::mt19937 rng(11);
-    int olds = 0, news = 0;
-    for (int round = 0; round < 30; round++) {
-        write_text(dst, old);
-        pid_t child = fork();
-        if (child == 0) {
-            copy_file(src.c_str(), dst.c_str());
-            _exit(0);
-        }
-        usleep(static_cast<useconds_t>(rng() % static_cast<unsigned long>(span + 200)));
-        kill(child, SIGKILL);
-        waitpid(child, nullptr, 0);
-        std::string now = read_text(dst);
-        ASSERT_TRUE(now == old || now == fresh) << "round " << round << ": a target of " << now.size() << " bytes";
-        (now == old ? olds : news)++;
-    }
-    std::cout << "killed copies left the old file " << olds << " times, the new one " << news << " times\n";
-    write_text(dst, old);
-    ASSERT_EQ(copy_file(src.c_str(), dst.c_str()), 0);
-    EXPECT_EQ(entries(dir), 1) << "the killed copies' files are swept away";
 }
 
 // Scratch files name their maker's process id after a fixed prefix; a sweep removes those of ours whose process is

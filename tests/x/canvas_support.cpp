@@ -18,14 +18,7 @@
 
 namespace {
 
-int trappedErrors;
 int grabDepth;
-
-int count_error(Display*, XErrorEvent*)
-{
-    trappedErrors++;
-    return 0;
-}
 
 }  // namespace
 
@@ -131,7 +124,7 @@ std::string check_display(Drawing* d)
         return "nothing visible";
     ImagePtr shown(
         XGetImage(dpy, win, x0, y0, static_cast<unsigned>(visW), static_cast<unsigned>(visH), AllPlanes, ZPixmap));
-    ImagePtr image(XGetImage(dpy, d->image, 0, 0, d->width, d->height, d->depth == 1 ? 1 : AllPlanes, ZPixmap));
+    ImagePtr image = image_of(d);
     if (!shown || !image)
         return "XGetImage failed";
     Pixel background = 0;
@@ -154,36 +147,30 @@ std::string check_display(Drawing* d)
     return "";
 }
 
-std::string check_image_copy(Drawing* d)
+ImagePtr image_of(Drawing* d)
 {
-    Display* dpy = app().display;
-    ImagePtr image(XGetImage(dpy, d->image, 0, 0, d->width, d->height, d->depth == 1 ? 1 : AllPlanes, ZPixmap));
-    if (!d->imageCopy || !image)
-        return "no imageCopy or XGetImage failed";
-    for (int y = 0; y < d->height; y++)
-        for (int x = 0; x < d->width; x++)
-            if (XGetPixel(image.get(), x, y) != XGetPixel(d->imageCopy, x, y))
-                return "imageCopy differs at (" + std::to_string(x) + "," + std::to_string(y) + ")";
+    return ImagePtr(XGetImage(app().display, d->image, 0, 0, d->width, d->height,
+                              d->depth == 1 ? 1 : AllPlanes, ZPixmap));
+}
+
+std::string first_difference(const XImage* got, const XImage* want, int w, int h,
+                             const std::function<unsigned long(unsigned long)>& shown)
+{
+    if (!got || !want)
+        return "no image to compare";
+    for (int y = 0; y < h; y++)
+        for (int x = 0; x < w; x++) {
+            unsigned long g = XGetPixel(const_cast<XImage*>(got), x, y);
+            unsigned long v = XGetPixel(const_cast<XImage*>(want), x, y);
+            if (g != (shown ? shown(v) : v))
+                return "(" + std::to_string(x) + "," + std::to_string(y) + "): got " + std::to_string(g);
+        }
     return "";
 }
 
-XErrorTrap::XErrorTrap()
+std::string check_image_copy(Drawing* d)
 {
-    XSync(app().display, False);
-    trappedErrors = 0;
-    old_ = XSetErrorHandler(count_error);
-}
-
-XErrorTrap::~XErrorTrap()
-{
-    XSync(app().display, False);
-    XSetErrorHandler(old_);
-}
-
-int XErrorTrap::errors()
-{
-    XSync(app().display, False);
-    return trappedErrors;
+    return first_difference(d->imageCopy, image_of(d).get(), d->width, d->height);
 }
 
 bool item_sensitive(Drawing* d, int command)

@@ -1,4 +1,4 @@
-// Helpers of the canvas and tool tests: strokes through the canvas input path, zoom, an X error trap, display checks.
+// Helpers of the canvas and tool tests: strokes through the canvas input path, zoom, display checks.
 #pragma once
 
 #include "x_env.h"   // first: gtest before Xlib's macros
@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "core/error_trap.h"   // the tests trap X errors as the program does
 #include "core/x_owned.h"
 
 struct Drawing;
@@ -49,15 +50,12 @@ std::string check_display(Drawing* d);
 // Compares imageCopy with the image pixel for pixel ("" when equal).
 std::string check_image_copy(Drawing* d);
 
-// Counts X protocol errors while alive; the count is read after a sync.
-class XErrorTrap {
-public:
-    XErrorTrap();
-    ~XErrorTrap();
-    int errors();
-private:
-    XErrorHandler old_;
-};
+// The drawing's whole image, read back from the server.
+ImagePtr image_of(Drawing* d);
+// "" when the top-left w x h of `got` holds `want`'s pixels (each through `shown` when given: how a view shows an
+// image pixel), else the first pixel that differs.
+std::string first_difference(const XImage* got, const XImage* want, int w, int h,
+                             const std::function<unsigned long(unsigned long)>& shown = {});
 
 // The pixels that the drawing's foreground and background GCs paint.
 unsigned long foreground_pixel(Drawing* d);

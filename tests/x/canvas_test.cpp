@@ -81,7 +81,7 @@ TEST(Canvas, MagnifiedDisplayIsExactAtEveryZoom)
 // At every zoom, strokes of every painting tool in and around the smallest and largest drawings stay in the pixmaps.
 TEST(Canvas, ExtremeSizesAtEveryZoom)
 {
-    XErrorTrap trap;
+    ErrorTrap trap(app().display);
     Drawing* tiny = make_drawing(1, 1);
     Drawing* big = make_drawing(511, 719);
     for (int z = 0; z <= 4; z++)
@@ -100,13 +100,13 @@ TEST(Canvas, ExtremeSizesAtEveryZoom)
             EXPECT_EQ(z ? check_image_copy(d) : "", "") << d->width << "x" << d->height << " zoom " << z;
             EXPECT_EQ(check_display(d), "") << d->width << "x" << d->height << " zoom " << z;
         }
-    EXPECT_EQ(trap.errors(), 0);
+    EXPECT_EQ(trap.error(), 0);
 }
 
 // Events carry any 16-bit position: a far press leaves the image alone, far rubber bands break no repaint or clip.
 TEST(Canvas, FarEventCoordinatesStayHarmless)
 {
-    XErrorTrap trap;
+    ErrorTrap trap(app().display);
     Drawing* d = make_drawing(40, 40);
     set_zoom(d, 0);
     unsigned long blank = image_pixel(d, 0, 5);
@@ -127,7 +127,7 @@ TEST(Canvas, FarEventCoordinatesStayHarmless)
         pump();
         EXPECT_EQ(check_display(d), "") << toolTable[tool].name;
     }
-    EXPECT_EQ(trap.errors(), 0);
+    EXPECT_EQ(trap.error(), 0);
 }
 
 // At zoom 3 window (17, 9) is image (2, 1): the pencil click sets (2, 1) and (3, 2) but shows only (2, 1) at once.

@@ -94,7 +94,7 @@ TEST(Clipboard, CopyAndCutBetweenDrawings)
     pump();
     EXPECT_NE(clipboard_identifier(a), earlier);
     {
-        XErrorTrap trap;
+        ErrorTrap trap(app().display);
         Window root;
         int x;
         unsigned u;
@@ -128,14 +128,14 @@ TEST(Clipboard, BadOrVanishedDataIsRefused)
     Pixmap gone = XCreatePixmap(dpy, app().root, 4, 4, static_cast<unsigned>(colour->depth));
     XFreePixmap(dpy, gone);
     {
-        XErrorTrap trap;
+        ErrorTrap trap(app().display);
         offer_identifier(colour, static_cast<uint32_t>(gone));
         pump();
         EXPECT_FALSE(clipboard_can_paste(colour));
         EXPECT_NE(run_command(colour, CMD_PASTE, nullptr, False), 0);
         pump();
         EXPECT_FALSE(selection_exists(colour));
-        EXPECT_EQ(trap.errors(), 0);
+        EXPECT_EQ(trap.error(), 0);
     }
 
     Atom property = XInternAtom(dpy, "_MOTIF_CLIP_FORMAT_PICTREL_PIXMAP", False);

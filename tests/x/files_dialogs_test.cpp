@@ -61,16 +61,6 @@ bool stacked_above(Widget upper, Widget lower)
     return up >= 0 && low >= 0 && up > low;
 }
 
-// Whether the dialog's shell is centred over the drawing's shell, to a pixel.
-bool centred_over(Widget dialogShell, Widget drawingShell)
-{
-    WindowBox d, s;
-    if (!shown_box(dialogShell, &d) || !shown_box(drawingShell, &s))
-        return false;
-    return std::abs((d.x + d.width / 2) - (s.x + s.width / 2)) <= 1 &&
-           std::abs((d.y + d.height / 2) - (s.y + s.height / 2)) <= 1;
-}
-
 }  // namespace
 
 // Save As offers the name with the suffix rule applied ("pic.xpm" bitmap -> "pic.xpm.xbm", "pic" colour -> "pic.px");

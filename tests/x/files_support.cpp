@@ -2,6 +2,8 @@
 #include "x_env.h"   // first: gtest before Xlib's macros
 #include "files_support.h"
 
+#include "core/window_place.h"
+
 #include <Xm/Xm.h>
 #include <unistd.h>
 
@@ -182,6 +184,15 @@ void press(Widget dialog, const char* buttonName)
     cbs.reason = XmCR_ACTIVATE;
     XtCallCallbacks(button, XmNactivateCallback, &cbs);
     pump();
+}
+
+bool centred_over(Widget dialogShell, Widget drawingShell)
+{
+    WindowBox d, s;
+    if (!shown_box(dialogShell, &d) || !shown_box(drawingShell, &s))
+        return false;
+    return std::abs((d.x + d.width / 2) - (s.x + s.width / 2)) <= 1 &&
+           std::abs((d.y + d.height / 2) - (s.y + s.height / 2)) <= 1;
 }
 
 Drawing* drawing_named(const std::string& name)

@@ -70,6 +70,9 @@ void press_file_ok(const std::string& typed = "");
 void command(Drawing* d, int cmd);
 inline bool managed(Widget w) { return w && XtIsManaged(w); }
 
+// Whether a dialog's shell is centred over a drawing's shell, to a pixel.
+bool centred_over(Widget dialogShell, Widget drawingShell);
+
 // The open drawing named `name`, or null.
 Drawing* drawing_named(const std::string& name);
 int open_count();

@@ -275,7 +275,8 @@ void answer_no_cb(XtPointer, XtIntervalId*)
 }  // namespace
 
 // Bad input never crashes: each file gives its status, makes no drawing, takes no colour cell and leaves the
-// transparent pixel alone. A few kilobytes compressed that unfold into a huge image or more data than any drawing's
+// transparent pixel alone. (The header checks' verdicts on every form of header are unit.ImageHeader's; here one
+// file a verdict.) A few kilobytes compressed that unfold into a huge image or more data than any drawing's
 // file are refused without taking the memory. Running out of colour cells, or a table larger than the colormap, is
 // told as "Unable to allocate color." and leaves the open drawing working.
 TEST(FilesBadInput, StatusAndNothingLeft)
@@ -284,7 +285,6 @@ TEST(FilesBadInput, StatusAndNothingLeft)
     std::string good = xpm_text(pattern_xpm(8, 8, 4, 2));
     std::string wrong = xpm_text(pattern_xpm(8, 8, 4, 1));
     wrong.replace(wrong.find("8 8 4 1"), 7, "8 8 4 2");
-    std::string binary = std::string("\x7f" "ELF\x02\x01\x01\0", 8) + std::string(5000, '\xe9');
     mkfifo(dir.path("fifo").c_str(), 0600);
     mkdir(dir.path("adir").c_str(), 0700);
     auto gz = [&](const std::string& name, int width, int height) {
@@ -308,17 +308,10 @@ TEST(FilesBadInput, StatusAndNothingLeft)
         int status;
     } cases[] = {
         {"truncated", dir.file("trunc.xpm", good.substr(0, good.size() / 2)), -1},
-        {"binary", dir.file("bin.xpm", binary), -1},
         {"empty", dir.file("empty.xpm", ""), -1},
         {"huge XPM header", dir.file("huge.xpm", "/* XPM */\nstatic char *a[] = {\n\"100000 100000 1 1\",\n"), -1},
-        {"colour count behind a comment",
-         dir.file("hidden.xpm", "/* XPM */\nstatic char *a[] = {\n/* \"1 1 1 1\" */\n\"2 2 50000000 1\",\n"), -1},
-        {"XPM 1 colour count", dir.file("one.xpm", "#define a_format 1\n#define a_width 2\n#define a_height 2\n"
-                                                   "#define a_ncolors 50000000\n#define a_chars_per_pixel 1\n"), -1},
-        {"XPM 2 colour count", dir.file("two.xpm", "! XPM2\n! note\n2 2 50000000 1\n"), -1},
         {"huge XBM header", dir.file("huge.xbm", xbm("100000", "100000")), -1},
         {"zero XBM width", dir.file("zero.xbm", xbm("0", "4")), -1},
-        {"negative XBM width", dir.file("minus.xbm", xbm("-1", "4")), -1},   // a huge unsigned to Xlib
         {"XBM size redefined",
          dir.file("redef.xbm", "#define a_width 8\n#define a_height 8\n" + xbm("90000", "90000")), -1},
         {"just too wide", dir.file("wide.xbm", xbm_text(pattern_xbm(513, 2))), -1},

@@ -40,6 +40,10 @@ TEST(Fill, ConnectedAreaControlEverywhereAndPattern)
     stroke(d, Button1, {{15, 10}}, ControlMask);
     EXPECT_EQ(pixels_are(d, fg, {{0, 0}, {19, 11}}), "") << "Control fills the value everywhere";
     cmd_undo(d, nullptr, False);
+    stroke(d, Button3, {{15, 10}}, ControlMask);
+    EXPECT_EQ(pixels_are(d, bg, {{0, 0}, {19, 11}}), "") << "Control + button 3: the background everywhere";
+    EXPECT_EQ(image_pixel(d, 9, 0), fg) << "the wall is another value";
+    cmd_undo(d, nullptr, False);
 
     WidgetList patterns = nullptr;
     XtVaGetValues(d->patternsBox, XmNchildren, &patterns, nullptr);
@@ -50,6 +54,16 @@ TEST(Fill, ConnectedAreaControlEverywhereAndPattern)
             ASSERT_EQ(image_pixel(d, x, y), (patternBits[3][y % 8] >> (x % 8)) & 1 ? fg : bg) << x << "," << y;
     EXPECT_EQ(image_pixel(d, 0, 0), blank);
     EXPECT_EQ(check_display(d), "");
+
+    // A bitmap: a set column divides the clear bits, Control reaches both sides, in either button's bit.
+    Drawing* b = create_drawing("bits", 16, 8, 1, None, -1, -1, nullptr);
+    ASSERT_NE(b, nullptr);
+    put_pixels(b, 1, 8, 0, 1, 8);
+    select_tool(b, TOOL_FILL);
+    stroke(b, Button1, {{2, 2}}, ControlMask);
+    EXPECT_EQ(pixels_are(b, 1, {{0, 0}, {15, 7}}), "");
+    stroke(b, Button3, {{12, 5}}, ControlMask);
+    EXPECT_EQ(pixels_are(b, 0, {{0, 0}, {8, 3}, {15, 7}}), "");
 }
 
 // A fill that runs out of memory leaves the picture as it was and the program running.

@@ -57,14 +57,9 @@ std::string text_is(Drawing* d, XFontStruct* font, std::initializer_list<Line> l
     for (const Line& l : lines)
         XDrawString(dpy, p, gc, l.x, l.y, l.text, static_cast<int>(std::strlen(l.text)));
     XFreeGC(dpy, gc);
-    ImagePtr a(XGetImage(dpy, d->image, 0, 0, d->width, d->height, AllPlanes, ZPixmap));
-    ImagePtr b(XGetImage(dpy, p, 0, 0, d->width, d->height, AllPlanes, ZPixmap));
+    ImagePtr drawn(XGetImage(dpy, p, 0, 0, d->width, d->height, AllPlanes, ZPixmap));
     XFreePixmap(dpy, p);
-    for (int y = 0; a && b && y < d->height; y++)
-        for (int x = 0; x < d->width; x++)
-            if (XGetPixel(a.get(), x, y) != XGetPixel(b.get(), x, y))
-                return "pixel (" + std::to_string(x) + ", " + std::to_string(y) + ") differs";
-    return a && b ? "" : "no image";
+    return first_difference(image_of(d).get(), drawn.get(), d->width, d->height);
 }
 
 void click(Drawing* d, int x, int y) { stroke(d, Button1, {{x, y}}); }
@@ -117,16 +112,7 @@ std::string selected_item(const char* list)
 }
 
 // Whether a loaded font's full name says it is bold.
-bool is_bold(XFontStruct* font)
-{
-    unsigned long nameAtom = 0;
-    if (!font || !XGetFontProperty(font, XA_FONT, &nameAtom))
-        return false;
-    char* fullName = XGetAtomName(app().display, nameAtom);
-    bool bold = fullName && strcasestr(fullName, "-bold-");
-    XFree(fullName);
-    return bold;
-}
+bool is_bold(XFontStruct* font) { return strcasestr(font_name(font).c_str(), "-bold-"); }
 
 }  // namespace
 

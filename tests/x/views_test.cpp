@@ -31,21 +31,11 @@ ImagePtr read_area(Widget dialog, Widget area, int w, int h)
                               static_cast<unsigned>(h), AllPlanes, ZPixmap));
 }
 
-// Compares the visible part of the small view with the image ("" if equal).
+// Compares the visible part of the small view with the image ("" if equal); a bitmap's set bits show black.
 std::string check_small_view(Drawing* d, int w, int h)
 {
-    ImagePtr shown = read_area(d->smallViewDialog, d->smallArea, w, h);
-    ImagePtr image(XGetImage(app().display, d->image, 0, 0, static_cast<unsigned>(w), static_cast<unsigned>(h),
-                             d->depth == 1 ? 1 : AllPlanes, ZPixmap));
-    if (!shown || !image)
-        return "XGetImage failed";
-    for (int y = 0; y < h; y++)
-        for (int x = 0; x < w; x++) {
-            unsigned long want = XGetPixel(image.get(), x, y), got = XGetPixel(shown.get(), x, y);
-            if (got != (d->depth != 1 ? want : want ? app().blackPixel : app().whitePixel))
-                return "(" + std::to_string(x) + "," + std::to_string(y) + "): got " + std::to_string(got);
-        }
-    return "";
+    auto shown = [d](unsigned long v) { return d->depth != 1 ? v : v ? app().blackPixel : app().whitePixel; };
+    return first_difference(read_area(d->smallViewDialog, d->smallArea, w, h).get(), image_of(d).get(), w, h, shown);
 }
 
 void fill(Drawing* d, unsigned long pixel, int x, int y, int w, int h)
@@ -60,7 +50,7 @@ void fill(Drawing* d, unsigned long pixel, int x, int y, int w, int h)
 // The small view shows the image pixel for pixel, follows painting and exposure, and painting in it reaches the image.
 TEST(SmallView, ShowsFollowsAndPaints)
 {
-    XErrorTrap trap;
+    ErrorTrap trap(app().display);
     Drawing* d = make_drawing(24, 20);
     set_zoom(d, 2);
     run_command(d, CMD_SHOW_SMALL_VIEW, nullptr, True);
@@ -90,7 +80,7 @@ TEST(SmallView, ShowsFollowsAndPaints)
     ImagePtr shown = read_area(d->smallViewDialog, d->smallArea, 24, 20);
     ASSERT_TRUE(shown);
     EXPECT_EQ(XGetPixel(shown.get(), 10, 7), fg) << "the view shows the click at once";
-    EXPECT_EQ(trap.errors(), 0);
+    EXPECT_EQ(trap.error(), 0);
 }
 
 // Actual size hides the view and turns its toggle off and insensitive; the toggle and Close hide it; a bitmap's view
@@ -157,7 +147,7 @@ TEST(SmallView, ToggleZoomCloseAndBitmap)
 // catches up when shown again, and repaints when a colour's mapping changes.
 TEST(BWView, ShowsMappingFollowsAndCatchesUp)
 {
-    XErrorTrap trap;
+    ErrorTrap trap(app().display);
     Drawing* d = make_drawing(20, 12);
     ColorList* list = color_list_of(d);
     ASSERT_TRUE(d->bwDialog && list);
@@ -200,5 +190,5 @@ TEST(BWView, ShowsMappingFollowsAndCatchesUp)
     pump();
     EXPECT_TRUE(d->modified);
     expect_view(12, "after white was mapped to black");
-    EXPECT_EQ(trap.errors(), 0);
+    EXPECT_EQ(trap.error(), 0);
 }
