@@ -1,5 +1,6 @@
 #include "e2e_support.h"
 
+#include <X11/Xatom.h>
 #include <X11/extensions/XTest.h>
 #include <algorithm>
 #include <cctype>
@@ -47,6 +48,60 @@ std::string e2e_read_file(const std::string& path)
 {
     std::ifstream in(path);
     return std::string(std::istreambuf_iterator<char>(in), {});
+}
+
+std::string changed_file(const std::string& path, const std::string& before)
+{
+    std::string now;
+    for (int i = 0; i < 50 && (now = e2e_read_file(path)) == before; i++)
+        e2e_sleep_ms(100);
+    return now;
+}
+
+std::string command_output(const std::string& command)
+{
+    std::string out;
+    if (FILE* p = popen(command.c_str(), "r")) {
+        char buf[256];
+        while (fgets(buf, sizeof buf, p))
+            out += buf;
+        pclose(p);
+    }
+    return out;
+}
+
+std::string primary_text(Display* dpy)
+{
+    Window me = XCreateSimpleWindow(dpy, DefaultRootWindow(dpy), 0, 0, 1, 1, 0, 0, 0);
+    Atom into = XInternAtom(dpy, "PICTREL_TEST_PASTE", False);
+    XConvertSelection(dpy, XA_PRIMARY, XA_STRING, into, me, CurrentTime);
+    XFlush(dpy);
+    XEvent ev{};
+    std::string text;
+    if (poll(3000, [&] { return XCheckTypedWindowEvent(dpy, me, SelectionNotify, &ev); }) &&
+        ev.xselection.property != None) {
+        Atom type;
+        int format;
+        unsigned long count = 0, after = 0;
+        unsigned char* data = nullptr;
+        if (XGetWindowProperty(dpy, me, into, 0, 1 << 20, True, AnyPropertyType, &type, &format, &count, &after,
+                               &data) == Success && data)
+            text.assign(reinterpret_cast<char*>(data), count);
+        XFree(data);
+    }
+    XDestroyWindow(dpy, me);
+    return text;
+}
+
+std::vector<Window> popups(Display* dpy)
+{
+    std::vector<Window> found;
+    for (const Geometry& g : child_windows(dpy, DefaultRootWindow(dpy))) {
+        XWindowAttributes a;
+        if (XGetWindowAttributes(dpy, g.id, &a) && a.override_redirect)
+            found.push_back(g.id);
+    }
+    return found;
 }
 
 E2eApp::E2eApp(const char* display)
@@ -212,6 +267,29 @@ Window E2eApp::wait_window(const std::string& title, int timeoutMs)
     return found;
 }
 
+Window E2eApp::shown(const std::string& title, int timeoutMs)
+{
+    Window w = wait_window(title, timeoutMs);
+    if (w)
+        e2e_sleep_ms(300);
+    return w;
+}
+
+Window E2eApp::start_shown(const std::vector<std::string>& args, const std::string& title)
+{
+    return start(args) ? shown(title) : 0;
+}
+
+bool E2eApp::gone(const std::string& title, int timeoutMs)
+{
+    return poll(timeoutMs, [&] {
+        for (const E2eWindow& w : windows())
+            if (w.title == title)
+                return false;
+        return true;
+    });
+}
+
 void E2eApp::sync()
 {
     XSync(dpy_, False);
@@ -282,6 +360,27 @@ void E2eApp::click(Window w, int x, int y, unsigned b)
     button(b, true);
     button(b, false);
     sync();
+}
+
+void E2eApp::multi_click(Window w, int x, int y, int times)
+{
+    move(w, x, y);
+    for (int i = 0; i < times; i++) {
+        XTestFakeButtonEvent(dpy_, 1, True, CurrentTime);
+        XTestFakeButtonEvent(dpy_, 1, False, CurrentTime);
+        XSync(dpy_, False);
+        e2e_sleep_ms(30);   // the toolkit counts clicks of distinct times only
+    }
+    sync();
+}
+
+void E2eApp::menu(Window shell, int across, const char* mnemonic)
+{
+    key(shell, "F10");
+    for (int i = 0; i < std::abs(across); i++)
+        key(0, across > 0 ? "Right" : "Left");
+    keys(0, {"Down", mnemonic});
+    e2e_sleep_ms(150);
 }
 
 void send_protocol(Display* dpy, Window w, const char* protocol)

@@ -48,6 +48,11 @@ public:
 
     // A viewable top-level window of this run titled `title`, or 0.
     Window wait_window(const std::string& title, int timeoutMs = 10000);
+    // The same, then given time to draw itself; start_shown starts the run first.
+    Window shown(const std::string& title, int timeoutMs = 10000);
+    Window start_shown(const std::vector<std::string>& args, const std::string& title);
+    // Whether the run's window titled `title` is gone (or never came) within the time.
+    bool gone(const std::string& title, int timeoutMs = 2000);
     std::vector<E2eWindow> windows();
 
     // Keys are XStringToKeysym names joined by '+', modifiers ("ctrl", "shift") first. w 0: the focus.
@@ -60,6 +65,10 @@ public:
     void move(Window w, int x, int y);
     void button(unsigned button, bool down);
     void click(Window w, int x, int y, unsigned button = 1);
+    // Button 1 clicked `times` in quick succession, as a double or triple click.
+    void multi_click(Window w, int x, int y, int times);
+    // A menu posted from the keyboard: F10 opens File, `across` steps right (negative: left), then the mnemonic.
+    void menu(Window shell, int across, const char* mnemonic);
     // A WM_PROTOCOLS client message, as a window or session manager sends.
     void send_protocol(Window w, const char* protocol = "WM_DELETE_WINDOW");
 
@@ -100,6 +109,18 @@ void send_protocol(Display* dpy, Window w, const char* protocol);
 
 void e2e_sleep_ms(int ms);
 std::string e2e_read_file(const std::string& path);
+// The file's text once it differs from `before` (or `before` after five seconds).
+std::string changed_file(const std::string& path, const std::string& before);
+// What a shell command prints on standard output.
+std::string command_output(const std::string& command);
+// What the PRIMARY selection holds, as a user's paste would get it.
+std::string primary_text(Display* dpy);
+// Viewable override-redirect windows on the root (menus, tooltips), bottom to top.
+std::vector<Window> popups(Display* dpy);
+
+// The core fonts of the program's labels and of its buttons and menus.
+inline const char* const LABEL_FONT = "-misc-fixed-medium-r-normal--13-*-*-*-*-*-iso8859-1";
+inline const char* const BOLD_FONT = "-misc-fixed-bold-r-normal--13-*-*-*-*-*-iso8859-1";
 
 // A private directory under /tmp, removed with everything in it.
 struct E2eScratch {

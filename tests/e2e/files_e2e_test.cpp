@@ -20,9 +20,8 @@ TEST(FilesE2e, SaveAsThenQuitAsks)
     ASSERT_NE(d.canvas, 0u) << app.stderr_text();
     app.click(d.canvas, e2e_cell(2), e2e_cell(4));   // the default tool is the pencil
     app.key(d.shell, "ctrl+s");
-    Window fd = app.wait_window("File Dialog");
+    Window fd = app.shown("File Dialog");
     ASSERT_NE(fd, 0u) << "no file yet: Save As";
-    e2e_sleep_ms(300);
     // The offered name is selected: typing replaces it. mkdtemp's letters come in both cases.
     app.type(fd, s.dir + "/drawn");
     app.key(0, "Return");
@@ -33,9 +32,8 @@ TEST(FilesE2e, SaveAsThenQuitAsks)
 
     app.click(d.canvas, e2e_cell(9), e2e_cell(9));
     app.key(d.shell, "ctrl+q");
-    Window ask = app.wait_window("Close Drawing");
+    Window ask = app.shown("Close Drawing");
     ASSERT_NE(ask, 0u) << "Quit did not ask about the unsaved drawing";
-    e2e_sleep_ms(300);
     XWindowAttributes a{};
     ASSERT_TRUE(XGetWindowAttributes(app.display(), ask, &a));
     app.click(ask, a.width / 2, a.height * 7 / 10);   // Discard, the middle button
@@ -59,11 +57,8 @@ int unfinished_beside(const std::string& dir, const std::string& file)
 // The drawing (its window titled with the file's base name) painted at one cell and saved with Ctrl+S.
 bool paint_and_save(E2eApp& app, const std::string& title, int x)
 {
-    Window shell = app.wait_window(title);
-    if (!shell)
-        return false;
-    e2e_sleep_ms(300);
-    Window canvas = find_canvas(app.display(), shell, 16 << 3, 12 << 3);
+    Window shell = app.shown(title);
+    Window canvas = shell ? find_canvas(app.display(), shell, 16 << 3, 12 << 3) : 0;
     if (!canvas)
         return false;
     app.click(canvas, e2e_cell(x), e2e_cell(3));
@@ -103,10 +98,7 @@ TEST(FilesE2e, KilledBeforeTheRenameLeavesTheOldFile)
     E2eApp again;
     ASSERT_TRUE(again.start({target}));
     ASSERT_TRUE(paint_and_save(again, "pic.xpm", 5)) << again.stderr_text();
-    std::string saved;
-    for (int i = 0; i < 50 && (saved = e2e_read_file(target)) == old; i++)
-        e2e_sleep_ms(100);
-    EXPECT_NE(saved, old) << "the second save wrote the file";
+    EXPECT_NE(changed_file(target, old), old) << "the second save wrote the file";
     XpmImage back{};
     ASSERT_EQ(XpmReadFileToXpmImage(const_cast<char*>(target.c_str()), &back, nullptr), XpmSuccess);
     EXPECT_EQ(back.width * 100 + back.height, 1612u);

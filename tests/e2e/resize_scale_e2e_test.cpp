@@ -19,7 +19,7 @@ namespace {
 // hotspot.
 struct Saved {
     std::vector<std::string> rows;
-    int hotX = -1, hotY = -1;
+    std::pair<int, int> hot{-1, -1};
     unsigned colours = 0;
 };
 
@@ -49,10 +49,8 @@ Saved read_saved(Display* dpy, const std::string& path)
             row += letter_of(dpy, image.colorTable[image.data[y * image.width + x]].c_color);
         s.rows.push_back(row);
     }
-    if (info.valuemask & XpmHotspot) {
-        s.hotX = static_cast<int>(info.x_hotspot);
-        s.hotY = static_cast<int>(info.y_hotspot);
-    }
+    if (info.valuemask & XpmHotspot)
+        s.hot = {int(info.x_hotspot), int(info.y_hotspot)};
     XpmFreeXpmInfo(&info);
     XpmFreeXpmImage(&image);
     return s;
@@ -62,21 +60,15 @@ Saved read_saved(Display* dpy, const std::string& path)
 Saved save_and_read(E2eApp& app, Window shell, const std::string& path, std::string* before)
 {
     app.key(shell, "ctrl+s");
-    std::string now;
-    for (int i = 0; i < 50 && (now = e2e_read_file(path)) == *before; i++)
-        e2e_sleep_ms(100);
-    *before = now;
+    *before = changed_file(path, *before);
     return read_saved(app.display(), path);
 }
 
 // Opens Tools > (mnemonic) and waits for the dialog titled `title`.
 Window open_tools_item(E2eApp& app, Window shell, const char* mnemonic, const char* title)
 {
-    app.keys(shell, {"F10", "Right", "Right", "Right", "Down", mnemonic});
-    Window dialog = app.wait_window(title, 5000);
-    if (dialog)
-        e2e_sleep_ms(300);
-    return dialog;
+    app.menu(shell, 3, mnemonic);
+    return app.shown(title, 5000);
 }
 
 const std::vector<std::string> original = {"rbgr", "gyrb", "bgbg"};
@@ -93,10 +85,8 @@ TEST(ResizeScaleE2e, ResizeAndScaleSavedThenUndone)
                            "\"rbgr\",\n\"gyrb\",\n\"bgbg\"};\n";
     std::string bytes = e2e_read_file(path);
     E2eApp app;
-    ASSERT_TRUE(app.start({path}));
-    Window shell = app.wait_window("pic.xpm");
+    Window shell = app.start_shown({path}, "pic.xpm");
     ASSERT_NE(shell, 0u) << app.stderr_text();
-    e2e_sleep_ms(300);
 
     // Resize: a height of 0 is refused with a message and the dialog stays; then 6 x 2 about the bottom right
     // corner extends two columns on the left, in the background, and crops the top row.
@@ -106,9 +96,8 @@ TEST(ResizeScaleE2e, ResizeAndScaleSavedThenUndone)
     app.key(0, "Tab");
     app.type(0, "0");
     app.key(0, "Return");
-    Window error = app.wait_window("Error", 5000);
+    Window error = app.shown("Error", 5000);
     ASSERT_NE(error, 0u) << "a height of 0 is refused with a message";
-    e2e_sleep_ms(300);
     app.key(error, "Return");
     e2e_sleep_ms(300);
     // The height field has the focus again, its text selected; Tab then reaches the anchors.
@@ -116,13 +105,13 @@ TEST(ResizeScaleE2e, ResizeAndScaleSavedThenUndone)
     app.keys(0, {"Tab", "Down", "Down", "Right", "Right", "space", "Return"});
     Saved resized = save_and_read(app, shell, path, &bytes);
     EXPECT_EQ(resized.rows, (std::vector<std::string>{"nngyrb", "nnbgbg"}));
-    EXPECT_EQ(std::make_pair(resized.hotX, resized.hotY), std::make_pair(3, 1)) << "the hotspot moved with it";
+    EXPECT_EQ(resized.hot, std::make_pair(3, 1)) << "the hotspot moved with it";
     EXPECT_EQ(resized.colours, 5u) << "the file's four and the background (transparent), no other";
 
     app.key(shell, "ctrl+z");
     Saved undone = save_and_read(app, shell, path, &bytes);
     EXPECT_EQ(undone.rows, original) << "Undo brings back the size and pixels";
-    EXPECT_EQ(std::make_pair(undone.hotX, undone.hotY), std::make_pair(1, 2));
+    EXPECT_EQ(undone.hot, std::make_pair(1, 2));
 
     // Scale: 8 typed as the width gives a height of 6 with the proportions kept; every pixel becomes 2 x 2.
     dialog = open_tools_item(app, shell, "S", "Scale Image");
@@ -132,21 +121,20 @@ TEST(ResizeScaleE2e, ResizeAndScaleSavedThenUndone)
     Saved scaled = save_and_read(app, shell, path, &bytes);
     EXPECT_EQ(scaled.rows, (std::vector<std::string>{"rrbbggrr", "rrbbggrr", "ggyyrrbb", "ggyyrrbb", "bbggbbgg",
                                                      "bbggbbgg"}));
-    EXPECT_EQ(std::make_pair(scaled.hotX, scaled.hotY), std::make_pair(2, 4)) << "the hotspot scaled with it";
+    EXPECT_EQ(scaled.hot, std::make_pair(2, 4)) << "the hotspot scaled with it";
     EXPECT_EQ(scaled.colours, 4u) << "no colour added or lost";
 
     app.key(shell, "ctrl+z");
     undone = save_and_read(app, shell, path, &bytes);
     EXPECT_EQ(undone.rows, original) << "Undo of the scale";
-    EXPECT_EQ(std::make_pair(undone.hotX, undone.hotY), std::make_pair(1, 2));
+    EXPECT_EQ(undone.hot, std::make_pair(1, 2));
 
     // Escape cancels: the dialog goes and the picture stays.
     dialog = open_tools_item(app, shell, "z", "Resize Image");
     ASSERT_NE(dialog, 0u);
     app.type(dialog, "9");
     app.key(0, "Escape");
-    e2e_sleep_ms(300);
-    EXPECT_EQ(app.wait_window("Resize Image", 300), 0u) << "Escape closes the dialog";
+    EXPECT_TRUE(app.gone("Resize Image")) << "Escape closes the dialog";
     app.key(shell, "ctrl+s");
     e2e_sleep_ms(500);
     EXPECT_EQ(read_saved(app.display(), path).rows, original) << "a cancelled resize changes nothing";

@@ -6,8 +6,6 @@
 
 #include "e2e_support.h"
 
-static const char* const labelFont = "-misc-fixed-medium-r-normal--13-*-*-*-*-*-iso8859-1";
-
 // Start-up maps exactly one untitled window; the size options reach its status line; out-of-range options are
 // reported on stderr and start-up goes on (a bad zoom level becomes 4); in-range values, zoom level 0 (actual size)
 // among them, are accepted silently.
@@ -44,7 +42,7 @@ TEST(StartupE2e, OptionsAndTheFirstWindow)
             continue;
         e2e_sleep_ms(500);
         EXPECT_EQ(app.windows().size(), 1u) << what;
-        EXPECT_TRUE(app.shows_text(w, labelFont, c.status)) << what;
+        EXPECT_TRUE(app.shows_text(w, LABEL_FONT, c.status)) << what;
         bool printed = app.stdout_text().find(std::string("Status: ") + c.status) != std::string::npos;
         EXPECT_EQ(printed, c.args.size() > 4) << "only -debug prints the status: " << app.stdout_text();
     }
@@ -94,8 +92,7 @@ TEST(StartupE2e, QuitOrDeleteOfTheLastWindow)
 {
     for (bool viaMenu : {true, false}) {
         E2eApp app;
-        ASSERT_TRUE(app.start({}));
-        Window w = app.wait_window("Untitled");
+        Window w = app.start_shown({}, "Untitled");
         ASSERT_NE(w, 0u);
         if (viaMenu)
             app.keys(w, {"F10", "Down", "Up", "Return"});

@@ -12,8 +12,6 @@
 
 namespace {
 
-const char* const labelFont = "-misc-fixed-medium-r-normal--13-*-*-*-*-*-iso8859-1";
-
 // A 4 x 4 picture: red at the left of the two top rows, transparent row 2, #123456 elsewhere.
 void write_known_xpm(const std::string& path, int copies = 1)
 {
@@ -29,54 +27,25 @@ void write_known_xpm(const std::string& path, int copies = 1)
     }
 }
 
-// Whether the canvas shows the grid: the pixel between two cells differs from the cells' own (a red cell at zoom 3,
-// its column 7 and its row 7).
-struct GridLook {
-    bool column, row;
-};
-GridLook grid_of(E2eApp& app, Window shell, Window canvas)
+// Where the canvas shows the grid ("column row", "column", "row" or ""): the pixel between two cells differs from
+// the cells' own (a red cell at zoom 3, its column 7 and its row 7).
+std::string grid_of(E2eApp& app, Window shell, Window canvas)
 {
     ImagePtr im = read_window(app.display(), shell, canvas, 32, 32);
     if (!im)
-        return {false, false};
+        return "unreadable";
     unsigned long cell = XGetPixel(im.get(), 3, 3);
-    return {XGetPixel(im.get(), 7, 3) != cell, XGetPixel(im.get(), 3, 7) != cell};
-}
-
-void choose_view_grid(E2eApp& app, Window shell)
-{
-    // The View menu posted from the keyboard, its Grid item by mnemonic.
-    app.keys(shell, {"F10", "Right", "Right", "Down", "g"});
-    e2e_sleep_ms(300);
-}
-
-// Viewable override-redirect windows at the top of the screen: menus, tooltips.
-std::vector<Window> popups(Display* dpy)
-{
-    std::vector<Window> found;
-    Window root, parent, *children = nullptr;
-    unsigned n = 0;
-    if (!XQueryTree(dpy, DefaultRootWindow(dpy), &root, &parent, &children, &n))
-        return found;
-    for (unsigned i = 0; i < n; i++) {
-        XWindowAttributes a;
-        if (XGetWindowAttributes(dpy, children[i], &a) && a.override_redirect && a.map_state == IsViewable)
-            found.push_back(children[i]);
-    }
-    if (children)
-        XFree(children);
-    return found;
+    bool column = XGetPixel(im.get(), 7, 3) != cell, row = XGetPixel(im.get(), 3, 7) != cell;
+    return column && row ? "column row" : column ? "column" : row ? "row" : "";
 }
 
 // Waits up to five seconds for a popup that was not there before.
 Window new_popup(Display* dpy, const std::vector<Window>& before)
 {
-    for (int i = 0; i < 50; i++) {
+    for (int i = 0; i < 50; i++, e2e_sleep_ms(100))
         for (Window w : popups(dpy))
             if (std::find(before.begin(), before.end(), w) == before.end())
                 return w;
-        e2e_sleep_ms(100);
-    }
     return 0;
 }
 
@@ -90,36 +59,26 @@ TEST(ViewExtrasE2e, GridToggleIsPerWindowAndFollowsTheResource)
     write_known_xpm(s.dir + "/a.xpm");
     write_known_xpm(s.dir + "/b.xpm");
     E2eApp app;
-    ASSERT_TRUE(app.start({s.dir + "/a.xpm", s.dir + "/b.xpm"}));
-    Window a = app.wait_window("a.xpm"), b = app.wait_window("b.xpm");
+    Window a = app.start_shown({s.dir + "/a.xpm", s.dir + "/b.xpm"}, "a.xpm"), b = app.wait_window("b.xpm");
     ASSERT_TRUE(a && b) << app.stderr_text();
-    e2e_sleep_ms(300);
     Window canvasA = find_canvas(app.display(), a, 32, 32), canvasB = find_canvas(app.display(), b, 32, 32);
     ASSERT_TRUE(canvasA && canvasB);
 
-    GridLook before = grid_of(app, a, canvasA);
-    EXPECT_TRUE(before.column && before.row) << "the grid shows by default";
-    choose_view_grid(app, a);
-    GridLook hidden = grid_of(app, a, canvasA);
-    EXPECT_FALSE(hidden.column || hidden.row) << "View > Grid hides it";
-    GridLook other = grid_of(app, b, canvasB);
-    EXPECT_TRUE(other.column && other.row) << "the other window keeps its grid";
-    choose_view_grid(app, a);
-    GridLook back = grid_of(app, a, canvasA);
-    EXPECT_TRUE(back.column && back.row) << "View > Grid again brings it back";
+    EXPECT_EQ(grid_of(app, a, canvasA), "column row") << "the grid shows by default";
+    app.menu(a, 2, "g");
+    EXPECT_EQ(grid_of(app, a, canvasA), "") << "View > Grid hides it";
+    EXPECT_EQ(grid_of(app, b, canvasB), "column row") << "the other window keeps its grid";
+    app.menu(a, 2, "g");
+    EXPECT_EQ(grid_of(app, a, canvasA), "column row") << "View > Grid again brings it back";
 
     E2eApp off;
-    ASSERT_TRUE(off.start({"-xrm", "*showGrid: False", s.dir + "/a.xpm"}));
-    Window c = off.wait_window("a.xpm");
+    Window c = off.start_shown({"-xrm", "*showGrid: False", s.dir + "/a.xpm"}, "a.xpm");
     ASSERT_NE(c, 0u) << off.stderr_text();
-    e2e_sleep_ms(300);
     Window canvasC = find_canvas(off.display(), c, 32, 32);
     ASSERT_NE(canvasC, 0u);
-    GridLook none = grid_of(off, c, canvasC);
-    EXPECT_FALSE(none.column || none.row) << "showGrid False starts without the grid";
-    choose_view_grid(off, c);
-    GridLook shown = grid_of(off, c, canvasC);
-    EXPECT_TRUE(shown.column && shown.row) << "and View > Grid shows it";
+    EXPECT_EQ(grid_of(off, c, canvasC), "") << "showGrid False starts without the grid";
+    off.menu(c, 2, "g");
+    EXPECT_EQ(grid_of(off, c, canvasC), "column row") << "and View > Grid shows it";
 }
 
 // Over the canvas the status line names the image pixel under the pointer and its colour, magnified and at actual
@@ -129,10 +88,8 @@ TEST(ViewExtrasE2e, PointerReadoutFollowsThePointer)
     E2eScratch s;
     write_known_xpm(s.dir + "/known.xpm", 2);
     E2eApp app;
-    ASSERT_TRUE(app.start({s.dir + "/known.xpm"}));
-    Window shell = app.wait_window("known.xpm");
+    Window shell = app.start_shown({s.dir + "/known.xpm"}, "known.xpm");
     ASSERT_NE(shell, 0u) << app.stderr_text();
-    e2e_sleep_ms(300);
     Window canvas = find_canvas(app.display(), shell, 64, 64);
     std::vector<Window> tools = palette(app.display(), shell, 9, 24, 24);
     ASSERT_TRUE(canvas && tools.size() == 9u);
@@ -144,20 +101,20 @@ TEST(ViewExtrasE2e, PointerReadoutFollowsThePointer)
     };
     for (const auto& m : magnified) {
         app.move(canvas, e2e_cell(m.x), e2e_cell(m.y));
-        EXPECT_TRUE(app.shows_text(shell, labelFont, m.text)) << m.text;
+        EXPECT_TRUE(app.shows_text(shell, LABEL_FONT, m.text)) << m.text;
     }
     app.move(tools[2], 12, 12);
-    EXPECT_FALSE(app.shows_text(shell, labelFont, "X - 5, Y - 6")) << "leaving the canvas clears the readout";
-    EXPECT_TRUE(app.shows_text(shell, labelFont, "Width - 8, Height - 8")) << "the size text stays";
+    EXPECT_FALSE(app.shows_text(shell, LABEL_FONT, "X - 5, Y - 6")) << "leaving the canvas clears the readout";
+    EXPECT_TRUE(app.shows_text(shell, LABEL_FONT, "Width - 8, Height - 8")) << "the size text stays";
 
     app.key(shell, "ctrl+shift+minus");
     e2e_sleep_ms(300);
     Window actual = find_canvas(app.display(), shell, 8, 8);
     ASSERT_NE(actual, 0u) << "actual size";
     app.move(actual, 0, 3);
-    EXPECT_TRUE(app.shows_text(shell, labelFont, "X - 0, Y - 3  #123456")) << "at actual size";
+    EXPECT_TRUE(app.shows_text(shell, LABEL_FONT, "X - 0, Y - 3  #123456")) << "at actual size";
     app.move(actual, 4, 4);
-    EXPECT_TRUE(app.shows_text(shell, labelFont, "X - 4, Y - 4  #ff0000")) << "at actual size";
+    EXPECT_TRUE(app.shows_text(shell, LABEL_FONT, "X - 4, Y - 4  #ff0000")) << "at actual size";
 
     app.key(shell, "ctrl+shift+equal");
     e2e_sleep_ms(300);
@@ -169,7 +126,7 @@ TEST(ViewExtrasE2e, PointerReadoutFollowsThePointer)
     app.button(1, true);
     app.move(canvas, cell(3), cell(2));
     app.move(canvas, cell(4), cell(3));
-    EXPECT_TRUE(app.shows_text(shell, labelFont, "Selection - 4 x 3")) << "marking a selection";
+    EXPECT_TRUE(app.shows_text(shell, LABEL_FONT, "Selection - 4 x 3")) << "marking a selection";
     app.button(1, false);
 }
 
@@ -186,8 +143,8 @@ TEST(ViewExtrasE2e, TooltipOnAPaletteButton)
     Window tip = new_popup(app.display(), before);
     ASSERT_NE(tip, 0u) << "no tooltip came up";
     e2e_sleep_ms(300);   // mapped, now drawn
-    EXPECT_TRUE(app.shows_text(tip, labelFont, "Fill"));
-    EXPECT_TRUE(app.shows_text(tip, labelFont, "Control: every pixel of the clicked colour"));
+    EXPECT_TRUE(app.shows_text(tip, LABEL_FONT, "Fill"));
+    EXPECT_TRUE(app.shows_text(tip, LABEL_FONT, "Control: every pixel of the clicked colour"));
     app.move(d.canvas, e2e_cell(8), e2e_cell(8));
     e2e_sleep_ms(300);
     std::vector<Window> after = popups(app.display());

@@ -25,10 +25,8 @@ TEST(ViewsSessionE2e, RestartCommandBringsBackActualSize)
     {
         E2eApp app;
         app.set_found_on_path(true);
-        ASSERT_TRUE(app.start({path}));
-        Window shell = app.wait_window("small.xbm");
+        Window shell = app.start_shown({path}, "small.xbm");
         ASSERT_NE(shell, 0u) << app.stderr_text();
-        e2e_sleep_ms(300);
         ASSERT_NE(find_canvas(app.display(), shell, SIZE << 3, SIZE << 3), 0u) << "the default zoom, 3";
         app.key(shell, "ctrl+shift+minus");   // straight to actual size
         e2e_sleep_ms(300);
@@ -53,9 +51,8 @@ TEST(ViewsSessionE2e, RestartCommandBringsBackActualSize)
 
     E2eApp again;
     ASSERT_TRUE(again.start_command(cmd));
-    Window shell = again.wait_window("small.xbm");
+    Window shell = again.shown("small.xbm");
     ASSERT_NE(shell, 0u) << "the restarted program shows the drawing: " << again.stderr_text();
-    e2e_sleep_ms(300);
     EXPECT_NE(find_canvas(again.display(), shell, SIZE, SIZE), 0u) << "at actual size";
     EXPECT_EQ(find_canvas(again.display(), shell, SIZE << 4, SIZE << 4), 0u) << "not at zoom 4";
     EXPECT_EQ(again.stderr_text().find("out of range"), std::string::npos) << again.stderr_text();

@@ -51,20 +51,6 @@ bool stacked_above(Display* dpy, Window upper, Window lower)
     return up >= 0 && low >= 0 && up > low;
 }
 
-// Waits until no window of the run is titled `title`.
-bool gone(E2eApp& app, const std::string& title)
-{
-    for (int i = 0; i < 100; i++) {
-        bool shown = false;
-        for (const E2eWindow& w : app.windows())
-            shown = shown || w.title == title;
-        if (!shown)
-            return true;
-        e2e_sleep_ms(50);
-    }
-    return false;
-}
-
 void write_xpm(const std::string& path)
 {
     std::ofstream(path) << "/* XPM */\nstatic char *p[] = {\n\"4 4 2 1\",\n\"# c #000000 m black\",\n"
@@ -96,7 +82,7 @@ TEST(WindowsE2e, EscapeCancelsNewCloseAndFonts)
         Window dialog = app.wait_window(c.title, 5000);
         ASSERT_NE(dialog, 0u) << "no " << c.title << " dialog";
         app.key(dialog, "Escape");
-        EXPECT_TRUE(gone(app, c.title)) << "Escape leaves " << c.title << " up";
+        EXPECT_TRUE(app.gone(c.title, 5000)) << "Escape leaves " << c.title << " up";
         EXPECT_NE(app.wait_window("Untitled", 1000), 0u) << "the drawing is still open after " << c.title;
     }
     EXPECT_TRUE(app.running());
@@ -130,27 +116,23 @@ TEST(WindowsE2e, DrawingsCascadeAndViewsOpenBeside)
     write_xpm(a);
     write_xpm(b);
     E2eApp app;
-    ASSERT_TRUE(app.start({a, b}));
-    Window first = app.wait_window("first.xpm"), second = app.wait_window("second.xpm");
-    ASSERT_NE(first, 0u) << app.stderr_text();
-    ASSERT_NE(second, 0u) << app.stderr_text();
-    e2e_sleep_ms(300);
+    Window first = app.start_shown({a, b}, "first.xpm"), second = app.shown("second.xpm");
+    ASSERT_TRUE(first && second) << app.stderr_text();
     Display* dpy = app.display();
     Geometry one = screen_box(dpy, first), two = screen_box(dpy, second);
     EXPECT_TRUE(one.x != two.x || one.y != two.y) << "both at " << describe(one);
     EXPECT_TRUE(on_screen(dpy, one)) << describe(one);
     EXPECT_TRUE(on_screen(dpy, two)) << describe(two);
 
-    app.keys(second, {"F10", "Right", "Right", "Down", "a"});   // View > Actual Size View
+    app.menu(second, 2, "a");   // View > Actual Size View
     Window small = app.wait_window("second.xpm - Actual Size", 5000);
     ASSERT_NE(small, 0u) << "no actual-size view titled with its drawing";
-    app.keys(second, {"F10", "Right", "Right", "Down", "b"});   // View > Black and White View
+    app.menu(second, 2, "b");   // View > Black and White View
     Window bw = app.wait_window("second.xpm - Black and White", 5000);
     ASSERT_NE(bw, 0u) << "no black-and-white view titled with its drawing";
     app.key(second, "ctrl+l");
-    Window colours = app.wait_window("second.xpm - Colors", 5000);
+    Window colours = app.shown("second.xpm - Colors", 5000);
     ASSERT_NE(colours, 0u) << "Ctrl+L opened no colour list titled with its drawing";
-    e2e_sleep_ms(300);
     Geometry drawing = screen_box(dpy, second), s = screen_box(dpy, small), w = screen_box(dpy, bw);
     for (const Geometry& view : {s, w, screen_box(dpy, colours)}) {
         EXPECT_TRUE(on_screen(dpy, view)) << describe(view);

@@ -9,15 +9,12 @@
 #include <cmath>
 #include <cstdio>
 #include <fstream>
-#include <map>
 #include <string>
 
 #include "e2e_support.h"
 #include "files/colour_fit.h"
 
 namespace {
-
-const char* const MESSAGE_FONT = "-misc-fixed-medium-r-normal--13-*-*-*-*-*-iso8859-1";
 
 struct ReadBack {
     int status = -1;
@@ -45,27 +42,6 @@ struct ReadBack {
     }
 };
 
-// Waits for `path` to differ from `before`; its text then.
-std::string changed_file(const std::string& path, const std::string& before)
-{
-    std::string now;
-    for (int i = 0; i < 50 && (now = e2e_read_file(path)) == before; i++)
-        e2e_sleep_ms(100);
-    return now;
-}
-
-std::string command_output(const std::string& command)
-{
-    std::string out;
-    if (FILE* p = popen(command.c_str(), "r")) {
-        char buf[256];
-        while (fgets(buf, sizeof buf, p))
-            out += buf;
-        pclose(p);
-    }
-    return out;
-}
-
 // 20 x 16: 300 pixels of a colour each (a smooth blend, as a photo has), then a row of transparent ones.
 constexpr int MANY_W = 20, MANY_H = 16, MANY_COLOURS = 300;
 unsigned many_rgb(int i) { return unsigned(40 + (i % 20) * 10) << 16 | unsigned(30 + (i / 20) * 12) << 8 | unsigned(90 + (i % 20) * (i / 20) / 2); }
@@ -91,11 +67,6 @@ std::string many_colour_xpm()
     return s;
 }
 
-unsigned free_cells(Display* dpy)
-{
-    return count_free_cells(dpy, DefaultColormap(dpy, DefaultScreen(dpy)), 256);
-}
-
 }  // namespace
 
 TEST(XpmLosslessE2e, NamesAndExtensionsSurviveSave)
@@ -114,10 +85,8 @@ TEST(XpmLosslessE2e, NamesAndExtensionsSurviveSave)
     ASSERT_EQ(before.info.nextensions, 2u) << "libXpm reads the fixture's extensions";
 
     E2eApp app;
-    ASSERT_TRUE(app.start({path}));
-    Window shell = app.wait_window("named.xpm");
+    Window shell = app.start_shown({path}, "named.xpm");
     ASSERT_NE(shell, 0u) << app.stderr_text();
-    e2e_sleep_ms(300);
     app.key(shell, "ctrl+s");
     std::string saved = changed_file(path, original);
     ASSERT_NE(saved, original) << "Ctrl+S wrote the file";
@@ -160,16 +129,14 @@ TEST(XpmLosslessE2e, TooManyColoursAsksThenReducesOrRefuses)
     {
         // Escape answers No: the same refusal as ever, and the file is not opened.
         E2eApp app;
-        ASSERT_TRUE(app.start({path}));
-        Window ask = app.wait_window("Error");
+        Window ask = app.start_shown({path}, "Error");
         ASSERT_NE(ask, 0u) << app.stderr_text();
-        e2e_sleep_ms(300);
-        EXPECT_TRUE(app.shows_text(ask, MESSAGE_FONT, "has 301 colours but only"));
+        EXPECT_TRUE(app.shows_text(ask, LABEL_FONT, "has 301 colours but only"));
         app.key(ask, "Escape");
         Window refusal = 0;
         for (int i = 0; i < 50 && !refusal; i++, e2e_sleep_ms(100))
             for (const E2eWindow& w : app.windows())
-                if (w.title == "Error" && app.shows_text(w.id, MESSAGE_FONT, "Unable to allocate color."))
+                if (w.title == "Error" && app.shows_text(w.id, LABEL_FONT, "Unable to allocate color."))
                     refusal = w.id;
         EXPECT_NE(refusal, 0u) << "No gives the refusal";
         EXPECT_EQ(app.wait_window("many.xpm", 500), 0u) << "and no drawing of the file";
@@ -178,23 +145,20 @@ TEST(XpmLosslessE2e, TooManyColoursAsksThenReducesOrRefuses)
     Display* dpy = XOpenDisplay(nullptr);
     ASSERT_NE(dpy, nullptr);
     E2eApp app;
-    ASSERT_TRUE(app.start({path}));
-    Window ask = app.wait_window("Error");
+    Window ask = app.start_shown({path}, "Error");
     ASSERT_NE(ask, 0u) << app.stderr_text();
-    e2e_sleep_ms(300);
     app.key(ask, "Return");
-    Window shell = app.wait_window("many.xpm");
+    Window shell = app.shown("many.xpm");
     ASSERT_NE(shell, 0u) << "Yes, the default, opens it";
-    e2e_sleep_ms(300);
-    EXPECT_TRUE(app.shows_text(shell, MESSAGE_FONT, "Colours reduced from 301 to")) << "the status line says so";
-    EXPECT_GE(free_cells(dpy), 1u) << "the reduced drawing fits in the cells that were free";
+    EXPECT_TRUE(app.shows_text(shell, LABEL_FONT, "Colours reduced from 301 to")) << "the status line says so";
+    EXPECT_GE(count_free_cells(dpy, DefaultColormap(dpy, DefaultScreen(dpy)), 256), 1u)
+        << "the reduced drawing fits in the cells that were free";
     XCloseDisplay(dpy);
 
     // Reduced, the drawing differs from its file: Quit asks, and Return (Save) writes it over the file.
     app.key(shell, "ctrl+q");
-    Window close = app.wait_window("Close Drawing");
+    Window close = app.shown("Close Drawing");
     ASSERT_NE(close, 0u) << "a reduced drawing counts as modified";
-    e2e_sleep_ms(300);
     app.key(close, "Return");
     int status = -1;
     ASSERT_TRUE(app.wait_exit(&status));

@@ -14,23 +14,14 @@
 
 namespace {
 
-const char* const boldFont = "-misc-fixed-bold-r-normal--13-*-*-*-*-*-iso8859-1";
-const char* const labelFont = "-misc-fixed-medium-r-normal--13-*-*-*-*-*-iso8859-1";
-
-// The viewable override-redirect window on top of the stack: a pulled-down menu.
+// The override-redirect window on top of the stack, larger than a tooltip: a pulled-down menu.
 Window menu_window(Display* dpy)
 {
-    Window root, parent, *kids = nullptr, found = 0;
-    unsigned n = 0;
-    if (!XQueryTree(dpy, DefaultRootWindow(dpy), &root, &parent, &kids, &n))
-        return 0;
-    for (unsigned i = 0; i < n; i++) {
+    Window found = 0;
+    for (Window w : popups(dpy)) {
         XWindowAttributes a;
-        if (XGetWindowAttributes(dpy, kids[i], &a) && a.map_state == IsViewable && a.override_redirect &&
-            a.width > 40 && a.height > 40)
-            found = kids[i];
+        found = XGetWindowAttributes(dpy, w, &a) && a.width > 40 && a.height > 40 ? w : found;
     }
-    XFree(kids);
     return found;
 }
 
@@ -42,9 +33,9 @@ void expect_real_file_menu(E2eApp& app, Window shell, const char* saveAs = "Save
     e2e_sleep_ms(300);
     Window menu = menu_window(app.display());
     ASSERT_NE(menu, 0u) << "Alt+F opened no menu: no mnemonic";
-    EXPECT_TRUE(app.shows_text(menu, boldFont, saveAs)) << "the File menu does not show " << saveAs;
-    EXPECT_TRUE(app.shows_text(menu, boldFont, "Ctrl+S")) << "the File menu shows no accelerators";
-    EXPECT_FALSE(app.shows_text(menu, boldFont, "SaveAs")) << "the text check matches anything";
+    EXPECT_TRUE(app.shows_text(menu, BOLD_FONT, saveAs)) << "the File menu does not show " << saveAs;
+    EXPECT_TRUE(app.shows_text(menu, BOLD_FONT, "Ctrl+S")) << "the File menu shows no accelerators";
+    EXPECT_FALSE(app.shows_text(menu, BOLD_FONT, "SaveAs")) << "the text check matches anything";
     app.key(0, "Escape");
     app.key(0, "Escape");
 }
@@ -74,10 +65,9 @@ TEST_F(InstalledProgram, FindsItsOwnFilesWithNoEnvironment)
     app.set_binary(installation().program());
     app.set_resource_path("");
     bool started = app.start({"-geometry", "+0+0"});
-    Window shell = started ? app.wait_window("Untitled") : 0;
+    Window shell = started ? app.shown("Untitled") : 0;
     std::ofstream(file, std::ios::trunc) << saved;
     ASSERT_NE(shell, 0u) << app.stderr_text();
-    e2e_sleep_ms(300);
     expect_real_file_menu(app, shell, "Keep As...");
     EXPECT_EQ(app.stderr_text(), "") << "the pictures of the tool palette were not found";
     // Window managers show the application icon, whose mask cuts it out.
@@ -103,17 +93,14 @@ TEST_F(InstalledProgram, CompleteWithoutAnyApplicationDefaults)
     E2eApp app;
     app.set_binary(installation().program());
     app.set_resource_path("/nonexistent/%N");
-    bool started = app.start({"-geometry", "+0+0"});
-    Window shell = started ? app.wait_window("Untitled") : 0;
+    Window shell = app.start_shown({"-geometry", "+0+0"}, "Untitled");
     if (shell) {
-        e2e_sleep_ms(300);
         expect_real_file_menu(app, shell);
         app.key(shell, "ctrl+n");
-        Window dialog = app.wait_window("New Drawing", 5000);
+        Window dialog = app.shown("New Drawing", 5000);
         EXPECT_NE(dialog, 0u) << "Ctrl+N opened no dialog titled \"New Drawing\"";
         if (dialog) {
-            e2e_sleep_ms(300);
-            EXPECT_TRUE(app.shows_text(dialog, labelFont, "Width:")) << "the dialog's texts are missing";
+            EXPECT_TRUE(app.shows_text(dialog, LABEL_FONT, "Width:")) << "the dialog's texts are missing";
             app.key(dialog, "Escape");
         }
         app.key(shell, "ctrl+q");

@@ -95,7 +95,7 @@ std::string host_and_files(std::vector<const char*> files)
     return join_host_files("somehost", std::vector<std::string>(files.begin(), files.end()));
 }
 
-bool error_shown() { return message_dialog(0) && XtIsManaged(message_dialog(0)); }
+bool error_shown() { return filetest::managed(message_dialog(0)); }
 
 }  // namespace
 

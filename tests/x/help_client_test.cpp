@@ -219,10 +219,8 @@ TEST(HelpClient, AServerOwningTheAtomShowsTheTopicOfOurBook)
     unsetenv("HELPTRACE");
     std::string first = fake.next();
     EXPECT_EQ(first.rfind("_ORV_HELP 1\n", 0), 0u) << first;
-    EXPECT_TRUE(has_line(first, "request show")) << first;
-    EXPECT_TRUE(has_line(first, "book pictrel")) << first;
-    EXPECT_TRUE(has_line(first, "topic tool.pencil")) << first;
-    EXPECT_TRUE(has_line(first, "program Pictrel")) << first;
+    for (const char* line : {"request show", "book pictrel", "topic tool.pencil", "program Pictrel"})
+        EXPECT_TRUE(has_line(first, line)) << first;
     EXPECT_NE(first.find("\nwindow 0x"), std::string::npos) << first;
     EXPECT_NE(trace.find("helptrace: request show serial"), std::string::npos) << trace;
     EXPECT_NE(trace.find("helptrace: reply to serial"), std::string::npos) << trace;

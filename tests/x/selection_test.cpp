@@ -12,6 +12,9 @@
 #include "tools/palettes.h"
 #include "tools/selection.h"
 #include "tools/tool_table.h"
+#include "files_support.h"
+
+using filetest::command;
 
 namespace {
 
@@ -45,12 +48,6 @@ std::string block_at(Drawing* d, int x0, int y0, int w, int h, unsigned long bas
             if (image_pixel(d, x0 + x, y0 + y) != base + static_cast<unsigned long>(x + 4 * y))
                 return std::to_string(x0 + x) + "," + std::to_string(y0 + y);
     return "";
-}
-
-void command(Drawing* d, int c)
-{
-    run_command(d, c, nullptr, False);
-    pump();
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 
 #include <Xm/Form.h>
 #include <Xm/List.h>
-#include <Xm/TextF.h>
 
 #include <algorithm>
 #include <set>
@@ -13,21 +12,12 @@
 
 #include "app/commands.h"
 #include "core/message.h"
+#include "files_support.h"
 #include "help/resource_text.h"
 #include "help/widget_summary.h"
 #include "help/widget_tree.h"
 
 namespace {
-
-void press(Widget button)
-{
-    ASSERT_NE(button, nullptr);
-    XmAnyCallbackStruct cbs{XmCR_ACTIVATE, nullptr};
-    XtCallCallbacks(button, XmNactivateCallback, &cbs);
-    pump();
-}
-
-Widget menu_item(Drawing* d, const char* name) { return XtNameToWidget(d->shell, (std::string("*") + name).c_str()); }
 
 bool has_line(const std::vector<std::string>& lines, const std::string& line)
 {
@@ -48,14 +38,7 @@ void walk(Widget w, std::set<Widget>* seen, std::vector<std::string>* lines)
         walk(child, seen, lines);
 }
 
-std::string shown_class()
-{
-    Widget field = XtNameToWidget(widget_tree_dialog(), "*classText");
-    char* text = field ? XmTextFieldGetString(field) : nullptr;
-    std::string out = text ? text : "";
-    XtFree(text);
-    return out;
-}
+std::string shown_class() { return filetest::text_of(XtNameToWidget(widget_tree_dialog(), "*classText")); }
 
 }  // namespace
 
@@ -67,9 +50,8 @@ TEST(WidgetTree, EveryWidgetReadsTyped)
     for (int command : {CMD_SHOW_COLORS, CMD_SHOW_SMALL_VIEW, CMD_SHOW_BW_VIEW, CMD_FONTS, CMD_NEW, CMD_OPEN})
         run_command(d, command, nullptr, True);
     show_message(d->shell, "a message", 1, nullptr, nullptr);
-    press(menu_item(d, "HelpOnVersion"));
-    press(menu_item(d, "HelpOnWindow"));
-    press(menu_item(d, "HelpWidgetTree"));
+    for (const char* item : {"*HelpOnVersion", "*HelpOnWindow", "*HelpWidgetTree"})
+        filetest::press(d->shell, item);
     ASSERT_EQ(widget_tree_current(), d->shell) << "Help > Widget Tree... opens on the drawing window";
 
     std::set<Widget> seen;
@@ -118,6 +100,7 @@ TEST(WidgetTree, UpDownAndADestroyedWidget)
     Widget up = XtNameToWidget(dialog, "Up The Tree"), down = XtNameToWidget(dialog, "Down The Tree");
     Widget list = XtNameToWidget(dialog, "*childList");
     ASSERT_TRUE(up && down && list);
+    auto press = [&](Widget button) { filetest::press(dialog, XtName(button)); };
     EXPECT_EQ(shown_class(), "ApplicationShell");
     EXPECT_FALSE(XtIsSensitive(up)) << "nothing above a top-level shell";
     EXPECT_FALSE(XtIsSensitive(down)) << "no child chosen yet";
