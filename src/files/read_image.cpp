@@ -184,32 +184,6 @@ bool allocate_copy(unsigned long oldPixel, unsigned long* newPixel, void* data)
     return true;
 }
 
-// The hotspot, from a first read of the file as an image; nothing else of
-// that read is used. Its images and colours are given back at once.
-// Returns whether that read succeeded.
-bool read_hotspot(Display* dpy, const char* fileName, int* hotspotX, int* hotspotY)
-{
-    App& a = app();
-    XpmAttributes attrs{};
-    attrs.valuemask = XpmVisual | XpmColormap | XpmDepth | XpmInfos | XpmReturnPixels |
-                      XpmColorTable | XpmReturnAllocPixels;
-    attrs.visual = a.visual;
-    attrs.colormap = a.colormap;
-    attrs.depth = static_cast<unsigned>(a.screenDepth);
-    XImage* image = nullptr;
-    XImage* shape = nullptr;
-    int status = XpmReadFileToImage(dpy, const_cast<char*>(fileName), &image, &shape, &attrs);
-    ImagePtr ownImage(image), ownShape(shape);
-    if (attrs.valuemask & XpmHotspot) {
-        *hotspotX = static_cast<int>(attrs.x_hotspot);
-        *hotspotY = static_cast<int>(attrs.y_hotspot);
-    } else {
-        *hotspotX = *hotspotY = -1;
-    }
-    release_attributes(dpy, &attrs);
-    return status == XpmSuccess;
-}
-
 // Status after libXpm failed to make the pixmap: running out of cells is a
 // colour failure (1, told to the user), anything else an unreadable file.
 int colour_failure_status(Display* dpy, int xpmStatus, unsigned cellsNeeded)
@@ -232,8 +206,8 @@ XpmColor* make_record(const char* colour, const char* mono)
 
 // The parse and what it decides before any server resource is taken: the
 // file is refused, reported as having too many colours (1, told to the
-// user), or read; its hotspot comes from a first read as an image. Returns
-// 0 when the reading goes on.
+// user), or read, with the hotspot of its values line. Returns 0 when the
+// reading goes on.
 int parse_xpm(const char* fileName, const FileLook& plain, XpmRead& r, int* hotspotX, int* hotspotY)
 {
     App& a = app();
@@ -281,13 +255,11 @@ int parse_xpm(const char* fileName, const FileLook& plain, XpmRead& r, int* hots
         return 1;
     }
 
-    // The first read fails on a file that spells its transparent colour
-    // "#Transparent" (libXpm knows no such colour); the parse above has
-    // read the same values line, so its hotspot stands in.
-    if (!read_hotspot(r.dpy, fileName, hotspotX, hotspotY) && parsedHotspot) {
-        *hotspotX = parsedX;
-        *hotspotY = parsedY;
-    }
+    // The hotspot is the values line's, as this parse read it: a second
+    // read of the file as an image would find the same line, and only
+    // fail where this one already stood in for it.
+    *hotspotX = parsedHotspot ? parsedX : -1;
+    *hotspotY = parsedHotspot ? parsedY : -1;
     return 0;
 }
 
