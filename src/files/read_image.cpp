@@ -90,14 +90,21 @@ struct XpmRead {
     bool haveImage = false;
     XpmAttributes attrs{};
     bool haveAttrs = false;
-    Pixmap xpmPixmap = None;
-    Pixmap mask = None;
+    // libXpm's picture in its shared cells and its shape (none when the
+    // file has no transparent colour), both client-side: the picture goes
+    // to the server once, in its private cells.
+    ImagePtr picture, shape;
     Pixmap result = None;
     GC gc = nullptr;
-    ImagePtr source, destination;
     std::vector<unsigned long> privateCells;   // given back on failure
-    // The colours of libXpm's cells, kept once those cells are given back.
+    // The colours of libXpm's cells, kept once those cells are given back,
+    // and the transparent cell's.
     std::unordered_map<unsigned long, XColor> colourOf;
+    // The private cells, taken in one request before the remap hands them
+    // out in order, and the colours they are given, stored in one request.
+    std::vector<unsigned long> cellsTaken;
+    size_t cellsHandedOut = 0;
+    std::vector<XColor> colourStores;
     unsigned cellsNeeded = 0;   // a private cell per opaque colour, and the transparent one
     bool keepCells = false;
     bool haveNewBackground = false;
@@ -108,10 +115,6 @@ struct XpmRead {
     {
         if (gc)
             XFreeGC(dpy, gc);
-        if (xpmPixmap)
-            XFreePixmap(dpy, xpmPixmap);
-        if (mask)
-            XFreePixmap(dpy, mask);
         // libXpm's shared cells served only to build the first pixmap; the
         // drawing uses private cells from here on.
         if (haveAttrs)
@@ -162,25 +165,31 @@ void show_alloc_error()
                  0, nullptr, nullptr);
 }
 
+// The remap's allocator: the next of the cells taken beforehand, which
+// will hold the colour of `oldPixel` (a shared cell, or the transparent
+// cell for the very first pixel).
 bool allocate_copy(unsigned long oldPixel, unsigned long* newPixel, void* data)
 {
     auto* read = static_cast<XpmRead*>(data);
-    unsigned long cell = 0;
-    if (!XAllocColorCells(read->dpy, app().colormap, False, nullptr, 0, &cell, 1))
+    if (read->cellsHandedOut >= read->cellsTaken.size())
         return false;
+    unsigned long cell = read->cellsTaken[read->cellsHandedOut++];
     XColor colour{};
     auto known = read->colourOf.find(oldPixel);
-    if (known != read->colourOf.end()) {
+    if (known != read->colourOf.end())
         colour = known->second;
-    } else {
-        colour.pixel = oldPixel;   // the transparent cell, still ours
-        XQueryColor(read->dpy, app().colormap, &colour);
-    }
     colour.pixel = cell;
     colour.flags = DoRed | DoGreen | DoBlue;
-    XStoreColor(read->dpy, app().colormap, &colour);
-    read->privateCells.push_back(cell);
+    read->colourStores.push_back(colour);
     *newPixel = cell;
+    return true;
+}
+
+// The dry run's allocator: counts the cells the remap will ask for.
+bool count_cell(unsigned long, unsigned long* newPixel, void* data)
+{
+    auto* count = static_cast<unsigned long*>(data);
+    *newPixel = ~0ul - (*count)++;   // a value no pixel of the picture has
     return true;
 }
 
@@ -278,6 +287,7 @@ bool take_transparent_cell(XpmRead& r)
     bg.pixel = cell;
     bg.flags = DoRed | DoGreen | DoBlue;
     XStoreColor(dpy, app().colormap, &bg);
+    r.colourOf[cell] = bg;
     r.haveNewBackground = true;
     r.oldBackground = res().background;
     r.newBackground = cell;
@@ -285,27 +295,98 @@ bool take_transparent_cell(XpmRead& r)
     return true;
 }
 
+// Pixel access to the client-side pictures: 8-bit pictures and 1-bit
+// shapes are read in place, anything else through Xlib.
+struct PixelRows {
+    XImage* image;
+    bool bytes;   // one byte a pixel
+    explicit PixelRows(XImage* im)
+        : image(im), bytes(im && im->format == ZPixmap && im->bits_per_pixel == 8) {}
+    unsigned long get(unsigned x, unsigned y) const
+    {
+        if (bytes)
+            return reinterpret_cast<unsigned char*>(image->data)[y * static_cast<unsigned>(image->bytes_per_line) + x];
+        return XGetPixel(image, static_cast<int>(x), static_cast<int>(y));
+    }
+    void put(unsigned x, unsigned y, unsigned long p)
+    {
+        if (bytes)
+            reinterpret_cast<unsigned char*>(image->data)[y * static_cast<unsigned>(image->bytes_per_line) + x] =
+                static_cast<unsigned char>(p);
+        else
+            XPutPixel(image, static_cast<int>(x), static_cast<int>(y), p);
+    }
+};
+
+struct ShapeBits {
+    XImage* image;
+    bool packed;   // a plain bitmap: one bit a pixel, rows of whole bytes
+    explicit ShapeBits(XImage* im)
+        : image(im), packed(im && im->depth == 1 && im->bits_per_pixel == 1 && im->xoffset == 0) {}
+    // Whether (x, y) is opaque; with no shape every pixel is.
+    bool opaque(unsigned x, unsigned y) const
+    {
+        if (!image)
+            return true;
+        if (!packed)
+            return XGetPixel(image, static_cast<int>(x), static_cast<int>(y)) != 0;
+        unsigned char byte =
+            reinterpret_cast<unsigned char*>(image->data)[y * static_cast<unsigned>(image->bytes_per_line) + x / 8];
+        unsigned bit = image->bitmap_bit_order == LSBFirst ? x % 8 : 7 - x % 8;
+        return (byte >> bit) & 1;
+    }
+};
+
 // The picture in libXpm's shared cells, with the transparent pixel where
-// the file has its transparent colour, as r.result and as the two client
-// images the remap reads from and writes to.
-bool make_result(XpmRead& r, unsigned w, unsigned h, unsigned depth)
+// the file has its transparent colour, on the client side.
+void fill_transparent(XpmRead& r, unsigned w, unsigned h)
 {
-    Display* dpy = r.dpy;
-    r.result = XCreatePixmap(dpy, app().root, w, h, depth);
-    r.gc = XCreateGC(dpy, r.result, 0, nullptr);
-    XSetForeground(dpy, r.gc, r.newBackground);
-    XFillRectangle(dpy, r.result, r.gc, 0, 0, w, h);
-    XSetClipMask(dpy, r.gc, r.mask);
-    XCopyArea(dpy, r.xpmPixmap, r.result, r.gc, 0, 0, w, h, 0, 0);
-    r.source.reset(XGetImage(dpy, r.result, 0, 0, w, h, AllPlanes, ZPixmap));
-    r.destination.reset(XGetImage(dpy, r.result, 0, 0, w, h, AllPlanes, ZPixmap));
-    return r.source && r.destination;
+    if (!r.shape)
+        return;
+    PixelRows picture(r.picture.get());
+    ShapeBits shape(r.shape.get());
+    for (unsigned y = 0; y < h; y++)
+        for (unsigned x = 0; x < w; x++)
+            if (!shape.opaque(x, y))
+                picture.put(x, y, r.newBackground);
+}
+
+// Runs the remap over the picture, column by column, and then over the
+// table colours the picture never uses, with `allocate` for the cells.
+// When `write`, each opaque pixel takes its new value; a transparent one
+// keeps the transparent pixel whatever the remap says of it.
+bool remap_picture(XpmRead& r, unsigned w, unsigned h, CellRemap& remap, CellRemap::Allocate allocate,
+                   void* data, bool write, std::vector<unsigned long>& colourPixels, std::vector<size_t>* unmatched)
+{
+    PixelRows picture(r.picture.get());
+    ShapeBits shape(r.shape.get());
+    for (unsigned x = 0; x < w; x++) {
+        for (unsigned y = 0; y < h; y++) {
+            unsigned long p = picture.get(x, y);
+            unsigned long q = p;
+            if (!remap.map(p, &q, allocate, data))
+                return false;
+            if (write && q != p && shape.opaque(x, y))
+                picture.put(x, y, q);
+        }
+    }
+    *unmatched = remap.rewrite_pixels(colourPixels);
+    for (size_t c : *unmatched) {
+        unsigned long cell = 0;
+        if (!allocate(colourPixels[c], &cell, data))
+            return false;
+        colourPixels[c] = cell;
+    }
+    return true;
 }
 
 // Moves every colour from libXpm's shared cells to private cells of its
 // own: the pixels of the picture, then the colours of the table (one the
 // picture never uses still gets a cell). `colourPixels` comes in as
 // libXpm's list of pixels and goes out as the private cell of each colour.
+// The cells are the ones that taking them one at a time, as the remap asks
+// for them, would give: a dry run counts them, and they are taken in one
+// request, lowest first, and filled in another.
 // Returns false, having told the user, when the cells run out.
 bool remap_to_private_cells(XpmRead& r, unsigned w, unsigned h, std::vector<unsigned long>& colourPixels)
 {
@@ -324,33 +405,35 @@ bool remap_to_private_cells(XpmRead& r, unsigned w, unsigned h, std::vector<unsi
         r.colourOf[c.pixel] = c;
     give_back_shared_cells(dpy, &r.attrs);
 
-    CellRemap remap(returned);
-    for (unsigned x = 0; x < w; x++) {
-        for (unsigned y = 0; y < h; y++) {
-            unsigned long p = XGetPixel(r.source.get(), static_cast<int>(x), static_cast<int>(y));
-            unsigned long q = p;
-            if (!remap.map(p, &q, allocate_copy, &r)) {
-                show_alloc_error();
-                return false;
-            }
-            if (q != p)
-                XPutPixel(r.destination.get(), static_cast<int>(x), static_cast<int>(y), q);
-        }
+    unsigned long needed = 0;
+    {
+        CellRemap dry(returned);
+        std::vector<unsigned long> pixels = returned;
+        std::vector<size_t> unmatched;
+        remap_picture(r, w, h, dry, count_cell, &needed, false, pixels, &unmatched);
     }
-    XPutImage(dpy, r.result, r.gc, r.destination.get(), 0, 0, 0, 0, w, h);
+    r.cellsTaken.resize(needed);
+    if (needed && !XAllocColorCells(dpy, app().colormap, False, nullptr, 0, r.cellsTaken.data(),
+                                    static_cast<unsigned>(needed))) {
+        r.cellsTaken.clear();
+        show_alloc_error();
+        return false;
+    }
+    std::sort(r.cellsTaken.begin(), r.cellsTaken.end());
+    r.privateCells = r.cellsTaken;
 
-    // Each table colour takes its private cell; a colour the image never
-    // uses still gets one, so no colour of the drawing keeps a shared cell.
-    for (size_t c : remap.rewrite_pixels(colourPixels)) {
-        unsigned long cell = 0;
-        if (!allocate_copy(colourPixels[c], &cell, &r)) {
-            show_alloc_error();
-            return false;
-        }
-        colourPixels[c] = cell;
+    CellRemap remap(returned);
+    std::vector<size_t> unmatched;
+    if (!remap_picture(r, w, h, remap, allocate_copy, &r, true, colourPixels, &unmatched)) {
+        show_alloc_error();
+        return false;
     }
+    if (!r.colourStores.empty())
+        XStoreColors(dpy, app().colormap, r.colourStores.data(), static_cast<int>(r.colourStores.size()));
+    XPutImage(dpy, r.result, r.gc, r.picture.get(), 0, 0, 0, 0, w, h);
+
     // A cell made for a pixel that stands for no colour (the transparent
-    // fill under the mask) is never seen: give it back.
+    // fill) is never seen: give it back.
     for (unsigned long stray : remap.stray_cells()) {
         XFreeColors(dpy, app().colormap, &stray, 1, 0);
         std::erase(r.privateCells, stray);
@@ -397,7 +480,13 @@ int read_xpm(const char* fileName, const FileLook& plain, int* width, int* heigh
     r.attrs.visual = a.visual;
     r.attrs.colormap = a.colormap;
     r.attrs.depth = static_cast<unsigned>(a.screenDepth);
-    int status = XpmCreatePixmapFromXpmImage(r.dpy, a.root, &img, &r.xpmPixmap, &r.mask, &r.attrs);
+    // The same colours, cells and status as making the pixmap, which is
+    // this plus an upload of the picture: it is uploaded once, remapped.
+    XImage* picture = nullptr;
+    XImage* shape = nullptr;
+    int status = XpmCreateImageFromXpmImage(r.dpy, &img, &picture, &shape, &r.attrs);
+    r.picture.reset(picture);
+    r.shape.reset(shape);
     r.haveAttrs = true;
     if (status != XpmSuccess)
         return colour_failure_status(r.dpy, status, r.cellsNeeded);
@@ -415,8 +504,11 @@ int read_xpm(const char* fileName, const FileLook& plain, int* width, int* heigh
 
     if (!take_transparent_cell(r))
         return 1;
-    if (!make_result(r, w, h, d))
+    if (!r.picture)
         return -1;
+    fill_transparent(r, w, h);
+    r.result = XCreatePixmap(r.dpy, a.root, w, h, d);
+    r.gc = XCreateGC(r.dpy, r.result, 0, nullptr);
     std::vector<unsigned long> colourPixels(r.attrs.pixels, r.attrs.pixels + r.attrs.npixels);
     size_t pixelCount = colourPixels.size();
     if (!remap_to_private_cells(r, w, h, colourPixels))
