@@ -360,14 +360,30 @@ bool remap_picture(XpmRead& r, unsigned w, unsigned h, CellRemap& remap, CellRem
 {
     PixelRows picture(r.picture.get());
     ShapeBits shape(r.shape.get());
-    for (unsigned x = 0; x < w; x++) {
-        for (unsigned y = 0; y < h; y++) {
-            unsigned long p = picture.get(x, y);
-            unsigned long q = p;
-            if (!remap.map(p, &q, allocate, data))
-                return false;
-            if (write && q != p && shape.opaque(x, y))
-                picture.put(x, y, q);
+    if (picture.bytes) {
+        // The common case, a byte a pixel, walked down each column in place.
+        auto* column = reinterpret_cast<unsigned char*>(r.picture->data);
+        size_t stride = static_cast<size_t>(r.picture->bytes_per_line);
+        for (unsigned x = 0; x < w; x++, column++) {
+            unsigned char* at = column;
+            for (unsigned y = 0; y < h; y++, at += stride) {
+                unsigned long p = *at, q = p;
+                if (!remap.map(p, &q, allocate, data))
+                    return false;
+                if (write && q != p && shape.opaque(x, y))
+                    *at = static_cast<unsigned char>(q);
+            }
+        }
+    } else {
+        for (unsigned x = 0; x < w; x++) {
+            for (unsigned y = 0; y < h; y++) {
+                unsigned long p = picture.get(x, y);
+                unsigned long q = p;
+                if (!remap.map(p, &q, allocate, data))
+                    return false;
+                if (write && q != p && shape.opaque(x, y))
+                    picture.put(x, y, q);
+            }
         }
     }
     *unmatched = remap.rewrite_pixels(colourPixels);
