@@ -19,6 +19,7 @@
 #include "app/usage.h"
 #include "colour/converters.h"
 #include "core/app_state.h"
+#include "core/input_method.h"
 #include "core/message.h"
 #include "core/safe_format.h"
 #include "files/read_status.h"
@@ -171,6 +172,7 @@ int startup(int* argc, char** argv)
     // realised unmapped so that they have a window to be transient for.
     XtSetMappedWhenManaged(a.topLevel, False);
     XtVaSetValues(a.topLevel, XmNwidth, 1, XmNheight, 1, nullptr);
+    defer_input_method(a.topLevel);
     XtRealizeWidget(a.topLevel);
 
     if (a.visual->c_class != PseudoColor) {
