@@ -29,6 +29,7 @@
 namespace {
 
 constexpr int NOT_XBM = 2;   // internal: go on with the XPM reader
+constexpr unsigned UPLOAD_BAND_BYTES = 32768;
 
 // --- XBM ----------------------------------------------------------------
 
@@ -446,7 +447,12 @@ bool remap_to_private_cells(XpmRead& r, unsigned w, unsigned h, std::vector<unsi
     }
     if (!r.colourStores.empty())
         XStoreColors(dpy, app().colormap, r.colourStores.data(), static_cast<int>(r.colourStores.size()));
-    XPutImage(dpy, r.result, r.gc, r.picture.get(), 0, 0, 0, 0, w, h);
+    // In bands: libXpm pads rows to bytes, the server to words, and Xlib
+    // keeps the buffer it repacks a request in for the rest of the program.
+    unsigned band = std::max(1u, UPLOAD_BAND_BYTES / std::max(1u, static_cast<unsigned>(r.picture->bytes_per_line)));
+    for (unsigned y = 0; y < h; y += band)
+        XPutImage(dpy, r.result, r.gc, r.picture.get(), 0, static_cast<int>(y), 0, static_cast<int>(y), w,
+                  std::min(band, h - y));
 
     // A cell made for a pixel that stands for no colour (the transparent
     // fill) is never seen: give it back.
