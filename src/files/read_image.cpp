@@ -13,6 +13,7 @@
 #include <cstdio>
 #include <cstring>
 #include <strings.h>
+#include <unistd.h>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -222,7 +223,16 @@ int parse_xpm(const char* fileName, const FileLook& plain, XpmRead& r, int* hots
 {
     App& a = app();
     unsigned long colormapEntries = static_cast<unsigned long>(std::max(a.visual->map_entries, 1));
-    switch (xpm_file_verdict(fileName, plain, colormapEntries)) {
+    int stream = -1;
+    XpmFileVerdict verdict = xpm_file_verdict(fileName, plain, colormapEntries, &stream);
+    // A compressed file was decompressed whole to judge it; its stream is
+    // read from there rather than through gzip a second time.
+    std::string source = stream >= 0 ? descriptor_path(stream) : std::string(fileName);
+    struct Closer {
+        int fd;
+        ~Closer() { if (fd >= 0) close(fd); }
+    } closer{stream};
+    switch (verdict) {
     case XpmFileVerdict::Refuse:
         return -1;
     case XpmFileVerdict::TooManyColours:
@@ -237,7 +247,7 @@ int parse_xpm(const char* fileName, const FileLook& plain, XpmRead& r, int* hots
     // finds decides whether the file may go any further.
     XpmInfo parsed{};
     parsed.valuemask = XpmReturnInfos;
-    if (XpmReadFileToXpmImage(const_cast<char*>(fileName), &r.image, &parsed) != XpmSuccess)
+    if (XpmReadFileToXpmImage(source.data(), &r.image, &parsed) != XpmSuccess)
         return -1;
     r.haveImage = true;
     bool parsedHotspot = (parsed.valuemask & XpmHotspot) != 0;
