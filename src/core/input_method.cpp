@@ -61,8 +61,9 @@ void defer_input_method(Widget topLevel)
 
     XtInitProc hooks[] = {initialize_text<0>, initialize_text<1>};
     for (size_t i = 0; i < XtNumber(wrapped); i++) {
+        // The class itself is initialised when its first widget is made, as
+        // before: its own initialisation does not touch this procedure.
         WidgetClass cls = *wrapped[i].cls;
-        XtInitializeWidgetClass(cls);
         if (cls->core_class.initialize != hooks[i]) {
             wrapped[i].initialize = cls->core_class.initialize;
             cls->core_class.initialize = hooks[i];
