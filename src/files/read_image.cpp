@@ -26,6 +26,7 @@
 #include "files/image_header.h"
 #include "files/image_io.h"
 #include "files/mono_names.h"
+#include "files/xpm_colours.h"
 
 namespace {
 
@@ -516,7 +517,11 @@ int read_xpm(const char* fileName, const FileLook& plain, int* width, int* heigh
     // this plus an upload of the picture: it is uploaded once, remapped.
     XImage* picture = nullptr;
     XImage* shape = nullptr;
+    PrefetchedColours prefetched;
+    if (prefetch_xpm_colours(r.dpy, a.colormap, img, &prefetched))
+        use_prefetched_colours(&r.attrs, &prefetched);
     int status = XpmCreateImageFromXpmImage(r.dpy, &img, &picture, &shape, &r.attrs);
+    release_unused_colours(&prefetched);
     r.picture.reset(picture);
     r.shape.reset(shape);
     r.haveAttrs = true;
