@@ -6,6 +6,7 @@
 #include <X11/Xutil.h>
 #include <Xm/Xm.h>
 
+#include "tools/palettes.h"
 #include "tools/tool_handlers.h"
 #include "tools/tool_table.h"
 #include "x_env.h"
@@ -45,4 +46,54 @@ TEST(PalettePictures, ToolPicturesShowTheIconBitsInThePaletteColours)
         EXPECT_EQ(again, label);
         EXPECT_EQ(againSelect, select);
     }
+}
+
+// The pattern toggles' pictures, made as bits on the client, are pixel for pixel what drawing them on the server
+// gives: white, a black frame on the select picture, the pattern as an opaque stipple from the picture's origin
+// inside a black outline.
+TEST(PalettePictures, PatternPicturesMatchTheServerDrawnSwatch)
+{
+    Drawing* d = make_drawing(16, 16);
+    ASSERT_NE(d, nullptr);
+    WidgetList children = nullptr;
+    Cardinal count = 0;
+    XtVaGetValues(d->patternsBox, XmNchildren, &children, XmNnumChildren, &count, nullptr);
+    ASSERT_EQ(count, static_cast<Cardinal>(PATTERN_COUNT));
+    Display* dpy = app().display;
+    const int w = 24, h = 22;
+    GC plain = XCreateGC(dpy, app().root, 0, nullptr);
+    for (int p = 0; p < PATTERN_COUNT; p++) {
+        Pixmap label = None, select = None;
+        XtVaGetValues(children[p], XmNlabelPixmap, &label, XmNselectPixmap, &select, nullptr);
+        Pixmap stipple = XCreateBitmapFromData(dpy, app().root, reinterpret_cast<const char*>(patternBits[p]), 8, 8);
+        XGCValues v;
+        v.fill_style = FillOpaqueStippled;
+        v.stipple = stipple;
+        v.foreground = app().blackPixel;
+        v.background = app().whitePixel;
+        GC stippled = XCreateGC(dpy, app().root, GCFillStyle | GCStipple | GCForeground | GCBackground, &v);
+        for (bool framed : {false, true}) {
+            Pixmap want = XCreatePixmap(dpy, app().root, w, h, static_cast<unsigned>(app().screenDepth));
+            XSetForeground(dpy, plain, app().whitePixel);
+            XFillRectangle(dpy, want, plain, 0, 0, w, h);
+            XSetForeground(dpy, plain, app().blackPixel);
+            if (framed)
+                XDrawRectangle(dpy, want, plain, 0, 0, w - 1, h - 1);
+            XFillRectangle(dpy, want, stippled, 2, 2, w - 5, h - 5);
+            XDrawRectangle(dpy, want, plain, 2, 2, w - 5, h - 5);
+            XImage* a = XGetImage(dpy, want, 0, 0, w, h, AllPlanes, ZPixmap);
+            XImage* b = XGetImage(dpy, framed ? select : label, 0, 0, w, h, AllPlanes, ZPixmap);
+            ASSERT_TRUE(a && b) << p;
+            for (int y = 0; y < h; y++)
+                for (int x = 0; x < w; x++)
+                    ASSERT_EQ(XGetPixel(b, x, y), XGetPixel(a, x, y))
+                        << "pattern " << p << (framed ? " select" : " label") << " at " << x << "," << y;
+            XDestroyImage(a);
+            XDestroyImage(b);
+            XFreePixmap(dpy, want);
+        }
+        XFreeGC(dpy, stippled);
+        XFreePixmap(dpy, stipple);
+    }
+    XFreeGC(dpy, plain);
 }
