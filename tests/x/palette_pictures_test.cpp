@@ -6,6 +6,7 @@
 #include <X11/Xutil.h>
 #include <Xm/Xm.h>
 
+#include "tools/geometry.h"
 #include "tools/palettes.h"
 #include "tools/tool_handlers.h"
 #include "tools/tool_table.h"
@@ -96,4 +97,52 @@ TEST(PalettePictures, PatternPicturesMatchTheServerDrawnSwatch)
         XFreePixmap(dpy, stipple);
     }
     XFreeGC(dpy, plain);
+}
+
+// The line-width toggles' pictures, made as bits on the client, are pixel for pixel the server's own drawing: a
+// wide bar from x 6 to the right edge and, on the select picture, the filled triangle beside it.
+TEST(PalettePictures, WidthPicturesMatchTheServerDrawnBars)
+{
+    Drawing* d = make_drawing(16, 16);
+    ASSERT_NE(d, nullptr);
+    WidgetList children = nullptr;
+    Cardinal count = 0;
+    XtVaGetValues(d->lineWidthBox, XmNchildren, &children, XmNnumChildren, &count, nullptr);
+    ASSERT_EQ(count, 5u);
+    Display* dpy = app().display;
+    Pixel fg = 0, bg = 0;
+    XtVaGetValues(d->lineWidthBox, XmNforeground, &fg, XmNbackground, &bg, nullptr);
+    GC gc = XCreateGC(dpy, app().root, 0, nullptr);
+    for (Cardinal i = 0; i < count; i++) {
+        unsigned width = lineWidths[i];
+        WidthPicture g = width_picture(width);
+        Pixmap label = None, select = None;
+        XtVaGetValues(children[i], XmNlabelPixmap, &label, XmNselectPixmap, &select, nullptr);
+        for (bool marked : {false, true}) {
+            Pixmap want = XCreatePixmap(dpy, app().root, g.width, g.height, static_cast<unsigned>(app().screenDepth));
+            XSetForeground(dpy, gc, bg);
+            XFillRectangle(dpy, want, gc, 0, 0, g.width, g.height);
+            XSetForeground(dpy, gc, fg);
+            XSetLineAttributes(dpy, gc, width, LineSolid, CapButt, JoinMiter);
+            XDrawLine(dpy, want, gc, 6, g.mid, g.width, g.mid);
+            if (marked) {
+                XSetLineAttributes(dpy, gc, 1, LineSolid, CapButt, JoinMiter);
+                XPoint tri[3] = {{4, static_cast<short>(g.triangleY)},
+                                 {1, static_cast<short>(g.triangleY - 3)},
+                                 {1, static_cast<short>(g.triangleY + 3)}};
+                XFillPolygon(dpy, want, gc, tri, 3, Convex, CoordModeOrigin);
+            }
+            XImage* a = XGetImage(dpy, want, 0, 0, g.width, g.height, AllPlanes, ZPixmap);
+            XImage* b = XGetImage(dpy, marked ? select : label, 0, 0, g.width, g.height, AllPlanes, ZPixmap);
+            ASSERT_TRUE(a && b) << width;
+            for (int y = 0; y < g.height; y++)
+                for (int x = 0; x < g.width; x++)
+                    ASSERT_EQ(XGetPixel(b, x, y), XGetPixel(a, x, y))
+                        << "width " << width << (marked ? " select" : " label") << " at " << x << "," << y;
+            XDestroyImage(a);
+            XDestroyImage(b);
+            XFreePixmap(dpy, want);
+        }
+    }
+    XFreeGC(dpy, gc);
 }
