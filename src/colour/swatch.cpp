@@ -7,6 +7,8 @@
 #include <Xm/RowColumn.h>
 #include <Xm/Xm.h>
 
+#include <vector>
+
 #include "colour/color_list.h"
 #include "colour/editor_hooks.h"
 #include "core/app_state.h"
@@ -18,6 +20,9 @@ namespace {
 constexpr unsigned long SWATCHES_PER_COLUMN = 16;
 
 GC swatchGC = nullptr;
+
+bool batching;
+std::vector<Widget> batched;   // made or reused while batching, in order
 
 GC swatch_gc()
 {
@@ -114,22 +119,30 @@ Widget make_swatch_button(ColorList* list, ColorEntry* entry)
     // list reloaded after retire_swatches stand in list order again.
     if (Widget spare = spare_swatch(list->entryBox)) {
         XtVaSetValues(spare, XmNuserData, entry, nullptr);
+        if (batching) {
+            batched.push_back(spare);
+            return spare;
+        }
         XtManageChild(spare);
         XmProcessTraversal(spare, XmTRAVERSE_CURRENT);
         return spare;
     }
-    Widget b = XtVaCreateManagedWidget("ColorListEntry", xmDrawnButtonWidgetClass, list->entryBox,
-                                       XmNuserData, entry, XmNmultiClick, XmMULTICLICK_KEEP,
-                                       nullptr);
+    Widget b = XtVaCreateWidget("ColorListEntry", xmDrawnButtonWidgetClass, list->entryBox, XmNuserData, entry,
+                                XmNmultiClick, XmMULTICLICK_KEEP, nullptr);
     XtAddCallback(b, XmNexposeCallback, swatch_expose_cb, list);
     XtAddCallback(b, XmNactivateCallback, swatch_activate_cb, list);
+    if (batching) {
+        batched.push_back(b);
+        return b;
+    }
+    XtManageChild(b);
     XmProcessTraversal(b, XmTRAVERSE_CURRENT);
     return b;
 }
 
 void fit_entry_box(ColorList* list, unsigned long count)
 {
-    if (!list || !list->entryBox)
+    if (!list || !list->entryBox || batching)
         return;
     short columns = short((count + SWATCHES_PER_COLUMN - 1) / SWATCHES_PER_COLUMN);
     if (columns < 1)
@@ -145,4 +158,21 @@ void retire_swatches(WidgetList buttons, Cardinal count)
     for (Cardinal i = 0; i < count; i++)
         XtVaSetValues(buttons[i], XmNuserData, nullptr, nullptr);
     XtUnmanageChildren(buttons, count);
+}
+
+void begin_swatch_batch()
+{
+    batching = true;
+    batched.clear();
+}
+
+void end_swatch_batch(ColorList* list, unsigned long count)
+{
+    batching = false;
+    if (!batched.empty()) {
+        XtManageChildren(batched.data(), static_cast<Cardinal>(batched.size()));
+        XmProcessTraversal(batched.back(), XmTRAVERSE_CURRENT);
+    }
+    batched.clear();
+    fit_entry_box(list, count);
 }
