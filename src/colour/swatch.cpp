@@ -7,6 +7,7 @@
 #include <Xm/RowColumn.h>
 #include <Xm/Xm.h>
 
+#include <algorithm>
 #include <vector>
 
 #include "colour/color_list.h"
@@ -91,9 +92,15 @@ void draw_swatch(Widget button, Pixel colour, Pixel mapping)
 
 namespace {
 
-// A swatch put aside by retire_swatches: unmanaged, with no entry.
+// A swatch put aside by retire_swatches: unmanaged, with no entry. The
+// swatches of a batch are unmanaged too, but taken; once a batch finds no
+// spare it looks no more.
+bool noSpareLeft;
+
 Widget spare_swatch(Widget box)
 {
+    if (batching && noSpareLeft)
+        return nullptr;
     WidgetList children = nullptr;
     Cardinal count = 0;
     XtVaGetValues(box, XmNchildren, &children, XmNnumChildren, &count, nullptr);
@@ -101,11 +108,14 @@ Widget spare_swatch(Widget box)
         Widget w = children[i];
         if (XtIsManaged(w) || XtClass(w) != xmDrawnButtonWidgetClass)
             continue;
+        if (batching && std::find(batched.begin(), batched.end(), w) != batched.end())
+            continue;
         XtPointer data = nullptr;
         XtVaGetValues(w, XmNuserData, &data, nullptr);
         if (!data)
             return w;
     }
+    noSpareLeft = batching;
     return nullptr;
 }
 
@@ -163,6 +173,7 @@ void retire_swatches(WidgetList buttons, Cardinal count)
 void begin_swatch_batch()
 {
     batching = true;
+    noSpareLeft = false;
     batched.clear();
 }
 
