@@ -174,9 +174,15 @@ void show_alloc_error()
 bool allocate_copy(unsigned long oldPixel, unsigned long* newPixel, void* data)
 {
     auto* read = static_cast<XpmRead*>(data);
-    if (read->cellsHandedOut >= read->cellsTaken.size())
-        return false;
-    unsigned long cell = read->cellsTaken[read->cellsHandedOut++];
+    unsigned long cell = 0;
+    if (read->cellsHandedOut < read->cellsTaken.size()) {
+        cell = read->cellsTaken[read->cellsHandedOut++];
+    } else {
+        // More than foreseen: the next one, as one at a time gives it.
+        if (!XAllocColorCells(read->dpy, app().colormap, False, nullptr, 0, &cell, 1))
+            return false;
+        read->privateCells.push_back(cell);
+    }
     XColor colour{};
     auto known = read->colourOf.find(oldPixel);
     if (known != read->colourOf.end())
@@ -188,13 +194,6 @@ bool allocate_copy(unsigned long oldPixel, unsigned long* newPixel, void* data)
     return true;
 }
 
-// The dry run's allocator: counts the cells the remap will ask for.
-bool count_cell(unsigned long, unsigned long* newPixel, void* data)
-{
-    auto* count = static_cast<unsigned long*>(data);
-    *newPixel = ~0ul - (*count)++;   // a value no pixel of the picture has
-    return true;
-}
 
 // Status after libXpm failed to make the pixmap: running out of cells is a
 // colour failure (1, told to the user), anything else an unreadable file.
@@ -365,10 +364,10 @@ void fill_transparent(XpmRead& r, unsigned w, unsigned h)
 
 // Runs the remap over the picture, column by column, and then over the
 // table colours the picture never uses, with `allocate` for the cells.
-// When `write`, each opaque pixel takes its new value; a transparent one
-// keeps the transparent pixel whatever the remap says of it.
+// Each opaque pixel takes its new value; a transparent one keeps the
+// transparent pixel whatever the remap says of it.
 bool remap_picture(XpmRead& r, unsigned w, unsigned h, CellRemap& remap, CellRemap::Allocate allocate,
-                   void* data, bool write, std::vector<unsigned long>& colourPixels, std::vector<size_t>* unmatched)
+                   void* data, std::vector<unsigned long>& colourPixels, std::vector<size_t>* unmatched)
 {
     PixelRows picture(r.picture.get());
     ShapeBits shape(r.shape.get());
@@ -382,7 +381,7 @@ bool remap_picture(XpmRead& r, unsigned w, unsigned h, CellRemap& remap, CellRem
                 unsigned long p = *at, q = p;
                 if (!remap.map(p, &q, allocate, data))
                     return false;
-                if (write && q != p && shape.opaque(x, y))
+                if (q != p && shape.opaque(x, y))
                     *at = static_cast<unsigned char>(q);
             }
         }
@@ -393,7 +392,7 @@ bool remap_picture(XpmRead& r, unsigned w, unsigned h, CellRemap& remap, CellRem
                 unsigned long q = p;
                 if (!remap.map(p, &q, allocate, data))
                     return false;
-                if (write && q != p && shape.opaque(x, y))
+                if (q != p && shape.opaque(x, y))
                     picture.put(x, y, q);
             }
         }
@@ -413,8 +412,8 @@ bool remap_picture(XpmRead& r, unsigned w, unsigned h, CellRemap& remap, CellRem
 // picture never uses still gets a cell). `colourPixels` comes in as
 // libXpm's list of pixels and goes out as the private cell of each colour.
 // The cells are the ones that taking them one at a time, as the remap asks
-// for them, would give: a dry run counts them, and they are taken in one
-// request, lowest first, and filled in another.
+// for them, would give: they are counted beforehand, taken in one request,
+// handed out lowest first and filled in another request.
 // Returns false, having told the user, when the cells run out.
 bool remap_to_private_cells(XpmRead& r, unsigned w, unsigned h, std::vector<unsigned long>& colourPixels)
 {
@@ -433,13 +432,11 @@ bool remap_to_private_cells(XpmRead& r, unsigned w, unsigned h, std::vector<unsi
         r.colourOf[c.pixel] = c;
     give_back_shared_cells(dpy, &r.attrs);
 
-    unsigned long needed = 0;
-    {
-        CellRemap dry(returned);
-        std::vector<unsigned long> pixels = returned;
-        std::vector<size_t> unmatched;
-        remap_picture(r, w, h, dry, count_cell, &needed, false, pixels, &unmatched);
-    }
+    // Every colour of libXpm's list ends with a cell of its own, and the
+    // very first pixel visited takes one even when it stands for no colour.
+    unsigned long first = PixelRows(r.picture.get()).get(0, 0);
+    unsigned long needed = returned.size() +
+                           (std::find(returned.begin(), returned.end(), first) == returned.end() ? 1 : 0);
     r.cellsTaken.resize(needed);
     if (needed && !XAllocColorCells(dpy, app().colormap, False, nullptr, 0, r.cellsTaken.data(),
                                     static_cast<unsigned>(needed))) {
@@ -452,9 +449,15 @@ bool remap_to_private_cells(XpmRead& r, unsigned w, unsigned h, std::vector<unsi
 
     CellRemap remap(returned);
     std::vector<size_t> unmatched;
-    if (!remap_picture(r, w, h, remap, allocate_copy, &r, true, colourPixels, &unmatched)) {
+    if (!remap_picture(r, w, h, remap, allocate_copy, &r, colourPixels, &unmatched)) {
         show_alloc_error();
         return false;
+    }
+    // Cells taken beforehand and not handed out go back (none, unless the
+    // count above was wrong).
+    for (size_t i = r.cellsHandedOut; i < r.cellsTaken.size(); i++) {
+        XFreeColors(dpy, app().colormap, &r.cellsTaken[i], 1, 0);
+        std::erase(r.privateCells, r.cellsTaken[i]);
     }
     if (!r.colourStores.empty())
         XStoreColors(dpy, app().colormap, r.colourStores.data(), static_cast<int>(r.colourStores.size()));
