@@ -1,5 +1,5 @@
-// The five tool cursors: made once at start-up from built-in 16 x 16
-// bitmaps, and set together on a drawing's canvas areas.
+// The five tool cursors: made from built-in 16 x 16 bitmaps when first
+// needed, and set together on a drawing's canvas areas.
 #include "app/cursors.h"
 
 #include <X11/Shell.h>
@@ -86,43 +86,49 @@ void define_on_areas(Drawing* d, Cursor c)
     define_on(d->smallArea, c);
 }
 
-}  // namespace
-
-void create_cursors()
+// Made at first use: Xlib offers every bitmap cursor to the cursor theme
+// library, whose search of the theme folders for a replacement costs more
+// than the rest of making it, and most cursors are never shown in a run.
+Cursor cursor_of(int index)
 {
     App& a = app();
-    if (!a.display)
-        return;
+    if (cursors[index] || !a.display)
+        return cursors[index];
     XColor black{}, white{};
     black.pixel = a.blackPixel;
     white.pixel = a.whitePixel;
     white.red = white.green = white.blue = 65535;
     black.flags = white.flags = DoRed | DoGreen | DoBlue;
-    for (int i = 0; i < CURSOR_COUNT; i++) {
-        const CursorRow& row = cursorTable[i];
-        Pixmap source = XCreateBitmapFromData(a.display, a.root, reinterpret_cast<const char*>(row.source),
-                                              CURSOR_SIZE, CURSOR_SIZE);
-        Pixmap mask = row.mask ? XCreateBitmapFromData(a.display, a.root,
-                                                       reinterpret_cast<const char*>(row.mask), CURSOR_SIZE,
-                                                       CURSOR_SIZE)
-                               : None;
-        cursors[i] = XCreatePixmapCursor(a.display, source, mask, &black, &white, row.hotspotX, row.hotspotY);
-        XFreePixmap(a.display, source);
-        if (mask)
-            XFreePixmap(a.display, mask);
-    }
+    const CursorRow& row = cursorTable[index];
+    Pixmap source = XCreateBitmapFromData(a.display, a.root, reinterpret_cast<const char*>(row.source),
+                                          CURSOR_SIZE, CURSOR_SIZE);
+    Pixmap mask = row.mask ? XCreateBitmapFromData(a.display, a.root, reinterpret_cast<const char*>(row.mask),
+                                                   CURSOR_SIZE, CURSOR_SIZE)
+                           : None;
+    cursors[index] = XCreatePixmapCursor(a.display, source, mask, &black, &white, row.hotspotX, row.hotspotY);
+    XFreePixmap(a.display, source);
+    if (mask)
+        XFreePixmap(a.display, mask);
+    return cursors[index];
+}
+
+}  // namespace
+
+void create_cursors()
+{
+    // Each cursor is made when it is first asked for (cursor_of).
 }
 
 Cursor tool_cursor(int index)
 {
-    return (index >= 0 && index < CURSOR_COUNT) ? cursors[index] : None;
+    return (index >= 0 && index < CURSOR_COUNT) ? cursor_of(index) : None;
 }
 
 void set_cursor(Drawing* d, int index)
 {
     if (!d || index < 0 || index >= CURSOR_COUNT)
         return;
-    define_on_areas(d, cursors[index]);
+    define_on_areas(d, cursor_of(index));
 }
 
 void help_cursor_cb(Widget w, Boolean busy, Cursor cursor)

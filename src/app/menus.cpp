@@ -3,6 +3,8 @@
 // change its sensitivity or state.
 #include "app/menus.h"
 
+#include <vector>
+
 #include <Xm/CascadeB.h>
 #include <Xm/PushB.h>
 #include <Xm/RowColumn.h>
@@ -180,7 +182,8 @@ void build_items(Widget menu, const MenuEntry* entries, int count, Drawing* d);
 
 Widget build_cascade(Widget parent, const MenuEntry& e, Drawing* d)
 {
-    Widget cascade = XtVaCreateManagedWidget(e.name, xmCascadeButtonWidgetClass, parent, nullptr);
+    // Managed by the caller, with its siblings.
+    Widget cascade = XtVaCreateWidget(e.name, xmCascadeButtonWidgetClass, parent, nullptr);
     XtAddCallback(cascade, XmNcascadingCallback, cascading_cb, number_data(e.command));
     if (e.submenu) {
         Widget pulldown = XmCreatePulldownMenu(parent, const_cast<char*>(e.name), nullptr, 0);
@@ -193,27 +196,32 @@ Widget build_cascade(Widget parent, const MenuEntry& e, Drawing* d)
     return cascade;
 }
 
+// The items are made unmanaged and managed together at the end: managed
+// one by one, each would have the menu laid out again.
 void build_items(Widget menu, const MenuEntry* entries, int count, Drawing* d)
 {
+    std::vector<Widget> made;
     for (int i = 0; i < count; i++) {
         const MenuEntry& e = entries[i];
         Widget w;
         if (e.name[0] == '-') {
-            XtVaCreateManagedWidget("menuSeparator", xmSeparatorWidgetClass, menu, nullptr);
+            made.push_back(XtVaCreateWidget("menuSeparator", xmSeparatorWidgetClass, menu, nullptr));
             continue;
         }
         if (e.submenu) {
             w = build_cascade(menu, e, d);
         } else if (e.toggle) {
-            w = XtVaCreateManagedWidget(e.name, xmToggleButtonWidgetClass, menu, nullptr);
+            w = XtVaCreateWidget(e.name, xmToggleButtonWidgetClass, menu, nullptr);
             XtAddCallback(w, XmNvalueChangedCallback, value_changed_cb, number_data(e.command));
         } else {
-            w = XtVaCreateManagedWidget(e.name, xmPushButtonWidgetClass, menu, nullptr);
+            w = XtVaCreateWidget(e.name, xmPushButtonWidgetClass, menu, nullptr);
             XtAddCallback(w, XmNactivateCallback, activate_cb, number_data(e.command));
         }
+        made.push_back(w);
         if (e.command > 0 && e.command < MENU_ITEM_COUNT)
             d->menuState.items[e.command] = w;
     }
+    XtManageChildren(made.data(), static_cast<Cardinal>(made.size()));
 }
 
 }  // namespace
@@ -221,8 +229,10 @@ void build_items(Widget menu, const MenuEntry* entries, int count, Drawing* d)
 Widget build_menu_bar(Widget mainWindow, Drawing* d)
 {
     Widget bar = XmCreateMenuBar(mainWindow, const_cast<char*>("menuBar"), nullptr, 0);
+    std::vector<Widget> cascades;
     for (const MenuEntry& e : menuBarTable)
-        d->menuState.items[e.command] = build_cascade(bar, e, d);
+        cascades.push_back(d->menuState.items[e.command] = build_cascade(bar, e, d));
+    XtManageChildren(cascades.data(), static_cast<Cardinal>(cascades.size()));
     build_help_menu(bar, show_version_over);
     XtManageChild(bar);
     return bar;

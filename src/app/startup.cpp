@@ -19,6 +19,7 @@
 #include "app/usage.h"
 #include "colour/converters.h"
 #include "core/app_state.h"
+#include "core/input_method.h"
 #include "core/message.h"
 #include "core/safe_format.h"
 #include "files/read_status.h"
@@ -151,6 +152,19 @@ void create_shared_gcs()
     XFreePixmap(a.display, bits);
 }
 
+// Atoms of our own that the first drawing window asks for one at a time
+// (the session protocols and the drop protocol), asked for here in one go:
+// Xlib keeps the answers, so the later requests need no round trip each.
+// (The toolkit's own are already known by now.)
+void intern_start_atoms(Display* dpy)
+{
+    static const char* const names[] = {
+        "WM_SAVE_YOURSELF", "WM_PREPARE_TO_DIE", "WM_CLOSEDOWN", "OXA_DROP_PROTOCOL", "HOST_AND_FILE_NAME",
+    };
+    Atom atoms[XtNumber(names)];
+    XInternAtoms(dpy, const_cast<char**>(names), XtNumber(names), False, atoms);
+}
+
 void wrong_visual_ok_cb(Widget, XtPointer, XtPointer)
 {
     exit(0);
@@ -165,6 +179,7 @@ int startup(int* argc, char** argv)
     a.topLevel = XtAppInitialize(&a.context, "Pictrel", options, XtNumber(options), argc, argv, nullptr,
                                  nullptr, 0);
     a.display = XtDisplay(a.topLevel);
+    intern_start_atoms(a.display);
     add_application_defaults(a.display);
     a.screen = DefaultScreen(a.display);
     a.root = RootWindow(a.display, a.screen);
@@ -178,6 +193,7 @@ int startup(int* argc, char** argv)
     // realised unmapped so that they have a window to be transient for.
     XtSetMappedWhenManaged(a.topLevel, False);
     XtVaSetValues(a.topLevel, XmNwidth, 1, XmNheight, 1, nullptr);
+    defer_input_method(a.topLevel);
     XtRealizeWidget(a.topLevel);
 
     if (a.visual->c_class != PseudoColor) {

@@ -281,11 +281,13 @@ int load_color_list(Widget dialog, const DrawingXpmInfo* table)
 
     // The dialog background always comes first and stands for transparent;
     // a file's own "None" colour is then just one of the colours below.
+    begin_swatch_batch();
     add_color(list, p, p, 0);
     for (unsigned i = 0; i < table->colourCount; i++) {
         const XpmColor* c = table->colours ? table->colours[i] : nullptr;
         add_color(list, table->pixels[i], bw_mapping(c ? c->m_color : nullptr, p), 0);
     }
+    end_swatch_batch(list, colour_count(list));
     ColorEntry* first = list->anchor->next;
     if (!first)
         return 1;

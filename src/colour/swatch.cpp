@@ -7,6 +7,9 @@
 #include <Xm/RowColumn.h>
 #include <Xm/Xm.h>
 
+#include <algorithm>
+#include <vector>
+
 #include "colour/color_list.h"
 #include "colour/editor_hooks.h"
 #include "core/app_state.h"
@@ -18,6 +21,9 @@ namespace {
 constexpr unsigned long SWATCHES_PER_COLUMN = 16;
 
 GC swatchGC = nullptr;
+
+bool batching;
+std::vector<Widget> batched;   // made or reused while batching, in order
 
 GC swatch_gc()
 {
@@ -86,9 +92,15 @@ void draw_swatch(Widget button, Pixel colour, Pixel mapping)
 
 namespace {
 
-// A swatch put aside by retire_swatches: unmanaged, with no entry.
+// A swatch put aside by retire_swatches: unmanaged, with no entry. The
+// swatches of a batch are unmanaged too, but taken; once a batch finds no
+// spare it looks no more.
+bool noSpareLeft;
+
 Widget spare_swatch(Widget box)
 {
+    if (batching && noSpareLeft)
+        return nullptr;
     WidgetList children = nullptr;
     Cardinal count = 0;
     XtVaGetValues(box, XmNchildren, &children, XmNnumChildren, &count, nullptr);
@@ -96,11 +108,14 @@ Widget spare_swatch(Widget box)
         Widget w = children[i];
         if (XtIsManaged(w) || XtClass(w) != xmDrawnButtonWidgetClass)
             continue;
+        if (batching && std::find(batched.begin(), batched.end(), w) != batched.end())
+            continue;
         XtPointer data = nullptr;
         XtVaGetValues(w, XmNuserData, &data, nullptr);
         if (!data)
             return w;
     }
+    noSpareLeft = batching;
     return nullptr;
 }
 
@@ -114,22 +129,30 @@ Widget make_swatch_button(ColorList* list, ColorEntry* entry)
     // list reloaded after retire_swatches stand in list order again.
     if (Widget spare = spare_swatch(list->entryBox)) {
         XtVaSetValues(spare, XmNuserData, entry, nullptr);
+        if (batching) {
+            batched.push_back(spare);
+            return spare;
+        }
         XtManageChild(spare);
         XmProcessTraversal(spare, XmTRAVERSE_CURRENT);
         return spare;
     }
-    Widget b = XtVaCreateManagedWidget("ColorListEntry", xmDrawnButtonWidgetClass, list->entryBox,
-                                       XmNuserData, entry, XmNmultiClick, XmMULTICLICK_KEEP,
-                                       nullptr);
+    Widget b = XtVaCreateWidget("ColorListEntry", xmDrawnButtonWidgetClass, list->entryBox, XmNuserData, entry,
+                                XmNmultiClick, XmMULTICLICK_KEEP, nullptr);
     XtAddCallback(b, XmNexposeCallback, swatch_expose_cb, list);
     XtAddCallback(b, XmNactivateCallback, swatch_activate_cb, list);
+    if (batching) {
+        batched.push_back(b);
+        return b;
+    }
+    XtManageChild(b);
     XmProcessTraversal(b, XmTRAVERSE_CURRENT);
     return b;
 }
 
 void fit_entry_box(ColorList* list, unsigned long count)
 {
-    if (!list || !list->entryBox)
+    if (!list || !list->entryBox || batching)
         return;
     short columns = short((count + SWATCHES_PER_COLUMN - 1) / SWATCHES_PER_COLUMN);
     if (columns < 1)
@@ -145,4 +168,22 @@ void retire_swatches(WidgetList buttons, Cardinal count)
     for (Cardinal i = 0; i < count; i++)
         XtVaSetValues(buttons[i], XmNuserData, nullptr, nullptr);
     XtUnmanageChildren(buttons, count);
+}
+
+void begin_swatch_batch()
+{
+    batching = true;
+    noSpareLeft = false;
+    batched.clear();
+}
+
+void end_swatch_batch(ColorList* list, unsigned long count)
+{
+    batching = false;
+    if (!batched.empty()) {
+        XtManageChildren(batched.data(), static_cast<Cardinal>(batched.size()));
+        XmProcessTraversal(batched.back(), XmTRAVERSE_CURRENT);
+    }
+    batched.clear();
+    fit_entry_box(list, count);
 }

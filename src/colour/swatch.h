@@ -27,3 +27,10 @@ void retire_swatches(WidgetList buttons, Cardinal count);
 
 // Re-packs the entry box into enough columns for `count` swatches.
 void fit_entry_box(ColorList* list, unsigned long count);
+
+// Between these two, swatches are made unmanaged and the box is not
+// re-packed; the end manages them all at once, packs the box for `count`
+// and gives the last the focus: the box ends as one swatch at a time would
+// leave it, without laying its children out again for every swatch.
+void begin_swatch_batch();
+void end_swatch_batch(ColorList* list, unsigned long count);

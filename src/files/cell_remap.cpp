@@ -9,12 +9,8 @@ CellRemap::CellRemap(const std::vector<unsigned long>& returned)
         demand_[p]++;
 }
 
-bool CellRemap::map(unsigned long p, unsigned long* out, Allocate allocate, void* data)
+bool CellRemap::map_unsettled(unsigned long p, unsigned long* out, Allocate allocate, void* data)
 {
-    if (p < DIRECT && settled_[p]) {
-        *out = settledCell_[p];
-        return true;
-    }
     // The very first pixel always gets a cell, whatever its demand; only
     // answers given under the real demand are final.
     bool first = pairs_.empty();

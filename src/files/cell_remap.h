@@ -30,7 +30,14 @@ public:
     // last one made. A pixel libXpm did not give out (the transparent fill)
     // keeps its value, except that the very first pixel visited always gets
     // a cell. Returns false when allocation fails.
-    bool map(unsigned long p, unsigned long* out, Allocate allocate, void* data);
+    bool map(unsigned long p, unsigned long* out, Allocate allocate, void* data)
+    {
+        if (p < DIRECT && settled_[p]) {
+            *out = settledCell_[p];
+            return true;
+        }
+        return map_unsettled(p, out, allocate, data);
+    }
 
     // Gives each table colour (pixels[c]) the first pair of its old pixel not
     // yet taken; returns the indices of colours that found none (a colour the
@@ -43,6 +50,8 @@ public:
     std::vector<unsigned long> stray_cells() const;
 
 private:
+    bool map_unsettled(unsigned long p, unsigned long* out, Allocate allocate, void* data);
+
     // Answers that can no longer change, by pixel value: on the 8-bit
     // displays the program runs on every pixel fits, and a full-size image
     // then costs an array lookup a pixel instead of two hash lookups.

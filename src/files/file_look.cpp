@@ -3,6 +3,7 @@
 #include "files/file_look.h"
 
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -11,6 +12,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <string>
 
 #include "files/gzip.h"
 
@@ -26,6 +28,12 @@ PathKind path_kind(const std::string& path)
     if (stat(path.c_str(), &st) != 0)
         return PathKind::Missing;
     return S_ISREG(st.st_mode) ? PathKind::Regular : PathKind::Other;
+}
+
+bool is_gzip_name(const char* name)
+{
+    size_t n = std::strlen(name);
+    return n > 3 && !std::strcmp(name + n - 3, ".gz");
 }
 
 bool is_compressed_name(const char* name)
@@ -50,12 +58,27 @@ std::string xpm_source(const char* fileName)
     return {};
 }
 
+bool write_all(int fd, const char* data, size_t length)
+{
+    while (length > 0) {
+        ssize_t n = write(fd, data, length);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0)
+            return false;
+        data += n;
+        length -= static_cast<size_t>(n);
+    }
+    return true;
+}
+
 // The first bytes and the length of a compressed file's stream as gzip
 // gives it, reading no further than `limit` bytes: a few kilobytes of a
 // compressed file can otherwise unfold into gigabytes in libXpm's hands.
 // Past the limit the size counts no further: it only tells that the
-// stream goes on.
-FileLook decompressed_look(const std::string& path, unsigned long long limit)
+// stream goes on. With `keep` a descriptor, the stream is written to it
+// as well (`kept` says whether all of it was).
+FileLook decompressed_look(const std::string& path, unsigned long long limit, int keep)
 {
     FileLook look;
     int pipeFds[2];
@@ -76,6 +99,8 @@ FileLook decompressed_look(const std::string& path, unsigned long long limit)
             look.size += static_cast<unsigned long long>(n);
             if (look.size > limit)
                 break;
+            if (keep >= 0 && !write_all(keep, buffer, static_cast<size_t>(n)))
+                keep = -1, look.kept = false;
         }
         look.seen = true;
     }
@@ -121,8 +146,16 @@ FileLook look_at(const std::string& path)
     return look;
 }
 
-XpmFileVerdict xpm_file_verdict(const char* fileName, const FileLook& plain, unsigned long colormapEntries)
+std::string descriptor_path(int fd)
 {
+    return "/proc/self/fd/" + std::to_string(fd);
+}
+
+XpmFileVerdict xpm_file_verdict(const char* fileName, const FileLook& plain, unsigned long colormapEntries,
+                                int* stream)
+{
+    if (stream)
+        *stream = -1;
     std::string source = xpm_source(fileName);
     if (source.empty() || path_kind(source) != PathKind::Regular)
         return XpmFileVerdict::Refuse;   // libXpm cannot open it
@@ -135,8 +168,18 @@ XpmFileVerdict xpm_file_verdict(const char* fileName, const FileLook& plain, uns
     FileLook raw = look_at(source);
     if (!raw.seen || raw.size > limit)
         return XpmFileVerdict::Refuse;
-    FileLook stream = decompressed_look(source, limit);
-    if (!stream.seen)
-        return XpmFileVerdict::Refuse;
-    return check_xpm_file(stream.head, stream.size, colormapEntries);
+    // libXpm runs gunzip over a ".gz" file, the same decompressor: its
+    // output, kept here, is what libXpm would read. (A ".Z" file it gives
+    // to uncompress, which may be missing, so that one is left to it.)
+    int keep = -1;
+    if (stream && is_gzip_name(source.c_str()) && access("/proc/self/fd", X_OK) == 0)
+        keep = memfd_create("pictrel-xpm", MFD_CLOEXEC);
+    FileLook look = decompressed_look(source, limit, keep);
+    XpmFileVerdict verdict = look.seen ? check_xpm_file(look.head, look.size, colormapEntries)
+                                       : XpmFileVerdict::Refuse;
+    if (keep >= 0 && (verdict != XpmFileVerdict::Read || !look.kept))
+        close(keep), keep = -1;
+    if (stream)
+        *stream = keep;
+    return verdict;
 }

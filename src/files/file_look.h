@@ -17,6 +17,7 @@ bool openable(const char* fileName);
 // anything but a readable regular file.
 struct FileLook {
     bool seen = false;
+    bool kept = true;   // a decompressed stream written out whole (see below)
     unsigned long long size = 0;
     std::string head;
 };
@@ -24,5 +25,12 @@ FileLook look_at(const std::string& path);
 
 // Judges, as an XPM on a display whose colormap has `colormapEntries`
 // cells, the file libXpm would read for `fileName`, before it reads any of
-// it. `plain` is what was seen of `fileName` itself.
-XpmFileVerdict xpm_file_verdict(const char* fileName, const FileLook& plain, unsigned long colormapEntries);
+// it. `plain` is what was seen of `fileName` itself. A gzip file judged
+// readable has been decompressed whole to judge it: when `stream` is given
+// it receives a descriptor of that stream (the caller closes it), to be
+// read in place of the file, and -1 otherwise.
+XpmFileVerdict xpm_file_verdict(const char* fileName, const FileLook& plain, unsigned long colormapEntries,
+                                int* stream = nullptr);
+
+// The name under which libXpm reads a descriptor's file as plain text.
+std::string descriptor_path(int fd);

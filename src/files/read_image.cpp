@@ -13,6 +13,7 @@
 #include <cstdio>
 #include <cstring>
 #include <strings.h>
+#include <unistd.h>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -26,10 +27,12 @@
 #include "files/image_header.h"
 #include "files/image_io.h"
 #include "files/mono_names.h"
+#include "files/xpm_colours.h"
 
 namespace {
 
 constexpr int NOT_XBM = 2;   // internal: go on with the XPM reader
+constexpr unsigned UPLOAD_BAND_BYTES = 32768;
 
 // --- XBM ----------------------------------------------------------------
 
@@ -91,14 +94,21 @@ struct XpmRead {
     bool haveImage = false;
     XpmAttributes attrs{};
     bool haveAttrs = false;
-    Pixmap xpmPixmap = None;
-    Pixmap mask = None;
+    // libXpm's picture in its shared cells and its shape (none when the
+    // file has no transparent colour), both client-side: the picture goes
+    // to the server once, in its private cells.
+    ImagePtr picture, shape;
     Pixmap result = None;
     GC gc = nullptr;
-    ImagePtr source, destination;
     std::vector<unsigned long> privateCells;   // given back on failure
-    // The colours of libXpm's cells, kept once those cells are given back.
+    // The colours of libXpm's cells, kept once those cells are given back,
+    // and the transparent cell's.
     std::unordered_map<unsigned long, XColor> colourOf;
+    // The private cells, taken in one request before the remap hands them
+    // out in order, and the colours they are given, stored in one request.
+    std::vector<unsigned long> cellsTaken;
+    size_t cellsHandedOut = 0;
+    std::vector<XColor> colourStores;
     unsigned cellsNeeded = 0;   // a private cell per opaque colour, and the transparent one
     bool keepCells = false;
     bool haveNewBackground = false;
@@ -113,10 +123,6 @@ struct XpmRead {
         free_xpm_extensions(extensions, extensionCount);
         if (gc)
             XFreeGC(dpy, gc);
-        if (xpmPixmap)
-            XFreePixmap(dpy, xpmPixmap);
-        if (mask)
-            XFreePixmap(dpy, mask);
         // libXpm's shared cells served only to build the first pixmap; the
         // drawing uses private cells from here on.
         if (haveAttrs)
@@ -167,53 +173,32 @@ void show_alloc_error()
                  0, nullptr, nullptr);
 }
 
+// The remap's allocator: the next of the cells taken beforehand, which
+// will hold the colour of `oldPixel` (a shared cell, or the transparent
+// cell for the very first pixel).
 bool allocate_copy(unsigned long oldPixel, unsigned long* newPixel, void* data)
 {
     auto* read = static_cast<XpmRead*>(data);
     unsigned long cell = 0;
-    if (!XAllocColorCells(read->dpy, app().colormap, False, nullptr, 0, &cell, 1))
-        return false;
+    if (read->cellsHandedOut < read->cellsTaken.size()) {
+        cell = read->cellsTaken[read->cellsHandedOut++];
+    } else {
+        // More than foreseen: the next one, as one at a time gives it.
+        if (!XAllocColorCells(read->dpy, app().colormap, False, nullptr, 0, &cell, 1))
+            return false;
+        read->privateCells.push_back(cell);
+    }
     XColor colour{};
     auto known = read->colourOf.find(oldPixel);
-    if (known != read->colourOf.end()) {
+    if (known != read->colourOf.end())
         colour = known->second;
-    } else {
-        colour.pixel = oldPixel;   // the transparent cell, still ours
-        XQueryColor(read->dpy, app().colormap, &colour);
-    }
     colour.pixel = cell;
     colour.flags = DoRed | DoGreen | DoBlue;
-    XStoreColor(read->dpy, app().colormap, &colour);
-    read->privateCells.push_back(cell);
+    read->colourStores.push_back(colour);
     *newPixel = cell;
     return true;
 }
 
-// The hotspot, from a first read of the file as an image; nothing else of
-// that read is used. Its images and colours are given back at once.
-// Returns whether that read succeeded.
-bool read_hotspot(Display* dpy, const char* fileName, int* hotspotX, int* hotspotY)
-{
-    App& a = app();
-    XpmAttributes attrs{};
-    attrs.valuemask = XpmVisual | XpmColormap | XpmDepth | XpmInfos | XpmReturnPixels |
-                      XpmColorTable | XpmReturnAllocPixels;
-    attrs.visual = a.visual;
-    attrs.colormap = a.colormap;
-    attrs.depth = static_cast<unsigned>(a.screenDepth);
-    XImage* image = nullptr;
-    XImage* shape = nullptr;
-    int status = XpmReadFileToImage(dpy, const_cast<char*>(fileName), &image, &shape, &attrs);
-    ImagePtr ownImage(image), ownShape(shape);
-    if (attrs.valuemask & XpmHotspot) {
-        *hotspotX = static_cast<int>(attrs.x_hotspot);
-        *hotspotY = static_cast<int>(attrs.y_hotspot);
-    } else {
-        *hotspotX = *hotspotY = -1;
-    }
-    release_attributes(dpy, &attrs);
-    return status == XpmSuccess;
-}
 
 // Status after libXpm failed to make the pixmap: running out of cells is a
 // colour failure (1, told to the user), anything else an unreadable file.
@@ -237,14 +222,23 @@ XpmColor* make_record(const char* colour, const char* mono)
 
 // The parse and what it decides before any server resource is taken: the
 // file is refused, reported as having too many colours (1, told to the
-// user), or read; its hotspot comes from a first read as an image. Returns
-// 0 when the reading goes on.
+// user), or read, with the hotspot of its values line. Returns 0 when the
+// reading goes on.
 int parse_xpm(const char* fileName, const FileLook& plain, XpmRead& r, int* hotspotX, int* hotspotY,
               ColourFit* fit)
 {
     App& a = app();
     unsigned long colormapEntries = static_cast<unsigned long>(std::max(a.visual->map_entries, 1));
-    switch (xpm_file_verdict(fileName, plain, colormapEntries)) {
+    int stream = -1;
+    XpmFileVerdict verdict = xpm_file_verdict(fileName, plain, colormapEntries, &stream);
+    // A compressed file was decompressed whole to judge it; its stream is
+    // read from there rather than through gzip a second time.
+    std::string source = stream >= 0 ? descriptor_path(stream) : std::string(fileName);
+    struct Closer {
+        int fd;
+        ~Closer() { if (fd >= 0) close(fd); }
+    } closer{stream};
+    switch (verdict) {
     case XpmFileVerdict::Refuse:
         return -1;
     case XpmFileVerdict::TooManyColours:
@@ -263,7 +257,7 @@ int parse_xpm(const char* fileName, const FileLook& plain, XpmRead& r, int* hots
     // finds decides whether the file may go any further.
     XpmInfo parsed{};
     parsed.valuemask = XpmReturnInfos | XpmReturnExtensions;
-    if (XpmReadFileToXpmImage(const_cast<char*>(fileName), &r.image, &parsed) != XpmSuccess)
+    if (XpmReadFileToXpmImage(source.data(), &r.image, &parsed) != XpmSuccess)
         return -1;
     r.haveImage = true;
     bool parsedHotspot = (parsed.valuemask & XpmHotspot) != 0;
@@ -301,13 +295,11 @@ int parse_xpm(const char* fileName, const FileLook& plain, XpmRead& r, int* hots
         return 1;
     }
 
-    // The first read fails on a file that spells its transparent colour
-    // "#Transparent" (libXpm knows no such colour); the parse above has
-    // read the same values line, so its hotspot stands in.
-    if (!read_hotspot(r.dpy, fileName, hotspotX, hotspotY) && parsedHotspot) {
-        *hotspotX = parsedX;
-        *hotspotY = parsedY;
-    }
+    // The hotspot is the values line's, as this parse read it: a second
+    // read of the file as an image would find the same line, and only
+    // fail where this one already stood in for it.
+    *hotspotX = parsedHotspot ? parsedX : -1;
+    *hotspotY = parsedHotspot ? parsedY : -1;
     return 0;
 }
 
@@ -326,6 +318,7 @@ bool take_transparent_cell(XpmRead& r)
     bg.pixel = cell;
     bg.flags = DoRed | DoGreen | DoBlue;
     XStoreColor(dpy, app().colormap, &bg);
+    r.colourOf[cell] = bg;
     r.haveNewBackground = true;
     r.oldBackground = res().background;
     r.newBackground = cell;
@@ -333,27 +326,114 @@ bool take_transparent_cell(XpmRead& r)
     return true;
 }
 
+// Pixel access to the client-side pictures: 8-bit pictures and 1-bit
+// shapes are read in place, anything else through Xlib.
+struct PixelRows {
+    XImage* image;
+    bool bytes;   // one byte a pixel
+    explicit PixelRows(XImage* im)
+        : image(im), bytes(im && im->format == ZPixmap && im->bits_per_pixel == 8) {}
+    unsigned long get(unsigned x, unsigned y) const
+    {
+        if (bytes)
+            return reinterpret_cast<unsigned char*>(image->data)[y * static_cast<unsigned>(image->bytes_per_line) + x];
+        return XGetPixel(image, static_cast<int>(x), static_cast<int>(y));
+    }
+    void put(unsigned x, unsigned y, unsigned long p)
+    {
+        if (bytes)
+            reinterpret_cast<unsigned char*>(image->data)[y * static_cast<unsigned>(image->bytes_per_line) + x] =
+                static_cast<unsigned char>(p);
+        else
+            XPutPixel(image, static_cast<int>(x), static_cast<int>(y), p);
+    }
+};
+
+struct ShapeBits {
+    XImage* image;
+    bool packed;   // a plain bitmap: one bit a pixel, rows of whole bytes
+    explicit ShapeBits(XImage* im)
+        : image(im), packed(im && im->depth == 1 && im->bits_per_pixel == 1 && im->xoffset == 0) {}
+    // Whether (x, y) is opaque; with no shape every pixel is.
+    bool opaque(unsigned x, unsigned y) const
+    {
+        if (!image)
+            return true;
+        if (!packed)
+            return XGetPixel(image, static_cast<int>(x), static_cast<int>(y)) != 0;
+        unsigned char byte =
+            reinterpret_cast<unsigned char*>(image->data)[y * static_cast<unsigned>(image->bytes_per_line) + x / 8];
+        unsigned bit = image->bitmap_bit_order == LSBFirst ? x % 8 : 7 - x % 8;
+        return (byte >> bit) & 1;
+    }
+};
+
 // The picture in libXpm's shared cells, with the transparent pixel where
-// the file has its transparent colour, as r.result and as the two client
-// images the remap reads from and writes to.
-bool make_result(XpmRead& r, unsigned w, unsigned h, unsigned depth)
+// the file has its transparent colour, on the client side.
+void fill_transparent(XpmRead& r, unsigned w, unsigned h)
 {
-    Display* dpy = r.dpy;
-    r.result = XCreatePixmap(dpy, app().root, w, h, depth);
-    r.gc = XCreateGC(dpy, r.result, 0, nullptr);
-    XSetForeground(dpy, r.gc, r.newBackground);
-    XFillRectangle(dpy, r.result, r.gc, 0, 0, w, h);
-    XSetClipMask(dpy, r.gc, r.mask);
-    XCopyArea(dpy, r.xpmPixmap, r.result, r.gc, 0, 0, w, h, 0, 0);
-    r.source.reset(XGetImage(dpy, r.result, 0, 0, w, h, AllPlanes, ZPixmap));
-    r.destination.reset(XGetImage(dpy, r.result, 0, 0, w, h, AllPlanes, ZPixmap));
-    return r.source && r.destination;
+    if (!r.shape)
+        return;
+    PixelRows picture(r.picture.get());
+    ShapeBits shape(r.shape.get());
+    for (unsigned y = 0; y < h; y++)
+        for (unsigned x = 0; x < w; x++)
+            if (!shape.opaque(x, y))
+                picture.put(x, y, r.newBackground);
+}
+
+// Runs the remap over the picture, column by column, and then over the
+// table colours the picture never uses, with `allocate` for the cells.
+// Each opaque pixel takes its new value; a transparent one keeps the
+// transparent pixel whatever the remap says of it.
+bool remap_picture(XpmRead& r, unsigned w, unsigned h, CellRemap& remap, CellRemap::Allocate allocate,
+                   void* data, std::vector<unsigned long>& colourPixels, std::vector<size_t>* unmatched)
+{
+    PixelRows picture(r.picture.get());
+    ShapeBits shape(r.shape.get());
+    if (picture.bytes) {
+        // The common case, a byte a pixel, walked down each column in place.
+        auto* column = reinterpret_cast<unsigned char*>(r.picture->data);
+        size_t stride = static_cast<size_t>(r.picture->bytes_per_line);
+        for (unsigned x = 0; x < w; x++, column++) {
+            unsigned char* at = column;
+            for (unsigned y = 0; y < h; y++, at += stride) {
+                unsigned long p = *at, q = p;
+                if (!remap.map(p, &q, allocate, data))
+                    return false;
+                if (q != p && shape.opaque(x, y))
+                    *at = static_cast<unsigned char>(q);
+            }
+        }
+    } else {
+        for (unsigned x = 0; x < w; x++) {
+            for (unsigned y = 0; y < h; y++) {
+                unsigned long p = picture.get(x, y);
+                unsigned long q = p;
+                if (!remap.map(p, &q, allocate, data))
+                    return false;
+                if (q != p && shape.opaque(x, y))
+                    picture.put(x, y, q);
+            }
+        }
+    }
+    *unmatched = remap.rewrite_pixels(colourPixels);
+    for (size_t c : *unmatched) {
+        unsigned long cell = 0;
+        if (!allocate(colourPixels[c], &cell, data))
+            return false;
+        colourPixels[c] = cell;
+    }
+    return true;
 }
 
 // Moves every colour from libXpm's shared cells to private cells of its
 // own: the pixels of the picture, then the colours of the table (one the
 // picture never uses still gets a cell). `colourPixels` comes in as
 // libXpm's list of pixels and goes out as the private cell of each colour.
+// The cells are the ones that taking them one at a time, as the remap asks
+// for them, would give: they are counted beforehand, taken in one request,
+// handed out lowest first and filled in another request.
 // Returns false, having told the user, when the cells run out.
 bool remap_to_private_cells(XpmRead& r, unsigned w, unsigned h, std::vector<unsigned long>& colourPixels)
 {
@@ -372,33 +452,44 @@ bool remap_to_private_cells(XpmRead& r, unsigned w, unsigned h, std::vector<unsi
         r.colourOf[c.pixel] = c;
     give_back_shared_cells(dpy, &r.attrs);
 
-    CellRemap remap(returned);
-    for (unsigned x = 0; x < w; x++) {
-        for (unsigned y = 0; y < h; y++) {
-            unsigned long p = XGetPixel(r.source.get(), static_cast<int>(x), static_cast<int>(y));
-            unsigned long q = p;
-            if (!remap.map(p, &q, allocate_copy, &r)) {
-                show_alloc_error();
-                return false;
-            }
-            if (q != p)
-                XPutPixel(r.destination.get(), static_cast<int>(x), static_cast<int>(y), q);
-        }
+    // Every colour of libXpm's list ends with a cell of its own, and the
+    // very first pixel visited takes one even when it stands for no colour.
+    unsigned long first = PixelRows(r.picture.get()).get(0, 0);
+    unsigned long needed = returned.size() +
+                           (std::find(returned.begin(), returned.end(), first) == returned.end() ? 1 : 0);
+    r.cellsTaken.resize(needed);
+    if (needed && !XAllocColorCells(dpy, app().colormap, False, nullptr, 0, r.cellsTaken.data(),
+                                    static_cast<unsigned>(needed))) {
+        r.cellsTaken.clear();
+        show_alloc_error();
+        return false;
     }
-    XPutImage(dpy, r.result, r.gc, r.destination.get(), 0, 0, 0, 0, w, h);
+    std::sort(r.cellsTaken.begin(), r.cellsTaken.end());
+    r.privateCells = r.cellsTaken;
 
-    // Each table colour takes its private cell; a colour the image never
-    // uses still gets one, so no colour of the drawing keeps a shared cell.
-    for (size_t c : remap.rewrite_pixels(colourPixels)) {
-        unsigned long cell = 0;
-        if (!allocate_copy(colourPixels[c], &cell, &r)) {
-            show_alloc_error();
-            return false;
-        }
-        colourPixels[c] = cell;
+    CellRemap remap(returned);
+    std::vector<size_t> unmatched;
+    if (!remap_picture(r, w, h, remap, allocate_copy, &r, colourPixels, &unmatched)) {
+        show_alloc_error();
+        return false;
     }
+    // Cells taken beforehand and not handed out go back (none, unless the
+    // count above was wrong).
+    for (size_t i = r.cellsHandedOut; i < r.cellsTaken.size(); i++) {
+        XFreeColors(dpy, app().colormap, &r.cellsTaken[i], 1, 0);
+        std::erase(r.privateCells, r.cellsTaken[i]);
+    }
+    if (!r.colourStores.empty())
+        XStoreColors(dpy, app().colormap, r.colourStores.data(), static_cast<int>(r.colourStores.size()));
+    // In bands: libXpm pads rows to bytes, the server to words, and Xlib
+    // keeps the buffer it repacks a request in for the rest of the program.
+    unsigned band = std::max(1u, UPLOAD_BAND_BYTES / std::max(1u, static_cast<unsigned>(r.picture->bytes_per_line)));
+    for (unsigned y = 0; y < h; y += band)
+        XPutImage(dpy, r.result, r.gc, r.picture.get(), 0, static_cast<int>(y), 0, static_cast<int>(y), w,
+                  std::min(band, h - y));
+
     // A cell made for a pixel that stands for no colour (the transparent
-    // fill under the mask) is never seen: give it back.
+    // fill) is never seen: give it back.
     for (unsigned long stray : remap.stray_cells()) {
         XFreeColors(dpy, app().colormap, &stray, 1, 0);
         std::erase(r.privateCells, stray);
@@ -446,7 +537,17 @@ int read_xpm(const char* fileName, const FileLook& plain, int* width, int* heigh
     r.attrs.visual = a.visual;
     r.attrs.colormap = a.colormap;
     r.attrs.depth = static_cast<unsigned>(a.screenDepth);
-    int status = XpmCreatePixmapFromXpmImage(r.dpy, a.root, &img, &r.xpmPixmap, &r.mask, &r.attrs);
+    // The same colours, cells and status as making the pixmap, which is
+    // this plus an upload of the picture: it is uploaded once, remapped.
+    XImage* picture = nullptr;
+    XImage* shape = nullptr;
+    PrefetchedColours prefetched;
+    if (prefetch_xpm_colours(r.dpy, a.colormap, img, &prefetched))
+        use_prefetched_colours(&r.attrs, &prefetched);
+    int status = XpmCreateImageFromXpmImage(r.dpy, &img, &picture, &shape, &r.attrs);
+    release_unused_colours(&prefetched);
+    r.picture.reset(picture);
+    r.shape.reset(shape);
     r.haveAttrs = true;
     if (status != XpmSuccess)
         return colour_failure_status(r.dpy, status, r.cellsNeeded);
@@ -464,8 +565,11 @@ int read_xpm(const char* fileName, const FileLook& plain, int* width, int* heigh
 
     if (!take_transparent_cell(r))
         return 1;
-    if (!make_result(r, w, h, d))
+    if (!r.picture)
         return -1;
+    fill_transparent(r, w, h);
+    r.result = XCreatePixmap(r.dpy, a.root, w, h, d);
+    r.gc = XCreateGC(r.dpy, r.result, 0, nullptr);
     std::vector<unsigned long> colourPixels(r.attrs.pixels, r.attrs.pixels + r.attrs.npixels);
     size_t pixelCount = colourPixels.size();
     if (!remap_to_private_cells(r, w, h, colourPixels))

@@ -1,15 +1,18 @@
-// The line-width palette: five widths shown as pictures drawn here, a plain
+// The line-width palette: five widths shown as pictures made here, a plain
 // bar and, for the chosen width, the bar with a small triangle beside it.
 #include <Xm/RowColumn.h>
 #include <Xm/ToggleB.h>
 #include <Xm/Xm.h>
 
+#include <algorithm>
 #include <cstdint>
+#include <cstdio>
+#include <string>
+#include <vector>
 
 #include "canvas/input.h"
 #include "core/app_state.h"
 #include "core/drawing.h"
-#include "core/x_owned.h"
 #include "tools/geometry.h"
 #include "tools/palettes.h"
 
@@ -25,36 +28,68 @@ void line_width_cb(Widget w, XtPointer clientData, XtPointer callData) noexcept
         d->lineWidth = static_cast<unsigned>(reinterpret_cast<uintptr_t>(clientData));
 }
 
-Widget make_width_toggle(Widget box, unsigned width)
+// The picture of a width as bits (1 the bar's colour, 0 the background),
+// rows of whole bytes, least significant bit leftmost: exactly what a wide
+// horizontal line from (6, mid) to the right edge and, when marked, a
+// filled triangle beside it give on the server. A pixel is inside a shape
+// when its centre is, a centre on a top or left edge counting as inside
+// and one on a bottom or right edge not.
+std::vector<unsigned char> width_picture_bits(unsigned width, bool marked)
+{
+    WidthPicture g = width_picture(width);
+    int rowBytes = (g.width + 7) / 8;
+    std::vector<unsigned char> bits(static_cast<size_t>(rowBytes * g.height));
+    int w = static_cast<int>(std::min(width, 64u));
+    for (int y = 0; y < g.height; y++)
+        for (int x = 0; x < g.width; x++) {
+            bool bar = x >= 6 && 2 * y >= 2 * g.mid - w && 2 * y < 2 * g.mid + w;
+            int fromTip = y - g.triangleY;
+            bool triangle = marked && y >= g.triangleY - 3 && y < g.triangleY + 3 && x >= 1 &&
+                            x < 4 - (fromTip < 0 ? -fromTip : fromTip);
+            if (bar || triangle)
+                bits[static_cast<size_t>(y * rowBytes + x / 8)] |= static_cast<unsigned char>(1 << (x % 8));
+        }
+    return bits;
+}
+
+// The picture from Motif's pixmap cache, which knows its size (a toggle
+// given a pixmap of its own would ask the server) and shares it between
+// the drawings of one palette colouring.
+Pixmap width_pixmap(unsigned width, bool marked, Pixel fg, Pixel bg)
 {
     Display* dpy = app().display;
+    char name[48];
+    std::snprintf(name, sizeof name, "pictrel line width %u%s", width, marked ? " marked" : "");
+    static std::vector<std::string> installed;
+    if (std::find(installed.begin(), installed.end(), name) == installed.end()) {
+        WidthPicture g = width_picture(width);
+        auto* data = new std::vector<unsigned char>(width_picture_bits(width, marked));   // kept by the cache
+        XImage* image = XCreateImage(dpy, app().visual, 1, XYBitmap, 0, reinterpret_cast<char*>(data->data()),
+                                     static_cast<unsigned>(g.width), static_cast<unsigned>(g.height), 8,
+                                     (g.width + 7) / 8);
+        if (!image) {
+            delete data;
+            return None;
+        }
+        image->bitmap_bit_order = LSBFirst;
+        image->byte_order = LSBFirst;
+        if (!XmInstallImage(image, name)) {
+            image->data = nullptr;
+            XDestroyImage(image);
+            delete data;
+            return None;
+        }
+        installed.push_back(name);
+    }
+    Pixmap p = XmGetPixmapByDepth(ScreenOfDisplay(dpy, app().screen), name, fg, bg, DefaultDepth(dpy, app().screen));
+    return p == XmUNSPECIFIED_PIXMAP ? None : p;
+}
+
+Widget make_width_toggle(Widget box, unsigned width)
+{
     Pixel fg = app().blackPixel, bg = app().whitePixel;
     XtVaGetValues(box, XmNforeground, &fg, XmNbackground, &bg, nullptr);
-    XGCValues v;
-    v.foreground = v.background = fg;
-    ScratchGC fgScratch(dpy, XCreateGC(dpy, app().root, GCForeground | GCBackground, &v));
-    v.foreground = v.background = bg;
-    ScratchGC bgScratch(dpy, XCreateGC(dpy, app().root, GCForeground | GCBackground, &v));
-    GC fgGC = fgScratch.get(), bgGC = bgScratch.get();
-
-    WidthPicture g = width_picture(width);
-    unsigned depth = static_cast<unsigned>(DefaultDepth(dpy, app().screen));
-    unsigned pw = static_cast<unsigned>(g.width), ph = static_cast<unsigned>(g.height);
-    Pixmap pictures[2];
-    for (int marked = 0; marked < 2; marked++) {
-        Pixmap p = XCreatePixmap(dpy, app().root, pw, ph, depth);
-        XFillRectangle(dpy, p, bgGC, 0, 0, pw, ph);
-        set_line_width(fgGC, width);
-        XDrawLine(dpy, p, fgGC, 6, g.mid, g.width, g.mid);
-        if (marked) {
-            set_line_width(fgGC, 1);
-            XPoint tri[3] = {{4, static_cast<short>(g.triangleY)},
-                             {1, static_cast<short>(g.triangleY - 3)},
-                             {1, static_cast<short>(g.triangleY + 3)}};
-            XFillPolygon(dpy, p, fgGC, tri, 3, Convex, CoordModeOrigin);
-        }
-        pictures[marked] = p;
-    }
+    Pixmap pictures[2] = {width_pixmap(width, false, fg, bg), width_pixmap(width, true, fg, bg)};
     Arg args[4];
     Cardinal n = 0;
     XtSetArg(args[n], XmNlabelType, XmPIXMAP), n++;

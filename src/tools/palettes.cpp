@@ -43,43 +43,72 @@ struct PatternEntry {
     GC colourGC;
 };
 PatternEntry patterns[PATTERN_COUNT];
-GC paletteGC;
+bool patternsMade;
 
 void make_pattern_table()
 {
-    if (paletteGC)
+    if (patternsMade)
         return;
-    Display* dpy = app().display;
-    XGCValues v;
-    v.foreground = app().blackPixel;
-    v.line_width = 0;
-    paletteGC = XCreateGC(dpy, app().root, GCForeground | GCLineWidth, &v);
+    patternsMade = true;
     for (int p = 0; p < PATTERN_COUNT; p++) {
         StippleGCs gcs = make_stipple_gcs(patternBits[p]);
         patterns[p] = PatternEntry{gcs.stipple, gcs.bitmap, gcs.colour};
     }
 }
 
-// A pattern swatch: white, optionally framed, with the pattern inside a
-// black outline.
+// A pattern swatch, one bit a pixel (1 black, 0 white): white, optionally
+// framed, with the pattern inside a black outline. The pattern's stipple
+// sits at the picture's origin, as an opaque stipple fill of it would.
+// XBM layout: rows of whole bytes, least significant bit leftmost.
+constexpr int PICTURE_ROW_BYTES = (PICTURE_WIDTH + 7) / 8;
+unsigned char patternPictureBits[PATTERN_COUNT][2][PICTURE_ROW_BYTES * PICTURE_HEIGHT];
+
+void draw_pattern_bits(int p, bool framed, unsigned char* bits)
+{
+    auto set = [&](int x, int y, bool black) {
+        unsigned char& byte = bits[y * PICTURE_ROW_BYTES + x / 8];
+        byte = static_cast<unsigned char>(black ? byte | (1 << (x % 8)) : byte & ~(1 << (x % 8)));
+    };
+    const int w = PICTURE_WIDTH, h = PICTURE_HEIGHT;
+    for (int y = 0; y < h; y++)
+        for (int x = 0; x < w; x++) {
+            bool frame = framed && (x == 0 || y == 0 || x == w - 1 || y == h - 1);
+            bool inside = x >= 2 && x < w - 3 && y >= 2 && y < h - 3;
+            bool outline = x >= 2 && x <= w - 3 && y >= 2 && y <= h - 3 &&
+                           (x == 2 || y == 2 || x == w - 3 || y == h - 3);
+            bool stipple = (patternBits[p][y % 8] >> (x % 8)) & 1;
+            set(x, y, frame || outline || (inside && stipple));
+        }
+}
+
+// The swatch's picture from Motif's pixmap cache, which knows the size of
+// what it made (a toggle given a pixmap of its own would ask the server),
+// and shares one pixmap between the drawings.
 Pixmap pattern_picture(int p, unsigned depth, bool framed)
 {
     Display* dpy = app().display;
-    int w = PICTURE_WIDTH, h = PICTURE_HEIGHT;
-    Pixmap pix = XCreatePixmap(dpy, app().root, static_cast<unsigned>(w), static_cast<unsigned>(h), depth);
-    XSetForeground(dpy, paletteGC, app().whitePixel);
-    XFillRectangle(dpy, pix, paletteGC, 0, 0, static_cast<unsigned>(w), static_cast<unsigned>(h));
-    XSetForeground(dpy, paletteGC, app().blackPixel);
-    if (framed)
-        XDrawRectangle(dpy, pix, paletteGC, 0, 0, static_cast<unsigned>(w - 1), static_cast<unsigned>(h - 1));
-    // The colour GC follows the drawing colours while painting; the
-    // swatches are always black on white.
-    GC gc = patterns[p].colourGC;
-    XSetForeground(dpy, gc, app().blackPixel);
-    XSetBackground(dpy, gc, app().whitePixel);
-    XFillRectangle(dpy, pix, gc, 2, 2, static_cast<unsigned>(w - 5), static_cast<unsigned>(h - 5));
-    XDrawRectangle(dpy, pix, paletteGC, 2, 2, static_cast<unsigned>(w - 5), static_cast<unsigned>(h - 5));
-    return pix;
+    char name[40];
+    std::snprintf(name, sizeof name, "pictrel pattern %d%s", p, framed ? " framed" : "");
+    static bool installed[PATTERN_COUNT][2];
+    if (!installed[p][framed]) {
+        unsigned char* bits = patternPictureBits[p][framed];
+        draw_pattern_bits(p, framed, bits);
+        XImage* image = XCreateImage(dpy, app().visual, 1, XYBitmap, 0, reinterpret_cast<char*>(bits),
+                                     PICTURE_WIDTH, PICTURE_HEIGHT, 8, PICTURE_ROW_BYTES);
+        if (!image)
+            return None;
+        image->bitmap_bit_order = LSBFirst;
+        image->byte_order = LSBFirst;
+        if (!XmInstallImage(image, name)) {
+            image->data = nullptr;
+            XDestroyImage(image);
+            return None;
+        }
+        installed[p][framed] = true;
+    }
+    Pixmap pix = XmGetPixmapByDepth(ScreenOfDisplay(dpy, app().screen), name, app().blackPixel, app().whitePixel,
+                                    static_cast<int>(depth));
+    return pix == XmUNSPECIFIED_PIXMAP ? None : pix;
 }
 
 void palette_toggle_cb(Widget w, XtPointer clientData, XtPointer callData) noexcept

@@ -5,6 +5,7 @@
 #include <Xm/Xm.h>
 
 #include <array>
+#include <cstdio>
 
 #include "core/app_state.h"
 #include "tools/tool_handlers.h"
@@ -262,6 +263,8 @@ struct IconPictures {
 constexpr int MAX_PICTURES = 64;
 IconPictures pictures[MAX_PICTURES];
 int pictureCount;
+const ToolIcon* installed[MAX_PICTURES];   // icons whose image Motif's cache holds
+int installedCount;
 
 }  // namespace
 
@@ -274,6 +277,36 @@ const ToolIcon toolIcons[9] = {
 };
 const ToolIcon rectFilledIcon = {ICON_SIZE, ICON_SIZE, rectFilledBits.data()};
 const ToolIcon ovalFilledIcon = {ICON_SIZE, ICON_SIZE, ovalFilledBits.data()};
+
+namespace {
+
+// The icon's bits as an image in Motif's cache, under `name`: laid out
+// as XBM data, one bit a pixel, rows of whole bytes, least significant
+// bit first. Installed once; the image then belongs to the cache.
+bool install_icon_image(Display* dpy, const ToolIcon* icon, const char* name)
+{
+    for (int i = 0; i < installedCount; i++)
+        if (installed[i] == icon)
+            return true;
+    if (installedCount >= MAX_PICTURES)
+        return false;
+    char* bits = reinterpret_cast<char*>(const_cast<unsigned char*>(icon->bits));
+    XImage* image = XCreateImage(dpy, app().visual, 1, XYBitmap, 0, bits, static_cast<unsigned>(icon->width),
+                                 static_cast<unsigned>(icon->height), 8, (icon->width + 7) / 8);
+    if (!image)
+        return false;
+    image->bitmap_bit_order = LSBFirst;
+    image->byte_order = LSBFirst;
+    if (!XmInstallImage(image, const_cast<char*>(name))) {
+        image->data = nullptr;
+        XDestroyImage(image);
+        return false;
+    }
+    installed[installedCount++] = icon;
+    return true;
+}
+
+}  // namespace
 
 void icon_pixmaps(Widget toggle, const ToolIcon* icon, Pixmap* label, Pixmap* select)
 {
@@ -292,12 +325,20 @@ void icon_pixmaps(Widget toggle, const ToolIcon* icon, Pixmap* label, Pixmap* se
         }
     }
     Display* dpy = app().display;
-    char* bits = reinterpret_cast<char*>(const_cast<unsigned char*>(icon->bits));
-    unsigned depth = static_cast<unsigned>(DefaultDepth(dpy, app().screen));
-    *label = XCreatePixmapFromBitmapData(dpy, app().root, bits, icon->width, icon->height, fg,
-                                         bg, depth);
-    *select = XCreatePixmapFromBitmapData(dpy, app().root, bits, icon->width, icon->height, bg,
-                                          fg, depth);
+    int depth = DefaultDepth(dpy, app().screen);
+    // Through Motif's pixmap cache, which knows the size of what it made:
+    // a toggle given a pixmap of its own would ask the server for it.
+    char name[48];
+    std::snprintf(name, sizeof name, "pictrel tool icon %p", static_cast<const void*>(icon));
+    if (!install_icon_image(dpy, icon, name))
+        return;
+    Screen* screen = ScreenOfDisplay(dpy, app().screen);
+    *label = XmGetPixmapByDepth(screen, name, fg, bg, depth);
+    *select = XmGetPixmapByDepth(screen, name, bg, fg, depth);
+    if (*label == XmUNSPECIFIED_PIXMAP || *select == XmUNSPECIFIED_PIXMAP) {
+        *label = *select = None;
+        return;
+    }
     if (pictureCount < MAX_PICTURES)
         pictures[pictureCount++] = IconPictures{icon, fg, bg, *label, *select};
 }
