@@ -72,7 +72,9 @@ bool prefetch_xpm_colours(Display* dpy, Colormap colormap, const XpmImage& image
         XColor colour{};
         if (c[0] != '#' || !XParseColor(dpy, colormap, c, &colour))
             return false;
-        out->entries.push_back({c, colour, false});
+        // Marked as given until its cell comes back: a table refused
+        // half way has allocated nothing that could be given back.
+        out->entries.push_back({c, colour, true});
     }
     if (out->entries.empty())
         return false;
@@ -96,8 +98,8 @@ bool prefetch_xpm_colours(Display* dpy, Colormap colormap, const XpmImage& image
             e.colour.green = reply->green;
             e.colour.blue = reply->blue;
             e.colour.flags = DoRed | DoGreen | DoBlue;
+            e.given = false;
         } else {
-            e.given = true;   // nothing to give back
             all = false;
         }
         std::free(reply);

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
+#include <list>
 #include <string>
 #include <vector>
 
@@ -60,15 +61,18 @@ Pixmap width_pixmap(unsigned width, bool marked, Pixel fg, Pixel bg)
     Display* dpy = app().display;
     char name[48];
     std::snprintf(name, sizeof name, "pictrel line width %u%s", width, marked ? " marked" : "");
+    // The cache keeps the image, and the image points into these bits, for
+    // the life of the program: a list, so that the bits never move.
     static std::vector<std::string> installed;
+    static std::list<std::vector<unsigned char>> keptBits;
     if (std::find(installed.begin(), installed.end(), name) == installed.end()) {
         WidthPicture g = width_picture(width);
-        auto* data = new std::vector<unsigned char>(width_picture_bits(width, marked));   // kept by the cache
-        XImage* image = XCreateImage(dpy, app().visual, 1, XYBitmap, 0, reinterpret_cast<char*>(data->data()),
+        std::vector<unsigned char>& data = keptBits.emplace_back(width_picture_bits(width, marked));
+        XImage* image = XCreateImage(dpy, app().visual, 1, XYBitmap, 0, reinterpret_cast<char*>(data.data()),
                                      static_cast<unsigned>(g.width), static_cast<unsigned>(g.height), 8,
                                      (g.width + 7) / 8);
         if (!image) {
-            delete data;
+            keptBits.pop_back();
             return None;
         }
         image->bitmap_bit_order = LSBFirst;
@@ -76,7 +80,7 @@ Pixmap width_pixmap(unsigned width, bool marked, Pixel fg, Pixel bg)
         if (!XmInstallImage(image, name)) {
             image->data = nullptr;
             XDestroyImage(image);
-            delete data;
+            keptBits.pop_back();
             return None;
         }
         installed.push_back(name);
