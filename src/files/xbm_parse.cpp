@@ -44,8 +44,8 @@ struct HexTable {
             of['a' + i] = static_cast<signed char>(10 + i);
             of['A' + i] = static_cast<signed char>(10 + i);
         }
-        for (unsigned char c : {' ', ',', '}', '\n', '\t'})
-            of[c] = -1;
+        for (char c : {' ', ',', '}', '\n', '\t'})
+            of[static_cast<unsigned char>(c)] = -1;
     }
 };
 constexpr HexTable hex;
