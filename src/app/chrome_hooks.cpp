@@ -7,6 +7,7 @@
 #include "app/cursors.h"
 #include "app/draw.h"
 #include "app/menus.h"
+#include "app/pointer_readout.h"
 #include "app/session.h"
 #include "app/status.h"
 #include "core/window_hooks.h"
@@ -48,4 +49,5 @@ void install_window_hooks()
     h.name_changed = show_name;
     h.show_cursor = set_cursor;
     h.size_changed = update_status;
+    h.view_area_made = follow_pointer_in;
 }

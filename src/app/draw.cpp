@@ -160,7 +160,6 @@ void build_window(Drawing* d)
     XtManageChild(form);
     XtVaSetValues(d->mainWindow, XmNworkWindow, form, nullptr);
 
-    create_small_view(d->shell, d);
     attach_pointer_readout(d);
     install_protocols(d);
 }
@@ -187,8 +186,6 @@ void ensure_colour_list(Drawing* d)
     } else {
         set_list_gcs(d->colourList, d->foregroundGC, d->backgroundGC);
     }
-    if (!d->bwDialog)
-        create_bw_view(d->shell, d);
 }
 
 // A new window steps down and right from the window of the drawing opened

@@ -190,3 +190,9 @@ void attach_pointer_readout(Drawing* d)
     follow(d->zoomedArea, d);
     follow(d->smallArea, d);
 }
+
+void follow_pointer_in(Drawing* d, Widget area)
+{
+    if (d)
+        follow(area, d);
+}

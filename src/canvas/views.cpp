@@ -1,7 +1,8 @@
 // The auxiliary views of a drawing: an actual-size view to paint in while
 // the canvas is magnified, and a view of the image as black and white,
 // kept in a depth-1 pixmap that Save As black-and-white writes too. Both
-// are dialogs built once per slot and only managed and unmanaged after.
+// are dialogs built once per slot, when first shown, and only managed and
+// unmanaged after. Until then the drawing's dialog and area are null.
 #include "canvas/views.h"
 
 #include <X11/Xutil.h>
@@ -166,6 +167,7 @@ void fill_small_view(Widget form)
     Widget area = make_view_area(form, d);
     attach_canvas_handlers(area, d);
     d->smallArea = area;
+    tell_view_area_made(d, area);
 }
 
 void fill_bw_view(Widget form)
@@ -292,7 +294,7 @@ void bw_view_update(Drawing* d, int x, int y, int width, int height)
 
 int cmd_show_small_view(Drawing* d, XEvent*, Boolean set)
 {
-    if (!d || !d->smallViewDialog)
+    if (!d)
         return 1;
     // At actual size the canvas is the small view (the item is
     // insensitive there); the toggle must not claim otherwise.
@@ -304,6 +306,9 @@ int cmd_show_small_view(Drawing* d, XEvent*, Boolean set)
         hide_small_view(d);
         return 0;
     }
+    create_small_view(d->shell, d);
+    if (!d->smallViewDialog)
+        return 1;
     // The name may have changed since the view was last shown (Save As).
     title_dialog_for(d->smallViewDialog, d->name);
     XtManageChild(d->smallViewDialog);
@@ -318,12 +323,15 @@ int cmd_show_small_view(Drawing* d, XEvent*, Boolean set)
 
 int cmd_show_bw_view(Drawing* d, XEvent*, Boolean set)
 {
-    if (!d || !d->bwDialog || d->depth == 1)
+    if (!d || d->depth == 1)
         return 1;
     if (!set) {
         hide_bw_view(d);
         return 0;
     }
+    create_bw_view(d->shell, d);
+    if (!d->bwDialog)
+        return 1;
     title_dialog_for(d->bwDialog, d->name);
     XtManageChild(d->bwDialog);
     tell_toggle_changed(d, WindowToggle::BwView, true);

@@ -6,6 +6,8 @@
 struct Drawing;
 
 // Build the dialogs ("SmallView Dialog", "BWView Dialog"), unmanaged.
+// The show commands build each the first time it is shown in a window: a
+// window that never shows them does not pay for them at start-up.
 void create_small_view(Widget parent, Drawing* d);
 void create_bw_view(Widget parent, Drawing* d);
 // Called by the refresh operations for a changed rectangle.

@@ -181,8 +181,10 @@ ColorEntry* add_color(ColorList* list, Pixel source, Pixel mapsTo, int allocate)
     last->next = entry;
     colour_count(list)++;
 
-    entry->button = make_swatch_button(list, entry);
-    fit_entry_box(list, colour_count(list));
+    if (list->swatchesMade) {
+        entry->button = make_swatch_button(list, entry);
+        fit_entry_box(list, colour_count(list));
+    }
 
     // The new colour belongs to the selected well; the GC and the well are
     // only brought up to date when a swatch is chosen.
@@ -281,13 +283,15 @@ int load_color_list(Widget dialog, const DrawingXpmInfo* table)
 
     // The dialog background always comes first and stands for transparent;
     // a file's own "None" colour is then just one of the colours below.
-    begin_swatch_batch();
+    if (list->swatchesMade)
+        begin_swatch_batch();
     add_color(list, p, p, 0);
     for (unsigned i = 0; i < table->colourCount; i++) {
         const XpmColor* c = table->colours ? table->colours[i] : nullptr;
         add_color(list, table->pixels[i], bw_mapping(c ? c->m_color : nullptr, p), 0);
     }
-    end_swatch_batch(list, colour_count(list));
+    if (list->swatchesMade)
+        end_swatch_batch(list, colour_count(list));
     ColorEntry* first = list->anchor->next;
     if (!first)
         return 1;
@@ -295,6 +299,20 @@ int load_color_list(Widget dialog, const DrawingXpmInfo* table)
     list->foregroundEntry = first->next ? first->next : first;
     apply_entries_to_gcs(list);
     return 0;
+}
+
+void make_list_swatches(ColorList* list)
+{
+    if (!list || !list->anchor || list->swatchesMade)
+        return;
+    list->swatchesMade = true;
+    // As a load makes them: in list order, managed together, the last
+    // one given the focus.
+    begin_swatch_batch();
+    ColorEntry* e = list->anchor->next;
+    for (unsigned long i = 0; e && i < colour_count(list); i++, e = e->next)
+        e->button = make_swatch_button(list, e);
+    end_swatch_batch(list, colour_count(list));
 }
 
 void choose_color_entry(ColorList* list, ColorEntry* entry)

@@ -27,6 +27,12 @@ struct ColorList {
     Pixel transparentPixel;
     XtPointer colorChangedData;
     ColorEntry* anchor;
+    // Whether the entry box holds a swatch for every entry. Swatches are
+    // made when the list is first shown, not with every drawing: a file of
+    // a hundred colours would otherwise build a hundred buttons that a
+    // user who never opens the list never sees. Once shown, a list keeps
+    // its swatches up to date as colours come and go.
+    bool swatchesMade;
 };
 
 // The colour list dialog "ColorListDialog" of a drawing (not managed).
@@ -53,6 +59,8 @@ void free_all_colors(ColorList* list);
 void release_transparent_cell(ColorList* list);
 // Chooses an entry into the selected well (as a click on its swatch does).
 void choose_color_entry(ColorList* list, ColorEntry* entry);
+// Makes the swatches of a list about to be shown for the first time.
+void make_list_swatches(ColorList* list);
 
 // The black-and-white mapping of an XPM monochrome key.
 Pixel bw_mapping(const char* monoKey, Pixel defaultPixel);

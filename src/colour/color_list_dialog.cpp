@@ -197,6 +197,7 @@ int cmd_show_colors(Drawing* d, XEvent*, Boolean)
     // It pops up beside the drawing window (the drawing placed it so).
     Widget dialog = d->colourList;
     Widget shell = XtParent(dialog);
+    make_list_swatches(color_list_of_dialog(dialog));
     XtManageChild(dialog);
     if (shell && XtIsRealized(shell))
         XRaiseWindow(XtDisplay(shell), XtWindow(shell));

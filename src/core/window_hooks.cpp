@@ -48,3 +48,9 @@ void tell_size_changed(Drawing* d)
     if (window_hooks().size_changed)
         window_hooks().size_changed(d);
 }
+
+void tell_view_area_made(Drawing* d, Widget area)
+{
+    if (window_hooks().view_area_made)
+        window_hooks().view_area_made(d, area);
+}

@@ -5,6 +5,8 @@
 // empty (as in tests of the lower layers alone) is simply not called.
 #pragma once
 
+#include <X11/Intrinsic.h>
+
 struct Drawing;
 
 // The tool cursors, made at start-up and named by the tool table.
@@ -29,6 +31,9 @@ struct WindowHooks {
     void (*show_cursor)(Drawing* d, int cursor);
     // d->width or d->height changed (a resize or scale, or its undo).
     void (*size_changed)(Drawing* d);
+    // A view painted in like the canvas (the actual-size view, built when
+    // first shown) has its drawing area now.
+    void (*view_area_made)(Drawing* d, Widget area);
 };
 
 WindowHooks& window_hooks();
@@ -41,3 +46,4 @@ void tell_toggle_changed(Drawing* d, WindowToggle which, bool on);
 void tell_name_changed(Drawing* d);
 void tell_cursor(Drawing* d, int cursor);
 void tell_size_changed(Drawing* d);
+void tell_view_area_made(Drawing* d, Widget area);

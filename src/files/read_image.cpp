@@ -1,6 +1,7 @@
-// Reading an image file: XBM first (XReadBitmapFile), then XPM through
-// libXpm, giving every XPM colour a private read/write cell so that the
-// colour editor can later change it in place with XStoreColor.
+// Reading an image file: XBM first (read as XReadBitmapFile reads it),
+// then XPM through libXpm, giving every XPM colour a private read/write
+// cell so that the colour editor can later change it in place with
+// XStoreColor.
 //
 // Every step that can fail undoes what the read made so far: pixmaps,
 // images, GCs and, above all, colour cells, which are scarce on the 8-bit
@@ -12,6 +13,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <memory>
 #include <strings.h>
 #include <unistd.h>
 #include <string>
@@ -28,6 +30,7 @@
 #include "files/image_io.h"
 #include "files/mono_names.h"
 #include "files/xpm_colours.h"
+#include "files/xbm_parse.h"
 
 namespace {
 
@@ -36,20 +39,40 @@ constexpr unsigned UPLOAD_BAND_BYTES = 32768;
 
 // --- XBM ----------------------------------------------------------------
 
+// The whole text of a file no larger than `limit` bytes; false when it
+// cannot be read or is larger.
+bool read_whole(const char* fileName, unsigned long long limit, std::string* text)
+{
+    std::unique_ptr<FILE, int (*)(FILE*)> f(std::fopen(fileName, "r"), std::fclose);
+    if (!f)
+        return false;
+    char buffer[65536];
+    size_t n;
+    while ((n = std::fread(buffer, 1, sizeof buffer, f.get())) > 0) {
+        if (text->size() + n > limit)
+            return false;
+        text->append(buffer, n);
+    }
+    return !std::ferror(f.get());
+}
+
 // Called once the first bytes have shown an XBM header within the limits.
+// The bits are read as XReadBitmapFile reads them, from the text in memory.
 int read_xbm(const char* fileName, int* width, int* height, Pixmap* pixmap,
              int* hotspotX, int* hotspotY)
 {
     App& a = app();
-    unsigned w = 0, h = 0;
-    int hx = -1, hy = -1;
-    Pixmap bitmap = None;
-    if (XReadBitmapFile(a.display, a.root, fileName, &w, &h, &bitmap, &hx, &hy) != BitmapSuccess)
+    std::string text;
+    XbmBits xbm;
+    if (!read_whole(fileName, MAX_XBM_FILE_BYTES, &text) || !parse_xbm(text, &xbm))
         return NOT_XBM;
-    if (w == 0 || h == 0 || w > MAX_IMAGE_WIDTH || h > MAX_IMAGE_HEIGHT) {
-        XFreePixmap(a.display, bitmap);
+    unsigned w = xbm.width, h = xbm.height;
+    if (w > MAX_IMAGE_WIDTH || h > MAX_IMAGE_HEIGHT)
         return -1;
-    }
+    Pixmap bitmap = XCreateBitmapFromData(a.display, a.root, reinterpret_cast<const char*>(xbm.rows.data()), w, h);
+    if (!bitmap)
+        return NOT_XBM;
+    int hx = xbm.hotX, hy = xbm.hotY;
     if (!hotspot_inside(hx, hy, w, h))
         hx = hy = -1;
     *width = static_cast<int>(w);

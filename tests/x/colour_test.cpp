@@ -291,6 +291,7 @@ TEST(Colour, SwatchesReusedByTheNextDrawingOfTheSlot)
     Drawing* d = make_drawing(8, 8);
     ASSERT_NE(d, nullptr);
     ColorList* list = color_list_of(d);
+    ASSERT_EQ(cmd_show_colors(d, nullptr, False), 0);   // the swatches are made when the list is first shown
     ASSERT_NE(add_color(list, app().whitePixel, app().blackPixel, 1), nullptr);
     std::vector<Widget> swatches;
     for (ColorEntry* e : entries(d))

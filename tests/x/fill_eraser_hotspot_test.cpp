@@ -11,6 +11,7 @@
 #include <tuple>
 #include <utility>
 
+#include "app/commands.h"
 #include "files_support.h"
 #include "canvas/input.h"
 #include "canvas/undo.h"
@@ -115,6 +116,8 @@ TEST(Eraser, SquareSizesAndGaplessSweep)
         EXPECT_EQ(image_pixel(d, last.x, last.y), bg) << wx;
         EXPECT_EQ(pixels_are(d, fg, {{last.x + 1, last.y}, {last.x, last.y + 1}}), "") << wx;
     }
+    run_command(d, CMD_SHOW_SMALL_VIEW, nullptr, True);   // the view is built when first shown
+    pump();
     ASSERT_NE(d->smallArea, nullptr);
     for (int type : {ButtonPress, ButtonRelease}) {
         XEvent ev = pointer_event(XtWindow(d->smallArea), type, Button1, 40, 2);

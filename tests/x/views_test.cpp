@@ -150,7 +150,7 @@ TEST(BWView, ShowsMappingFollowsAndCatchesUp)
     ErrorTrap trap(app().display);
     Drawing* d = make_drawing(20, 12);
     ColorList* list = color_list_of(d);
-    ASSERT_TRUE(d->bwDialog && list);
+    ASSERT_TRUE(list);
     // A new drawing's colours: transparent, white, black, each its own cell.
     ColorEntry* whiteEntry = list->anchor->next->next;
     ASSERT_TRUE(whiteEntry && whiteEntry->next);
