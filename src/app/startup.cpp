@@ -15,7 +15,6 @@
 #include "app/draw.h"
 #include "app/drop_open.h"
 #include "app/open_save.h"
-#include "app/startup_keymap.h"
 #include "app/status.h"
 #include "app/usage.h"
 #include "colour/converters.h"
@@ -177,10 +176,8 @@ int startup(int* argc, char** argv)
 {
     XtSetLanguageProc(nullptr, nullptr, nullptr);
     App& a = app();
-    answer_keymap_from_copy(true);
     a.topLevel = XtAppInitialize(&a.context, "Pictrel", options, XtNumber(options), argc, argv, nullptr,
                                  nullptr, 0);
-    answer_keymap_from_copy(false);
     a.display = XtDisplay(a.topLevel);
     intern_start_atoms(a.display);
     add_application_defaults(a.display);
