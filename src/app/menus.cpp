@@ -182,17 +182,24 @@ void build_items(Widget menu, const MenuEntry* entries, int count, Drawing* d);
 
 Widget build_cascade(Widget parent, const MenuEntry& e, Drawing* d)
 {
-    // Managed by the caller, with its siblings.
-    Widget cascade = XtVaCreateWidget(e.name, xmCascadeButtonWidgetClass, parent, nullptr);
-    XtAddCallback(cascade, XmNcascadingCallback, cascading_cb, number_data(e.command));
+    // The pulldown is given to the cascade when the cascade is made, before
+    // its items: an item made in a menu already attached registers its
+    // mnemonic and accelerator once, where a pulldown attached afterwards
+    // has every item's keys worked out again (a scan of the whole keyboard
+    // map for each). Managed by the caller, with its siblings.
+    Widget pulldown = nullptr;
     if (e.submenu) {
-        Widget pulldown = XmCreatePulldownMenu(parent, const_cast<char*>(e.name), nullptr, 0);
+        pulldown = XmCreatePulldownMenu(parent, const_cast<char*>(e.name), nullptr, 0);
         Widget shell = XtParent(pulldown);
         XtAddCallback(shell, XmNpopupCallback, popup_cb, number_data(e.command));
         XtAddCallback(shell, XmNpopdownCallback, popdown_cb, number_data(e.command));
-        build_items(pulldown, e.submenu, e.submenuLength, d);
-        XtVaSetValues(cascade, XmNsubMenuId, pulldown, nullptr);
     }
+    Widget cascade = pulldown ? XtVaCreateWidget(e.name, xmCascadeButtonWidgetClass, parent, XmNsubMenuId,
+                                                 pulldown, nullptr)
+                              : XtVaCreateWidget(e.name, xmCascadeButtonWidgetClass, parent, nullptr);
+    XtAddCallback(cascade, XmNcascadingCallback, cascading_cb, number_data(e.command));
+    if (pulldown)
+        build_items(pulldown, e.submenu, e.submenuLength, d);
     return cascade;
 }
 

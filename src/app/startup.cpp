@@ -94,17 +94,6 @@ XtResource resources[] = {
     STR_RES("pixmapPath", "PixmapPath", pixmapPath, defaultPixmapPath),
 };
 
-#define PIX_RES(name, cls, field) \
-    {(char*)name, (char*)cls, XmRPrimForegroundPixmap, sizeof(Pixmap), RES_OFFSET(field), \
-     XtRImmediate, (XtPointer)XmUNSPECIFIED_PIXMAP}
-
-XtResource pixmapResources[] = {
-    PIX_RES("rectfilled_labelPixmap", "Rectfilled_labelPixmap", rectfilled_labelPixmap),
-    PIX_RES("rectfilled_selectPixmap", "Rectfilled_selectPixmap", rectfilled_selectPixmap),
-    PIX_RES("ovalfilled_labelPixmap", "Ovalfilled_labelPixmap", ovalfilled_labelPixmap),
-    PIX_RES("ovalfilled_selectPixmap", "Ovalfilled_selectPixmap", ovalfilled_selectPixmap),
-};
-
 // A value outside lowest <= value < limit is replaced by the limit itself,
 // after a line on stderr; the replacement is one step above the accepted range.
 void range_check(int* value, int lowest, int limit, const char* name)
@@ -228,7 +217,6 @@ int startup(int* argc, char** argv)
 
     create_shared_gcs();
     install_converters(a.res.pixmapPath);
-    XtGetApplicationResources(a.topLevel, &a.res, pixmapResources, XtNumber(pixmapResources), nullptr, 0);
     create_cursors();
     install_window_hooks();
     help_client_start(a.topLevel, a.res.helpBook, "Pictrel", show_version_over, help_cursor_cb);

@@ -17,10 +17,13 @@ struct ShapePictures {
 // 0 rectangle, 1 oval.
 ShapePictures& shape_pictures(int shape);
 
-// Records the toggle's outline pictures and works out the filled ones:
-// from the resources when they name usable pictures, else drawn from the
-// built-in filled icon.
+// Records the toggle's outline pictures. The filled ones are worked out
+// when first shown: from the resources when they name usable pictures,
+// else drawn from the built-in filled icon.
 void record_shape_pictures(Widget toggle, int shape);
+
+// Converts the filled pictures' application resources into app().res, once.
+void read_filled_picture_resources();
 
 // The input handler both shape tools share: palette events, the drag's
 // start (the input layer has committed the image), and an undo that

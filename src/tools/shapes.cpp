@@ -17,9 +17,38 @@ namespace {
 
 ShapePictures pictures[2];
 
+#define PIX_RES(name, cls, field) \
+    {(char*)name, (char*)cls, XmRPrimForegroundPixmap, sizeof(Pixmap), XtOffsetOf(AppResources, field), \
+     XtRImmediate, (XtPointer)XmUNSPECIFIED_PIXMAP}
+
+XtResource filledResources[] = {
+    PIX_RES("rectfilled_labelPixmap", "Rectfilled_labelPixmap", rectfilled_labelPixmap),
+    PIX_RES("rectfilled_selectPixmap", "Rectfilled_selectPixmap", rectfilled_selectPixmap),
+    PIX_RES("ovalfilled_labelPixmap", "Ovalfilled_labelPixmap", ovalfilled_labelPixmap),
+    PIX_RES("ovalfilled_selectPixmap", "Ovalfilled_selectPixmap", ovalfilled_selectPixmap),
+};
+
+#undef PIX_RES
+
 bool usable(Pixmap p)
 {
     return p != None && p != XmUNSPECIFIED_PIXMAP;
+}
+
+// The filled pictures of one shape: from the resources when they name
+// usable pictures, else drawn from the built-in filled icon.
+void find_filled_pictures(Widget toggle, int shape, ShapePictures& p)
+{
+    read_filled_picture_resources();
+    Pixmap label = shape == 1 ? res().ovalfilled_labelPixmap : res().rectfilled_labelPixmap;
+    Pixmap select = shape == 1 ? res().ovalfilled_selectPixmap : res().rectfilled_selectPixmap;
+    if (usable(label) && usable(select)) {
+        p.filledLabel = label;
+        p.filledSelect = select;
+    } else {
+        icon_pixmaps(toggle, shape == 1 ? &ovalFilledIcon : &rectFilledIcon, &p.filledLabel,
+                     &p.filledSelect);
+    }
 }
 
 void show_pictures(Drawing* d, const char* path, int shape, bool filled)
@@ -29,7 +58,9 @@ void show_pictures(Drawing* d, const char* path, int shape, bool filled)
     Widget toggle = XtNameToWidget(d->shell, path);
     if (!toggle)
         return;
-    const ShapePictures& p = pictures[shape];
+    ShapePictures& p = pictures[shape];
+    if (filled && (!usable(p.filledLabel) || !usable(p.filledSelect)))
+        find_filled_pictures(toggle, shape, p);
     Pixmap label = filled ? p.filledLabel : p.outlineLabel;
     Pixmap select = filled ? p.filledSelect : p.outlineSelect;
     if (!usable(label) || !usable(select))
@@ -52,16 +83,22 @@ void record_shape_pictures(Widget toggle, int shape)
     ShapePictures& p = shape_pictures(shape);
     XtVaGetValues(toggle, XmNlabelPixmap, &p.outlineLabel, XmNselectPixmap, &p.outlineSelect,
                   nullptr);
-    Pixmap label = shape == 1 ? res().ovalfilled_labelPixmap : res().rectfilled_labelPixmap;
-    Pixmap select = shape == 1 ? res().ovalfilled_selectPixmap : res().rectfilled_selectPixmap;
-    if (usable(label) && usable(select)) {
-        p.filledLabel = label;
-        p.filledSelect = select;
-    } else {
-        // No pictures named in the resources: draw our own.
-        icon_pixmaps(toggle, shape == 1 ? &ovalFilledIcon : &rectFilledIcon, &p.filledLabel,
-                     &p.filledSelect);
-    }
+    // The filled ones are worked out when DrawFilled first shows them.
+    p.filledLabel = p.filledSelect = None;
+}
+
+// Most sessions never switch DrawFilled on, and converting the four
+// pictures (a file search, a read and the colour symbols each) was a fair
+// part of opening the first window; so they are converted on first use,
+// from the same resources and by the same converter.
+void read_filled_picture_resources()
+{
+    static bool done = false;
+    if (done || !app().topLevel)
+        return;
+    done = true;
+    XtGetApplicationResources(app().topLevel, &app().res, filledResources, XtNumber(filledResources), nullptr,
+                              0);
 }
 
 void shape_input(Widget w, Drawing* d, XEvent* event, int tool, int shape, int* filled)

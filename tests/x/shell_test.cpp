@@ -15,6 +15,7 @@
 #include "files_support.h"
 #include "help/help_menu.h"
 #include "help/help_window.h"
+#include "tools/shape_state.h"
 #include "x_env.h"
 
 using namespace filetest;
@@ -72,7 +73,7 @@ TEST(ShellMessage, SecondMessageReusesDialogWithNewText)
 }
 
 // A picture name is cut at its first blank or tab before it is looked up; missing and "unspecified_pixmap" names
-// give the built-in frowning face, and the start-up resources found the application defaults' pictures.
+// give the built-in frowning face, and the filled shapes' resources find the application defaults' pictures.
 TEST(ShellConverters, NamesAreCutAndMissingOnesFrown)
 {
     Widget w = app().topLevel;
@@ -84,6 +85,7 @@ TEST(ShellConverters, NamesAreCutAndMissingOnesFrown)
     }
     for (const char* name : {"no-such-picture.xpm", "unspecified_pixmap", "   "})
         EXPECT_EQ(convert_picture(w, name, XmRPrimForegroundPixmap), face) << "'" << name << "'";
+    read_filled_picture_resources();
     EXPECT_NE(res().rectfilled_labelPixmap, face);
     EXPECT_NE(res().rectfilled_labelPixmap, XmUNSPECIFIED_PIXMAP);
 

@@ -145,7 +145,7 @@ TEST(Tools, PatternsPaintTheCurrentColours)
     }
 }
 
-// DrawFilled swaps both shape pictures; a reused window starts again with the pencil, pattern 0, width 1, outlines.
+// DrawFilled swaps both shape pictures for those the application defaults name; a reused window starts again with the pencil, pattern 0, width 1, outlines.
 TEST(Tools, DrawFilledAndReusedWindowStartsAfresh)
 {
     make_drawing(16, 16);   // another drawing stays open meanwhile
@@ -154,6 +154,7 @@ TEST(Tools, DrawFilledAndReusedWindowStartsAfresh)
     cmd_draw_filled(d, nullptr, True);
     Pixmap rectFilled = label_pixmap(d, TOOL_RECT), ovalFilled = label_pixmap(d, TOOL_OVAL);
     EXPECT_TRUE(rectFilled != rectOutline && ovalFilled != ovalOutline && rectFilled != ovalFilled);
+    EXPECT_TRUE(rectFilled == res().rectfilled_labelPixmap && ovalFilled == res().ovalfilled_labelPixmap);
     select_tool(d, TOOL_OVAL);
     click(d->patternsBox, 5);
     click(d->lineWidthBox, 4);
