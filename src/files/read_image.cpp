@@ -23,6 +23,7 @@
 
 #include "core/app_state.h"
 #include "core/message.h"
+#include "core/server_layout.h"
 #include "core/x_owned.h"
 #include "files/cell_remap.h"
 #include "files/colour_fit.h"
@@ -67,7 +68,7 @@ bool read_whole(const char* fileName, unsigned long long limit, std::string* tex
 // Called once the first bytes have shown an XBM header within the limits.
 // The bits are read as XReadBitmapFile reads them, from the text in memory.
 int read_xbm(const char* fileName, int* width, int* height, Pixmap* pixmap,
-             int* hotspotX, int* hotspotY)
+             int* hotspotX, int* hotspotY, XImage** picture)
 {
     App& a = app();
     std::string text;
@@ -80,6 +81,18 @@ int read_xbm(const char* fileName, int* width, int* height, Pixmap* pixmap,
     Pixmap bitmap = XCreateBitmapFromData(a.display, a.root, reinterpret_cast<const char*>(xbm.rows.data()), w, h);
     if (!bitmap)
         return NOT_XBM;
+    if (picture) {
+        // The bits as the drawing will read them back, taken from memory.
+        XImage* rows = XCreateImage(a.display, nullptr, 1, XYBitmap, 0,
+                                    reinterpret_cast<char*>(xbm.rows.data()), w, h, 8, static_cast<int>((w + 7) / 8));
+        if (rows) {
+            rows->byte_order = rows->bitmap_bit_order = LSBFirst;
+            rows->bitmap_unit = 8;
+            *picture = server_layout_copy(a.display, rows);
+            rows->data = nullptr;   // the parser's
+            XDestroyImage(rows);
+        }
+    }
     int hx = xbm.hotX, hy = xbm.hotY;
     if (!hotspot_inside(hx, hy, w, h))
         hx = hy = -1;
@@ -554,7 +567,8 @@ void hand_over(XpmRead& r, const MonoNaming& naming, size_t pixelCount,
 }
 
 int read_xpm(const char* fileName, const FileLook& plain, int* width, int* height, int* depth,
-             Pixmap* pixmap, int* hotspotX, int* hotspotY, DrawingXpmInfo* info, ColourFit* fit)
+             Pixmap* pixmap, int* hotspotX, int* hotspotY, DrawingXpmInfo* info, ColourFit* fit,
+             XImage** handedPicture)
 {
     App& a = app();
     XpmRead r;
@@ -598,6 +612,13 @@ int read_xpm(const char* fileName, const FileLook& plain, int* width, int* heigh
         return 1;
     if (!r.picture)
         return -1;
+    // Remapped and uploaded in the server's own layout, the picture needs no
+    // repacking on its way and can then stand for the pixmap's contents.
+    bool serverLayout = false;
+    if (ImagePtr repacked{server_layout_copy(r.dpy, r.picture.get())}; repacked && repacked->depth == static_cast<int>(d)) {
+        r.picture = std::move(repacked);
+        serverLayout = true;
+    }
     fill_transparent(r, w, h);
     r.result = XCreatePixmap(r.dpy, a.root, w, h, d);
     r.gc = XCreateGC(r.dpy, r.result, 0, nullptr);
@@ -615,6 +636,8 @@ int read_xpm(const char* fileName, const FileLook& plain, int* width, int* heigh
     *pixmap = r.result;
     *hotspotX = hx;
     *hotspotY = hy;
+    if (handedPicture && serverLayout)
+        *handedPicture = r.picture.release();
     return 0;
 }
 
@@ -622,8 +645,10 @@ int read_xpm(const char* fileName, const FileLook& plain, int* width, int* heigh
 
 int read_image_file(const char* fileName, int* width, int* height, int* depth,
                     Pixmap* pixmap, int* hotspotX, int* hotspotY, DrawingXpmInfo* info,
-                    ColourFit* fit)
+                    ColourFit* fit, XImage** picture)
 {
+    if (picture)
+        *picture = nullptr;
     *width = 0;
     *height = 0;
     *depth = 1;
@@ -642,7 +667,7 @@ int read_image_file(const char* fileName, int* width, int* height, int* depth,
     case XbmFileVerdict::Refuse:
         return -1;
     case XbmFileVerdict::Acceptable:
-        status = read_xbm(fileName, width, height, pixmap, hotspotX, hotspotY);
+        status = read_xbm(fileName, width, height, pixmap, hotspotX, hotspotY, picture);
         break;
     case XbmFileVerdict::NotXbm:
         break;
@@ -656,7 +681,7 @@ int read_image_file(const char* fileName, int* width, int* height, int* depth,
         init_xpm_info(&scratch);
         info = &scratch;
     }
-    status = read_xpm(fileName, plain, width, height, depth, pixmap, hotspotX, hotspotY, info, fit);
+    status = read_xpm(fileName, plain, width, height, depth, pixmap, hotspotX, hotspotY, info, fit, picture);
     if (status != 0)
         *depth = 1;
     if (own)
