@@ -11,6 +11,7 @@
 #include "canvas/views.h"
 #include "core/app_state.h"
 #include "core/drawing.h"
+#include "core/server_layout.h"
 #include "tools/geometry.h"
 #include "tools/regions.h"
 
@@ -112,11 +113,11 @@ int create_image(Drawing* d, Pixmap source, ImagePtr sourceCopy)
         }
     }
     XCopyArea(dpy, d->image, d->savedImage, d->copyGC, 0, 0, w, h, 0, 0);
-    // The image is the whole source: the reader's picture of it saves
+    // The image is the whole source: the picture it was made from saves
     // reading it all back from the server.
     if (copyFits)
-        d->imageCopy = sourceCopy.release();
-    else
+        d->imageCopy = server_layout_copy(dpy, sourceCopy.get());
+    if (!d->imageCopy)
         retake_image_copy(d);
 
     // A reused window still shows the previous picture: repaint it all.

@@ -31,9 +31,10 @@ void size_canvas(Drawing* d);
 void fit_view(Drawing* d);
 
 // Replaces image, savedImage, colourWork and imageCopy; copies `source` in
-// when given. `sourceCopy`, when given, is the source's contents as
-// XGetImage reads them back: it becomes imageCopy when it fits the image,
-// instead of a read-back. Returns 0, or 1 when the pixmaps cannot be made.
+// when given. `sourceCopy`, when given, is the picture the source was
+// uploaded from, in any layout: when it fits the image, imageCopy is made
+// from it, laid out as XGetImage would read the image back, instead of
+// reading it back. Returns 0, or 1 when the pixmaps cannot be made.
 int create_image(Drawing* d, Pixmap source, ImagePtr sourceCopy = nullptr);
 
 void refresh_rect(Drawing* d, int x, int y, int width, int height);

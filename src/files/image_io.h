@@ -50,8 +50,8 @@ void free_xpm_extensions(XpmExtension* extensions, unsigned count);
 // than are free is not refused: it returns READ_TOO_MANY_COLOURS with the
 // counts, or is read with its colours reduced when fit->reduceTo says so.
 // With `picture`, a successful read may also hand over (for the caller to
-// destroy) the pixmap's contents exactly as XGetImage would read them back
-// in ZPixmap format, made from the pixels it already held; null otherwise.
+// destroy) the client-side picture it uploaded into the pixmap: the same
+// pixels, laid out as the reader had them; null otherwise.
 int read_image_file(const char* fileName, int* width, int* height, int* depth,
                     Pixmap* pixmap, int* hotspotX, int* hotspotY, DrawingXpmInfo* info,
                     ColourFit* fit = nullptr, XImage** picture = nullptr);

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <strings.h>
@@ -23,7 +24,6 @@
 
 #include "core/app_state.h"
 #include "core/message.h"
-#include "core/server_layout.h"
 #include "core/x_owned.h"
 #include "files/cell_remap.h"
 #include "files/colour_fit.h"
@@ -81,16 +81,22 @@ int read_xbm(const char* fileName, int* width, int* height, Pixmap* pixmap,
     Pixmap bitmap = XCreateBitmapFromData(a.display, a.root, reinterpret_cast<const char*>(xbm.rows.data()), w, h);
     if (!bitmap)
         return NOT_XBM;
-    if (picture) {
-        // The bits as the drawing will read them back, taken from memory.
-        XImage* rows = XCreateImage(a.display, nullptr, 1, XYBitmap, 0,
-                                    reinterpret_cast<char*>(xbm.rows.data()), w, h, 8, static_cast<int>((w + 7) / 8));
+    if (picture && xbm.rows.size() >= static_cast<size_t>((w + 7) / 8) * h) {
+        // The bits as they were uploaded, for the drawing's client-side copy.
+        // XCreateBitmapFromData reads them so: rows of whole bytes, the
+        // first pixel in the low bit.
+        size_t bytes = xbm.rows.size();
+        auto* data = static_cast<char*>(std::malloc(bytes ? bytes : 1));
+        XImage* rows = data ? XCreateImage(a.display, nullptr, 1, XYBitmap, 0, data, w, h, 8,
+                                           static_cast<int>((w + 7) / 8))
+                            : nullptr;
         if (rows) {
+            std::memcpy(data, xbm.rows.data(), bytes);
             rows->byte_order = rows->bitmap_bit_order = LSBFirst;
             rows->bitmap_unit = 8;
-            *picture = server_layout_copy(a.display, rows);
-            rows->data = nullptr;   // the parser's
-            XDestroyImage(rows);
+            *picture = rows;
+        } else {
+            std::free(data);
         }
     }
     int hx = xbm.hotX, hy = xbm.hotY;
@@ -612,13 +618,6 @@ int read_xpm(const char* fileName, const FileLook& plain, int* width, int* heigh
         return 1;
     if (!r.picture)
         return -1;
-    // Remapped and uploaded in the server's own layout, the picture needs no
-    // repacking on its way and can then stand for the pixmap's contents.
-    bool serverLayout = false;
-    if (ImagePtr repacked{server_layout_copy(r.dpy, r.picture.get())}; repacked && repacked->depth == static_cast<int>(d)) {
-        r.picture = std::move(repacked);
-        serverLayout = true;
-    }
     fill_transparent(r, w, h);
     r.result = XCreatePixmap(r.dpy, a.root, w, h, d);
     r.gc = XCreateGC(r.dpy, r.result, 0, nullptr);
@@ -636,7 +635,7 @@ int read_xpm(const char* fileName, const FileLook& plain, int* width, int* heigh
     *pixmap = r.result;
     *hotspotX = hx;
     *hotspotY = hy;
-    if (handedPicture && serverLayout)
+    if (handedPicture)
         *handedPicture = r.picture.release();
     return 0;
 }

@@ -12,6 +12,7 @@
 
 #include "colour/color_list.h"
 #include "core/message.h"
+#include "core/server_layout.h"
 #include "core/x_owned.h"
 #include "files/image_header.h"
 #include "files/image_io.h"
@@ -34,8 +35,9 @@ struct ReadResult {
     DrawingXpmInfo info{};
 };
 
-// A read that succeeds hands over its picture, which must be the pixmap as
-// the server gives it back: layout and every pixel.
+// A read that succeeds hands over its picture, from which the drawing's copy
+// is made: that copy must be the pixmap as the server gives it back, layout
+// and every pixel.
 ReadResult read(const std::string& path)
 {
     ReadResult r;
@@ -43,14 +45,17 @@ ReadResult read(const std::string& path)
     XImage* handed = nullptr;
     r.status = read_image_file(path.c_str(), &r.width, &r.height, &r.depth, &r.pixmap, &r.hx, &r.hy, &r.info,
                                nullptr, &handed);
-    ImagePtr picture(handed);
+    bool handedOver = handed != nullptr;
+    ImagePtr picture(handed ? server_layout_copy(app().display, handed) : nullptr);
+    if (handed)
+        XDestroyImage(handed);
     if (r.status != 0) {
-        EXPECT_EQ(picture, nullptr) << path;
+        EXPECT_FALSE(handedOver) << path;
         return r;
     }
     ImagePtr back(XGetImage(app().display, r.pixmap, 0, 0, static_cast<unsigned>(r.width),
                             static_cast<unsigned>(r.height), AllPlanes, ZPixmap));
-    EXPECT_NE(picture, nullptr) << path;
+    EXPECT_TRUE(handedOver) << path;
     if (!picture || !back)
         return r;
     const XImage *p = picture.get(), *s = back.get();
