@@ -12,6 +12,7 @@
 #include <cstdlib>
 #include <algorithm>
 #include <cstring>
+#include <utility>
 #include <vector>
 
 #include "app/commands.h"
@@ -249,7 +250,7 @@ void abandon_drawing(Drawing* d, int slot)
 }  // namespace
 
 Drawing* create_drawing(const char* name, int width, int height, int depth, Pixmap source,
-                        int hotspotX, int hotspotY, const DrawingXpmInfo* xpm)
+                        int hotspotX, int hotspotY, const DrawingXpmInfo* xpm, ImagePtr sourceCopy)
 {
     Registry& r = registry();
     if (r.openCount >= MAX_DRAWINGS || r.nextSlot < 0) {
@@ -319,7 +320,7 @@ Drawing* create_drawing(const char* name, int width, int height, int depth, Pixm
         return nullptr;
     }
     set_name(d, d->name.c_str());
-    if (create_image(d, source) != 0) {
+    if (create_image(d, source, std::move(sourceCopy)) != 0) {
         show_message(d->shell, res().outOfMemoryString, 0, nullptr, nullptr);
         abandon_drawing(d, slot);
         return nullptr;
@@ -363,19 +364,21 @@ int open_file(const char* path, const char* name)
     DrawingXpmInfo info;
     init_xpm_info(&info);
     ColourFit fit;
-    int status = read_image_file(path, &width, &height, &depth, &pixmap, &hx, &hy, &info, &fit);
+    XImage* picture = nullptr;
+    int status = read_image_file(path, &width, &height, &depth, &pixmap, &hx, &hy, &info, &fit, &picture);
     if (status == READ_TOO_MANY_COLOURS) {
         // More colours than free cells: with the user's leave, read it
         // again with its colours reduced; without, the read's usual refusal.
         fit.reduceTo = ask_colour_reduction(nullptr, path, fit);
         status = fit.reduceTo == 0 ? 1
                                    : read_image_file(path, &width, &height, &depth, &pixmap, &hx, &hy,
-                                                     &info, &fit);
+                                                     &info, &fit, &picture);
         if (status == READ_TOO_MANY_COLOURS)
             status = 1;
     }
     if (status == 0) {
-        Drawing* d = create_drawing(name ? name : path, width, height, depth, pixmap, hx, hy, &info);
+        Drawing* d = create_drawing(name ? name : path, width, height, depth, pixmap, hx, hy, &info,
+                                    ImagePtr(picture));
         if (!d)
             status = 1;
         XFreePixmap(app().display, pixmap);

@@ -5,14 +5,16 @@
 #include <X11/Intrinsic.h>
 
 #include "core/drawing.h"
+#include "core/x_owned.h"
 
 struct DrawingXpmInfo;
 
 // The single constructor. Returns null (after showing "Too many drawings")
-// when eight drawings are open.
+// when eight drawings are open. `sourceCopy` is the source's contents as
+// they would be read back, when the caller holds them (see create_image).
 Drawing* create_drawing(const char* name, int width, int height, int depth,
                         Pixmap source, int hotspotX, int hotspotY,
-                        const DrawingXpmInfo* xpm);
+                        const DrawingXpmInfo* xpm, ImagePtr sourceCopy = nullptr);
 
 // An empty drawing; a null name formats untitledFormatString with the next
 // slot number, zero sizes take drawAreaWidth/Height.

@@ -11,6 +11,7 @@
 #include "canvas/views.h"
 #include "core/app_state.h"
 #include "core/drawing.h"
+#include "core/server_layout.h"
 #include "tools/geometry.h"
 #include "tools/regions.h"
 
@@ -66,7 +67,7 @@ GC actual_gc(Drawing* d)
 
 }  // namespace
 
-int create_image(Drawing* d, Pixmap source)
+int create_image(Drawing* d, Pixmap source, ImagePtr sourceCopy)
 {
     if (!d)
         return 1;
@@ -96,12 +97,15 @@ int create_image(Drawing* d, Pixmap source)
     XFillRectangle(dpy, d->image, d->scratchGC, 0, 0, w, h);
     XSetForeground(dpy, d->scratchGC, old.foreground);
 
+    bool copyFits = false;
     if (source) {
         Window root;
         int sx, sy;
         unsigned sw, sh, border, sdepth;
         if (XGetGeometry(dpy, source, &root, &sx, &sy, &sw, &sh, &border, &sdepth)) {
             unsigned cw = std::min(sw, w), ch = std::min(sh, h);
+            copyFits = sourceCopy && sw == w && sh == h && sdepth == depth && sourceCopy->width == static_cast<int>(w) &&
+                       sourceCopy->height == static_cast<int>(h) && sourceCopy->depth == static_cast<int>(depth);
             if (sdepth == depth)
                 XCopyArea(dpy, source, d->image, d->copyGC, 0, 0, cw, ch, 0, 0);
             else if (sdepth == 1)
@@ -109,7 +113,12 @@ int create_image(Drawing* d, Pixmap source)
         }
     }
     XCopyArea(dpy, d->image, d->savedImage, d->copyGC, 0, 0, w, h, 0, 0);
-    retake_image_copy(d);
+    // The image is the whole source: the picture it was made from saves
+    // reading it all back from the server.
+    if (copyFits)
+        d->imageCopy = server_layout_copy(dpy, sourceCopy.get());
+    if (!d->imageCopy)
+        retake_image_copy(d);
 
     // A reused window still shows the previous picture: repaint it all.
     if (d->activeArea && XtIsRealized(d->activeArea))

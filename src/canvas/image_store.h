@@ -5,6 +5,8 @@
 #include <X11/Intrinsic.h>
 #include <X11/Xutil.h>
 
+#include "core/x_owned.h"
+
 struct Drawing;
 
 // Builds "drawFrame", "scrollWin" and the two "drawArea"s in the form, with
@@ -29,8 +31,11 @@ void size_canvas(Drawing* d);
 void fit_view(Drawing* d);
 
 // Replaces image, savedImage, colourWork and imageCopy; copies `source` in
-// when given. Returns 0, or 1 when the pixmaps cannot be made.
-int create_image(Drawing* d, Pixmap source);
+// when given. `sourceCopy`, when given, is the picture the source was
+// uploaded from, in any layout: when it fits the image, imageCopy is made
+// from it, laid out as XGetImage would read the image back, instead of
+// reading it back. Returns 0, or 1 when the pixmaps cannot be made.
+int create_image(Drawing* d, Pixmap source, ImagePtr sourceCopy = nullptr);
 
 void refresh_rect(Drawing* d, int x, int y, int width, int height);
 void refresh_corners(Drawing* d, int x1, int y1, int x2, int y2);

@@ -49,9 +49,12 @@ void free_xpm_extensions(XpmExtension* extensions, unsigned count);
 // With `fit` (files/colour_fit.h), an XPM whose colours need more cells
 // than are free is not refused: it returns READ_TOO_MANY_COLOURS with the
 // counts, or is read with its colours reduced when fit->reduceTo says so.
+// With `picture`, a successful read may also hand over (for the caller to
+// destroy) the client-side picture it uploaded into the pixmap: the same
+// pixels, laid out as the reader had them; null otherwise.
 int read_image_file(const char* fileName, int* width, int* height, int* depth,
                     Pixmap* pixmap, int* hotspotX, int* hotspotY, DrawingXpmInfo* info,
-                    ColourFit* fit = nullptr);
+                    ColourFit* fit = nullptr, XImage** picture = nullptr);
 
 // Returns libXpm's status of the file write (0 XpmSuccess), or
 // XpmFileInvalid when the file written does not read back as the drawing.

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <strings.h>
@@ -67,7 +68,7 @@ bool read_whole(const char* fileName, unsigned long long limit, std::string* tex
 // Called once the first bytes have shown an XBM header within the limits.
 // The bits are read as XReadBitmapFile reads them, from the text in memory.
 int read_xbm(const char* fileName, int* width, int* height, Pixmap* pixmap,
-             int* hotspotX, int* hotspotY)
+             int* hotspotX, int* hotspotY, XImage** picture)
 {
     App& a = app();
     std::string text;
@@ -80,6 +81,24 @@ int read_xbm(const char* fileName, int* width, int* height, Pixmap* pixmap,
     Pixmap bitmap = XCreateBitmapFromData(a.display, a.root, reinterpret_cast<const char*>(xbm.rows.data()), w, h);
     if (!bitmap)
         return NOT_XBM;
+    if (picture && xbm.rows.size() >= static_cast<size_t>((w + 7) / 8) * h) {
+        // The bits as they were uploaded, for the drawing's client-side copy.
+        // XCreateBitmapFromData reads them so: rows of whole bytes, the
+        // first pixel in the low bit.
+        size_t bytes = xbm.rows.size();
+        auto* data = static_cast<char*>(std::malloc(bytes ? bytes : 1));
+        XImage* rows = data ? XCreateImage(a.display, nullptr, 1, XYBitmap, 0, data, w, h, 8,
+                                           static_cast<int>((w + 7) / 8))
+                            : nullptr;
+        if (rows) {
+            std::memcpy(data, xbm.rows.data(), bytes);
+            rows->byte_order = rows->bitmap_bit_order = LSBFirst;
+            rows->bitmap_unit = 8;
+            *picture = rows;
+        } else {
+            std::free(data);
+        }
+    }
     int hx = xbm.hotX, hy = xbm.hotY;
     if (!hotspot_inside(hx, hy, w, h))
         hx = hy = -1;
@@ -554,7 +573,8 @@ void hand_over(XpmRead& r, const MonoNaming& naming, size_t pixelCount,
 }
 
 int read_xpm(const char* fileName, const FileLook& plain, int* width, int* height, int* depth,
-             Pixmap* pixmap, int* hotspotX, int* hotspotY, DrawingXpmInfo* info, ColourFit* fit)
+             Pixmap* pixmap, int* hotspotX, int* hotspotY, DrawingXpmInfo* info, ColourFit* fit,
+             XImage** handedPicture)
 {
     App& a = app();
     XpmRead r;
@@ -615,6 +635,8 @@ int read_xpm(const char* fileName, const FileLook& plain, int* width, int* heigh
     *pixmap = r.result;
     *hotspotX = hx;
     *hotspotY = hy;
+    if (handedPicture)
+        *handedPicture = r.picture.release();
     return 0;
 }
 
@@ -622,8 +644,10 @@ int read_xpm(const char* fileName, const FileLook& plain, int* width, int* heigh
 
 int read_image_file(const char* fileName, int* width, int* height, int* depth,
                     Pixmap* pixmap, int* hotspotX, int* hotspotY, DrawingXpmInfo* info,
-                    ColourFit* fit)
+                    ColourFit* fit, XImage** picture)
 {
+    if (picture)
+        *picture = nullptr;
     *width = 0;
     *height = 0;
     *depth = 1;
@@ -642,7 +666,7 @@ int read_image_file(const char* fileName, int* width, int* height, int* depth,
     case XbmFileVerdict::Refuse:
         return -1;
     case XbmFileVerdict::Acceptable:
-        status = read_xbm(fileName, width, height, pixmap, hotspotX, hotspotY);
+        status = read_xbm(fileName, width, height, pixmap, hotspotX, hotspotY, picture);
         break;
     case XbmFileVerdict::NotXbm:
         break;
@@ -656,7 +680,7 @@ int read_image_file(const char* fileName, int* width, int* height, int* depth,
         init_xpm_info(&scratch);
         info = &scratch;
     }
-    status = read_xpm(fileName, plain, width, height, depth, pixmap, hotspotX, hotspotY, info, fit);
+    status = read_xpm(fileName, plain, width, height, depth, pixmap, hotspotX, hotspotY, info, fit, picture);
     if (status != 0)
         *depth = 1;
     if (own)

@@ -12,6 +12,8 @@
 
 #include "colour/color_list.h"
 #include "core/message.h"
+#include "core/server_layout.h"
+#include "core/x_owned.h"
 #include "files/image_header.h"
 #include "files/image_io.h"
 #include "app/new_close.h"
@@ -33,11 +35,40 @@ struct ReadResult {
     DrawingXpmInfo info{};
 };
 
+// A read that succeeds hands over its picture, from which the drawing's copy
+// is made: that copy must be the pixmap as the server gives it back, layout
+// and every pixel.
 ReadResult read(const std::string& path)
 {
     ReadResult r;
     init_xpm_info(&r.info);
-    r.status = read_image_file(path.c_str(), &r.width, &r.height, &r.depth, &r.pixmap, &r.hx, &r.hy, &r.info);
+    XImage* handed = nullptr;
+    r.status = read_image_file(path.c_str(), &r.width, &r.height, &r.depth, &r.pixmap, &r.hx, &r.hy, &r.info,
+                               nullptr, &handed);
+    bool handedOver = handed != nullptr;
+    ImagePtr picture(handed ? server_layout_copy(app().display, handed) : nullptr);
+    if (handed)
+        XDestroyImage(handed);
+    if (r.status != 0) {
+        EXPECT_FALSE(handedOver) << path;
+        return r;
+    }
+    ImagePtr back(XGetImage(app().display, r.pixmap, 0, 0, static_cast<unsigned>(r.width),
+                            static_cast<unsigned>(r.height), AllPlanes, ZPixmap));
+    EXPECT_TRUE(handedOver) << path;
+    if (!picture || !back)
+        return r;
+    const XImage *p = picture.get(), *s = back.get();
+    EXPECT_TRUE(p->width == s->width && p->height == s->height && p->format == s->format && p->depth == s->depth &&
+                p->bits_per_pixel == s->bits_per_pixel && p->bytes_per_line == s->bytes_per_line &&
+                p->byte_order == s->byte_order && p->bitmap_unit == s->bitmap_unit &&
+                p->bitmap_bit_order == s->bitmap_bit_order && p->bitmap_pad == s->bitmap_pad && p->xoffset == s->xoffset)
+        << path << ": the picture is not laid out as the pixmap reads back";
+    int differ = 0;
+    for (int y = 0; y < r.height; y++)
+        for (int x = 0; x < r.width; x++)
+            differ += XGetPixel(picture.get(), x, y) != XGetPixel(back.get(), x, y);
+    EXPECT_EQ(differ, 0) << path << ": pixels of the picture differ from the pixmap's";
     return r;
 }
 

@@ -239,7 +239,13 @@ std::string describe(const std::string& dir, const CorpusFile& f, int index)
     // copy holds the same.
     XImage* im = XGetImage(app().display, d->image, 0, 0, d->width, d->height, AllPlanes, ZPixmap);
     std::string pixels;
-    bool copySame = d->imageCopy != nullptr;
+    // The copy is laid out as the read-back is, whether it was read back or
+    // handed over by the reader.
+    const XImage* c = d->imageCopy;
+    bool copySame = c && c->format == im->format && c->depth == im->depth && c->bits_per_pixel == im->bits_per_pixel &&
+                    c->bytes_per_line == im->bytes_per_line && c->byte_order == im->byte_order &&
+                    c->bitmap_unit == im->bitmap_unit && c->bitmap_bit_order == im->bitmap_bit_order &&
+                    c->bitmap_pad == im->bitmap_pad && c->xoffset == im->xoffset;
     for (int y = 0; y < d->height; y++)
         for (int x = 0; x < d->width; x++) {
             Pixel p = XGetPixel(im, x, y);
