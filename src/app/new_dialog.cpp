@@ -105,19 +105,6 @@ void fill_new_form(Widget form)
         XtVaSetValues(field, XmNleftAttachment, XmATTACH_FORM, XmNleftOffset, widest + 10, nullptr);
 }
 
-std::string field_text(Widget field)
-{
-    char* s = field ? XmTextFieldGetString(field) : nullptr;
-    std::string value = s ? s : "";
-    XtFree(s);
-    return value;
-}
-
-void set_field(Widget field, int value)
-{
-    XmTextFieldSetString(field, const_cast<char*>(std::to_string(value).c_str()));
-}
-
 void new_ok_cb(Widget, XtPointer client, XtPointer) noexcept
 {
     Drawing* d = *static_cast<Drawing**>(client);

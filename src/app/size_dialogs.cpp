@@ -90,19 +90,6 @@ Widget add_row(Widget form, const char* labelName, const char* fieldName, Widget
     return label;
 }
 
-std::string field_text(Widget field)
-{
-    char* s = field ? XmTextFieldGetString(field) : nullptr;
-    std::string value = s ? s : "";
-    XtFree(s);
-    return value;
-}
-
-void set_field(Widget field, int value)
-{
-    XmTextFieldSetString(field, const_cast<char*>(std::to_string(value).c_str()));
-}
-
 // With the proportions kept, a new width gives the height that goes with it
 // and the other way round.
 void follow_cb(Widget field, XtPointer client, XtPointer) noexcept

@@ -5,6 +5,7 @@
 #include <Xm/Form.h>
 #include <Xm/MessageB.h>
 #include <Xm/PushB.h>
+#include <Xm/TextF.h>
 #include <Xm/Xm.h>
 #include <vector>
 
@@ -128,4 +129,17 @@ void merge_fallback_resources(Display* dpy, const char* const* lines, size_t cou
         XrmCombineDatabase(fallback, &db, False);
     else
         XrmDestroyDatabase(fallback);
+}
+
+std::string field_text(Widget field)
+{
+    char* s = field ? XmTextFieldGetString(field) : nullptr;
+    std::string value = s ? s : "";
+    XtFree(s);
+    return value;
+}
+
+void set_field(Widget field, int value)
+{
+    XmTextFieldSetString(field, const_cast<char*>(std::to_string(value).c_str()));
 }

@@ -7,6 +7,7 @@
 #include <X11/Intrinsic.h>
 
 #include <cstddef>
+#include <string>
 
 struct DialogButton {
     const char* name;
@@ -37,3 +38,7 @@ void add_dialog_help(Widget dialog);
 // that file (and the user's settings) win wherever they say something.
 // Done once per `merged` flag.
 void merge_fallback_resources(Display* dpy, const char* const* lines, size_t count, bool* merged);
+
+// The text of a dialog's text field ("" for none), and a number put into one.
+std::string field_text(Widget field);
+void set_field(Widget field, int value);

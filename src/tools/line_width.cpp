@@ -14,6 +14,7 @@
 #include "canvas/input.h"
 #include "core/app_state.h"
 #include "core/drawing.h"
+#include "tools/cached_bits.h"
 #include "tools/geometry.h"
 #include "tools/palettes.h"
 
@@ -68,18 +69,7 @@ Pixmap width_pixmap(unsigned width, bool marked, Pixel fg, Pixel bg)
     if (std::find(installed.begin(), installed.end(), name) == installed.end()) {
         WidthPicture g = width_picture(width);
         std::vector<unsigned char>& data = keptBits.emplace_back(width_picture_bits(width, marked));
-        XImage* image = XCreateImage(dpy, app().visual, 1, XYBitmap, 0, reinterpret_cast<char*>(data.data()),
-                                     static_cast<unsigned>(g.width), static_cast<unsigned>(g.height), 8,
-                                     (g.width + 7) / 8);
-        if (!image) {
-            keptBits.pop_back();
-            return None;
-        }
-        image->bitmap_bit_order = LSBFirst;
-        image->byte_order = LSBFirst;
-        if (!XmInstallImage(image, name)) {
-            image->data = nullptr;
-            XDestroyImage(image);
+        if (!install_cached_bits(name, data.data(), g.width, g.height)) {
             keptBits.pop_back();
             return None;
         }

@@ -15,6 +15,7 @@
 #include "core/app_state.h"
 #include "core/drawing.h"
 #include "core/window_hooks.h"
+#include "tools/cached_bits.h"
 #include "tools/shapes.h"
 #include "tools/text.h"
 #include "tools/tool_table.h"
@@ -93,17 +94,8 @@ Pixmap pattern_picture(int p, unsigned depth, bool framed)
     if (!installed[p][framed]) {
         unsigned char* bits = patternPictureBits[p][framed];
         draw_pattern_bits(p, framed, bits);
-        XImage* image = XCreateImage(dpy, app().visual, 1, XYBitmap, 0, reinterpret_cast<char*>(bits),
-                                     PICTURE_WIDTH, PICTURE_HEIGHT, 8, PICTURE_ROW_BYTES);
-        if (!image)
+        if (!install_cached_bits(name, bits, PICTURE_WIDTH, PICTURE_HEIGHT))
             return None;
-        image->bitmap_bit_order = LSBFirst;
-        image->byte_order = LSBFirst;
-        if (!XmInstallImage(image, name)) {
-            image->data = nullptr;
-            XDestroyImage(image);
-            return None;
-        }
         installed[p][framed] = true;
     }
     Pixmap pix = XmGetPixmapByDepth(ScreenOfDisplay(dpy, app().screen), name, app().blackPixel, app().whitePixel,

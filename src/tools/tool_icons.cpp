@@ -8,6 +8,7 @@
 #include <cstdio>
 
 #include "core/app_state.h"
+#include "tools/cached_bits.h"
 #include "tools/tool_handlers.h"
 #include "tools/tool_table.h"
 
@@ -283,25 +284,15 @@ namespace {
 // The icon's bits as an image in Motif's cache, under `name`: laid out
 // as XBM data, one bit a pixel, rows of whole bytes, least significant
 // bit first. Installed once; the image then belongs to the cache.
-bool install_icon_image(Display* dpy, const ToolIcon* icon, const char* name)
+bool install_icon_image(const ToolIcon* icon, const char* name)
 {
     for (int i = 0; i < installedCount; i++)
         if (installed[i] == icon)
             return true;
     if (installedCount >= MAX_PICTURES)
         return false;
-    char* bits = reinterpret_cast<char*>(const_cast<unsigned char*>(icon->bits));
-    XImage* image = XCreateImage(dpy, app().visual, 1, XYBitmap, 0, bits, static_cast<unsigned>(icon->width),
-                                 static_cast<unsigned>(icon->height), 8, (icon->width + 7) / 8);
-    if (!image)
+    if (!install_cached_bits(name, const_cast<unsigned char*>(icon->bits), icon->width, icon->height))
         return false;
-    image->bitmap_bit_order = LSBFirst;
-    image->byte_order = LSBFirst;
-    if (!XmInstallImage(image, const_cast<char*>(name))) {
-        image->data = nullptr;
-        XDestroyImage(image);
-        return false;
-    }
     installed[installedCount++] = icon;
     return true;
 }
@@ -330,7 +321,7 @@ void icon_pixmaps(Widget toggle, const ToolIcon* icon, Pixmap* label, Pixmap* se
     // a toggle given a pixmap of its own would ask the server for it.
     char name[48];
     std::snprintf(name, sizeof name, "pictrel tool icon %p", static_cast<const void*>(icon));
-    if (!install_icon_image(dpy, icon, name))
+    if (!install_icon_image(icon, name))
         return;
     Screen* screen = ScreenOfDisplay(dpy, app().screen);
     *label = XmGetPixmapByDepth(screen, name, fg, bg, depth);
