@@ -6,20 +6,44 @@
 #include <X11/Xutil.h>
 #include <Xm/Xm.h>
 
+#include <string>
+#include <vector>
+
+#include "canvas_support.h"
+#include "core/x_owned.h"
 #include "tools/geometry.h"
 #include "tools/palettes.h"
 #include "tools/tool_handlers.h"
 #include "tools/tool_table.h"
 #include "x_env.h"
 
+namespace {
+
+std::vector<Widget> children_of(Widget box)
+{
+    WidgetList children = nullptr;
+    Cardinal count = 0;
+    XtVaGetValues(box, XmNchildren, &children, XmNnumChildren, &count, nullptr);
+    return std::vector<Widget>(children, children + count);
+}
+
+// "" when the top-left w x h of the two pixmaps are the same pixels.
+std::string pixmap_difference(Pixmap got, Pixmap want, int w, int h)
+{
+    Display* dpy = app().display;
+    ImagePtr a(XGetImage(dpy, got, 0, 0, w, h, AllPlanes, ZPixmap));
+    ImagePtr b(XGetImage(dpy, want, 0, 0, w, h, AllPlanes, ZPixmap));
+    return first_difference(a.get(), b.get(), w, h);
+}
+
+}  // namespace
+
 TEST(PalettePictures, ToolPicturesShowTheIconBitsInThePaletteColours)
 {
     Drawing* d = make_drawing(16, 16);
     ASSERT_NE(d, nullptr);
-    WidgetList children = nullptr;
-    Cardinal count = 0;
-    XtVaGetValues(d->toolsBox, XmNchildren, &children, XmNnumChildren, &count, nullptr);
-    ASSERT_GE(count, 1u);
+    std::vector<Widget> children = children_of(d->toolsBox);
+    ASSERT_FALSE(children.empty());
     Pixel fg = 0, bg = 0;
     XtVaGetValues(d->toolsBox, XmNforeground, &fg, XmNbackground, &bg, nullptr);
     ASSERT_NE(fg, bg);
@@ -56,10 +80,8 @@ TEST(PalettePictures, PatternPicturesMatchTheServerDrawnSwatch)
 {
     Drawing* d = make_drawing(16, 16);
     ASSERT_NE(d, nullptr);
-    WidgetList children = nullptr;
-    Cardinal count = 0;
-    XtVaGetValues(d->patternsBox, XmNchildren, &children, XmNnumChildren, &count, nullptr);
-    ASSERT_EQ(count, static_cast<Cardinal>(PATTERN_COUNT));
+    std::vector<Widget> children = children_of(d->patternsBox);
+    ASSERT_EQ(children.size(), static_cast<size_t>(PATTERN_COUNT));
     Display* dpy = app().display;
     const int w = 24, h = 22;
     GC plain = XCreateGC(dpy, app().root, 0, nullptr);
@@ -82,15 +104,8 @@ TEST(PalettePictures, PatternPicturesMatchTheServerDrawnSwatch)
                 XDrawRectangle(dpy, want, plain, 0, 0, w - 1, h - 1);
             XFillRectangle(dpy, want, stippled, 2, 2, w - 5, h - 5);
             XDrawRectangle(dpy, want, plain, 2, 2, w - 5, h - 5);
-            XImage* a = XGetImage(dpy, want, 0, 0, w, h, AllPlanes, ZPixmap);
-            XImage* b = XGetImage(dpy, framed ? select : label, 0, 0, w, h, AllPlanes, ZPixmap);
-            ASSERT_TRUE(a && b) << p;
-            for (int y = 0; y < h; y++)
-                for (int x = 0; x < w; x++)
-                    ASSERT_EQ(XGetPixel(b, x, y), XGetPixel(a, x, y))
-                        << "pattern " << p << (framed ? " select" : " label") << " at " << x << "," << y;
-            XDestroyImage(a);
-            XDestroyImage(b);
+            EXPECT_EQ(pixmap_difference(framed ? select : label, want, w, h), "")
+                << "pattern " << p << (framed ? " select" : " label");
             XFreePixmap(dpy, want);
         }
         XFreeGC(dpy, stippled);
@@ -105,15 +120,13 @@ TEST(PalettePictures, WidthPicturesMatchTheServerDrawnBars)
 {
     Drawing* d = make_drawing(16, 16);
     ASSERT_NE(d, nullptr);
-    WidgetList children = nullptr;
-    Cardinal count = 0;
-    XtVaGetValues(d->lineWidthBox, XmNchildren, &children, XmNnumChildren, &count, nullptr);
-    ASSERT_EQ(count, 5u);
+    std::vector<Widget> children = children_of(d->lineWidthBox);
+    ASSERT_EQ(children.size(), 5u);
     Display* dpy = app().display;
     Pixel fg = 0, bg = 0;
     XtVaGetValues(d->lineWidthBox, XmNforeground, &fg, XmNbackground, &bg, nullptr);
     GC gc = XCreateGC(dpy, app().root, 0, nullptr);
-    for (Cardinal i = 0; i < count; i++) {
+    for (size_t i = 0; i < children.size(); i++) {
         unsigned width = lineWidths[i];
         WidthPicture g = width_picture(width);
         Pixmap label = None, select = None;
@@ -132,15 +145,8 @@ TEST(PalettePictures, WidthPicturesMatchTheServerDrawnBars)
                                  {1, static_cast<short>(g.triangleY + 3)}};
                 XFillPolygon(dpy, want, gc, tri, 3, Convex, CoordModeOrigin);
             }
-            XImage* a = XGetImage(dpy, want, 0, 0, g.width, g.height, AllPlanes, ZPixmap);
-            XImage* b = XGetImage(dpy, marked ? select : label, 0, 0, g.width, g.height, AllPlanes, ZPixmap);
-            ASSERT_TRUE(a && b) << width;
-            for (int y = 0; y < g.height; y++)
-                for (int x = 0; x < g.width; x++)
-                    ASSERT_EQ(XGetPixel(b, x, y), XGetPixel(a, x, y))
-                        << "width " << width << (marked ? " select" : " label") << " at " << x << "," << y;
-            XDestroyImage(a);
-            XDestroyImage(b);
+            EXPECT_EQ(pixmap_difference(marked ? select : label, want, g.width, g.height), "")
+                << "width " << width << (marked ? " select" : " label");
             XFreePixmap(dpy, want);
         }
     }
