@@ -3,11 +3,14 @@
 #include "app/startup.h"
 
 #include <Xm/Xm.h>
+
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <vector>
 
 #include "app/app_defaults.h"
 #include "app/chrome_hooks.h"
@@ -141,17 +144,71 @@ void create_shared_gcs()
     XFreePixmap(a.display, bits);
 }
 
-// Atoms of our own that the first drawing window asks for one at a time
-// (the session protocols and the drop protocol), asked for here in one go:
-// Xlib keeps the answers, so the later requests need no round trip each.
-// (The toolkit's own are already known by now.)
+// The atoms the toolkit interns one at a time while it builds its display
+// and screen objects and the first window (drag and drop, the clipboard,
+// the window manager's protocols), and our own that the first drawing
+// window asks for (the session protocols and the drop protocol). Asked for
+// here in one request before any of that: Xlib keeps the answers, so the
+// later requests each find theirs without a round trip to the server. A name
+// the toolkit no longer uses costs one unused atom; one it adds costs only
+// the round trip it always did.
+const char* const startAtoms[] = {
+    "ATOM_PAIR", "AVERAGE_WIDTH", "PIXEL_SIZE", "RESOLUTION_Y", "WM_DELETE_WINDOW",
+    "_MOTIF_DRAG_ATOMS", "_MOTIF_DRAG_INITIATOR_INFO", "_MOTIF_DRAG_PROXY_WINDOW", "_MOTIF_DRAG_RECEIVER_INFO",
+    "_MOTIF_DRAG_TARGETS", "_MOTIF_DRAG_WINDOW", "CLIPBOARD", "CLIP_TEMPORARY", "COMPOUND_TEXT", "DELETE",
+    "INCR", "INSERT_SELECTION", "LENGTH", "LINK_SELECTION", "MULTIPLE", "NULL", "TARGETS", "TEXT", "TIMESTAMP",
+    "XmTRANSFER_FAILURE", "XmTRANSFER_SUCCESS", "WM_STATE", "_MOTIF_ATOM_0", "_MOTIF_CLIP_DATA_DELETE",
+    "_MOTIF_CLIP_DATA_REQUEST", "_MOTIF_CLIP_HEADER", "_MOTIF_CLIP_LOCK_ACCESS_VALID", "_MOTIF_CLIP_MESSAGE",
+    "_MOTIF_CLIP_NEXT_ID", "_MOTIF_CLIP_TIME", "_MOTIF_CLIPBOARD_TARGETS", "_MOTIF_DESTINATION",
+    "_MOTIF_DRAG_OFFSET", "_MOTIF_DEFERRED_CLIPBOARD_TARGETS", "_MOTIF_DROP", "_MOTIF_EXPORT_TARGETS",
+    "_MOTIF_LOSE_SELECTION", "_MOTIF_BINDINGS", "_MOTIF_WM_HINTS", "_MOTIF_WM_INFO", "_MOTIF_WM_MENU",
+    "_MOTIF_WM_MESSAGES", "_MOTIF_WM_OFFSET", "WM_PROTOCOLS", "_MOTIF_DEFAULT_BINDINGS", "WM_LOCALE_NAME",
+    "WM_CLIENT_LEADER", "Pixel Sets", "_XT_SELECTION_0",
+    "WM_SAVE_YOURSELF", "WM_PREPARE_TO_DIE", "WM_CLOSEDOWN", "OXA_DROP_PROTOCOL", "HOST_AND_FILE_NAME",
+};
+
 void intern_start_atoms(Display* dpy)
 {
-    static const char* const names[] = {
-        "WM_SAVE_YOURSELF", "WM_PREPARE_TO_DIE", "WM_CLOSEDOWN", "OXA_DROP_PROTOCOL", "HOST_AND_FILE_NAME",
-    };
-    Atom atoms[XtNumber(names)];
-    XInternAtoms(dpy, const_cast<char**>(names), XtNumber(names), False, atoms);
+    std::vector<char*> names;
+    for (const char* name : startAtoms)
+        names.push_back(const_cast<char*>(name));
+    // The toolkit's customisation data is kept per screen.
+    std::string custom = "Customize Data:" + std::to_string(DefaultScreen(dpy));
+    names.push_back(custom.data());
+    std::vector<Atom> atoms(names.size());
+    XInternAtoms(dpy, names.data(), static_cast<int>(names.size()), False, atoms.data());
+}
+
+// XtAppInitialize taken apart, so that the atoms can be asked for between
+// opening the display and creating the top-level shell, where the toolkit
+// starts asking. The shell gets what XtAppInitialize would give it: the
+// screen and the command line as it was before the toolkit took its options.
+Widget open_toolkit(XtAppContext* context, int* argc, char** argv)
+{
+    const int savedArgc = *argc;
+    std::vector<char*> saved(argv, argv + savedArgc);
+    saved.push_back(nullptr);
+    XtToolkitInitialize();
+    *context = XtCreateApplicationContext();
+    Display* dpy =
+        XtOpenDisplay(*context, nullptr, nullptr, "Pictrel", options, XtNumber(options), argc, argv);
+    if (!dpy) {
+        // XtAppInitialize fails in its own words ("Can't open display: ..."),
+        // naming the display it tried: let it, with the untouched command line.
+        int n = savedArgc;
+        return XtAppInitialize(context, "Pictrel", options, XtNumber(options), &n, saved.data(), nullptr,
+                               nullptr, 0);
+    }
+    intern_start_atoms(dpy);
+    Arg args[3];
+    Cardinal n = 0;
+    XtSetArg(args[n], XtNscreen, DefaultScreenOfDisplay(dpy)), n++;
+    XtSetArg(args[n], XtNargc, savedArgc), n++;
+    // The shell keeps the pointer: the copy lives as long as the program.
+    char** kept = reinterpret_cast<char**>(XtMalloc(saved.size() * sizeof(char*)));
+    std::copy(saved.begin(), saved.end(), kept);
+    XtSetArg(args[n], XtNargv, kept), n++;
+    return XtAppCreateShell(nullptr, "Pictrel", applicationShellWidgetClass, dpy, args, n);
 }
 
 void wrong_visual_ok_cb(Widget, XtPointer, XtPointer)
@@ -165,10 +222,8 @@ int startup(int* argc, char** argv)
 {
     XtSetLanguageProc(nullptr, nullptr, nullptr);
     App& a = app();
-    a.topLevel = XtAppInitialize(&a.context, "Pictrel", options, XtNumber(options), argc, argv, nullptr,
-                                 nullptr, 0);
+    a.topLevel = open_toolkit(&a.context, argc, argv);
     a.display = XtDisplay(a.topLevel);
-    intern_start_atoms(a.display);
     add_application_defaults(a.display);
     a.screen = DefaultScreen(a.display);
     a.root = RootWindow(a.display, a.screen);
