@@ -147,9 +147,13 @@ Widget create_canvas(Widget form, Drawing* d)
     Widget frame = XmCreateFrame(form, const_cast<char*>("drawFrame"), nullptr, 0);
     Dimension viewW, viewH;
     view_size(d, &viewW, &viewH);
-    Arg args[3];
+    Arg args[4];
     Cardinal n = 0;
     XtSetArg(args[n], XmNscrollingPolicy, XmAUTOMATIC), n++;
+    // The canvas takes no toolkit drops, so nothing dragged over it needs
+    // it to scroll; enabled, the scrolled window registers as a drop site,
+    // which reads and rewrites the display's table of drag targets.
+    XtSetArg(args[n], XmNautoDragModel, XmAUTO_DRAG_DISABLED), n++;
     XtSetArg(args[n], XmNwidth, viewW), n++;
     XtSetArg(args[n], XmNheight, viewH), n++;
     Widget scroll = XmCreateScrolledWindow(frame, const_cast<char*>("scrollWin"), args, n);
