@@ -4,7 +4,6 @@
 
 #include <Xm/Xm.h>
 
-#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -204,10 +203,8 @@ Widget open_toolkit(XtAppContext* context, int* argc, char** argv)
     Cardinal n = 0;
     XtSetArg(args[n], XtNscreen, DefaultScreenOfDisplay(dpy)), n++;
     XtSetArg(args[n], XtNargc, savedArgc), n++;
-    // The shell keeps the pointer: the copy lives as long as the program.
-    char** kept = reinterpret_cast<char**>(XtMalloc(saved.size() * sizeof(char*)));
-    std::copy(saved.begin(), saved.end(), kept);
-    XtSetArg(args[n], XtNargv, kept), n++;
+    // The shell keeps a copy of its own.
+    XtSetArg(args[n], XtNargv, saved.data()), n++;
     return XtAppCreateShell(nullptr, "Pictrel", applicationShellWidgetClass, dpy, args, n);
 }
 
