@@ -15,6 +15,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <fcntl.h>
 #include <strings.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -33,6 +34,7 @@
 #include "files/mono_names.h"
 #include "files/xpm_colours.h"
 #include "files/xbm_parse.h"
+#include "files/xpm_parse.h"
 
 namespace {
 
@@ -63,6 +65,20 @@ bool read_whole(const char* fileName, unsigned long long limit, std::string* tex
         text->append(buffer, n);
     }
     return !std::ferror(f.get());
+}
+
+// Whether a file opens as the XPM 3 files that parse_xpm_text reads do:
+// any other is left to libXpm unread here, which may refuse it at once.
+bool starts_as_xpm3(const char* fileName)
+{
+    int fd = open(fileName, O_RDONLY | O_CLOEXEC);
+    if (fd < 0)
+        return false;
+    static constexpr char head[] = "/* XPM */";
+    char got[sizeof head - 1];
+    bool same = read(fd, got, sizeof got) == static_cast<ssize_t>(sizeof got) && !std::memcmp(got, head, sizeof got);
+    close(fd);
+    return same;
 }
 
 // Called once the first bytes have shown an XBM header within the limits.
@@ -305,18 +321,34 @@ int parse_xpm(const char* fileName, const FileLook& plain, XpmRead& r, int* hots
 
     // The parse comes first: it touches no server resource, and what it
     // finds decides whether the file may go any further.
-    XpmInfo parsed{};
-    parsed.valuemask = XpmReturnInfos | XpmReturnExtensions;
-    if (XpmReadFileToXpmImage(source.data(), &r.image, &parsed) != XpmSuccess)
-        return -1;
-    r.haveImage = true;
-    bool parsedHotspot = (parsed.valuemask & XpmHotspot) != 0;
-    int parsedX = static_cast<int>(parsed.x_hotspot), parsedY = static_cast<int>(parsed.y_hotspot);
-    if (parsed.valuemask & XpmExtensions) {
-        r.extensions = copy_xpm_extensions(parsed.extensions, parsed.nextensions);
-        r.extensionCount = r.extensions ? parsed.nextensions : 0;
+    // The common form is read here from the text in memory, as libXpm
+    // would read it; libXpm reads every other file itself.
+    std::string text;
+    XpmParsed quick;
+    bool parsedHotspot;
+    int parsedX, parsedY;
+    if (starts_as_xpm3(source.c_str()) && read_whole(source.c_str(), max_xpm_file_bytes(MAX_XPM_COLOURS), &text) &&
+        parse_xpm_text(text, &r.image, &quick)) {
+        r.haveImage = true;
+        parsedHotspot = quick.hotspot;
+        parsedX = static_cast<int>(quick.hotX);
+        parsedY = static_cast<int>(quick.hotY);
+    } else {
+        XpmInfo parsed{};
+        parsed.valuemask = XpmReturnInfos | XpmReturnExtensions;
+        if (XpmReadFileToXpmImage(source.data(), &r.image, &parsed) != XpmSuccess)
+            return -1;
+        r.haveImage = true;
+        parsedHotspot = (parsed.valuemask & XpmHotspot) != 0;
+        parsedX = static_cast<int>(parsed.x_hotspot);
+        parsedY = static_cast<int>(parsed.y_hotspot);
+        if (parsed.valuemask & XpmExtensions) {
+            r.extensions = copy_xpm_extensions(parsed.extensions, parsed.nextensions);
+            r.extensionCount = r.extensions ? parsed.nextensions : 0;
+        }
+        XpmFreeXpmInfo(&parsed);
     }
-    XpmFreeXpmInfo(&parsed);
+    text = std::string();
     XpmImage& img = r.image;
     if (img.width == 0 || img.height == 0 || img.width > MAX_IMAGE_WIDTH ||
         img.height > MAX_IMAGE_HEIGHT || img.ncolors == 0 || !img.colorTable)

@@ -40,6 +40,13 @@ Seeds xpm_seeds()
     s.push_back("/* XPM */\nstatic char *ext[] = {\n\"5 3 3 1 0 0 XPMEXT\",\n\"a c #Transparent\",\n"
                 "\"b c red m white\",\n\"c c blue m black\",\n" +
                 pixel_rows(5, 3, one, "\"", "\",\n") + "\"XPMEXT note a few words\",\n\"XPMENDEXT\"\n};\n");
+    // The form read without libXpm: one character a pixel, a hotspot at 1 1,
+    // a key given twice, comments between the strings, colours of words.
+    s.push_back("/* XPM */\nstatic char *q[] = {\n\"6 4 4 1 1 1\",\n/* colours */\n\"a c #FF0000\",\n"
+                "\"b s edge m black c light gray\",\n\"c c None\",\n\"a c blue\",\n/* pixels **/\n" +
+                pixel_rows(6, 4, one, "\"", "\",\n") + "};\n");
+    s.push_back("/* XPM */\nstatic char *r[] = {\n\"4 2 2 2\",\n\"  c None\",\n\"##\tc\t#000\",\n"
+                "\"    ####\"\r\n\"##  ##  \"\r\n};\n");
     s.push_back("! XPM2\n4 3 3 1\na c #FF0000\nb c None\nc c #00FF00 m black\n" + pixel_rows(4, 3, one, "", "\n"));
     s.push_back("! XPM2 C\n\"4 3 3 1\"\n\"a c #FF0000\"\n\"b c None\"\n\"c c #0000FF\"\n" +
                 pixel_rows(4, 3, one, "\"", "\"\n"));

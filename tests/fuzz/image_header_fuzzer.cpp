@@ -11,6 +11,9 @@
 // - Any file beyond the size bounds is refused whatever it begins with.
 // Files the checks refuse for their declared size are not handed to the
 // readers: those would take the memory the checks are there to save.
+// The program's own readers of the text in memory are held against the
+// libraries' file readers: an XBM read from memory has Xlib's size, hotspot
+// and bits; an XPM the quick parser takes, libXpm reads to the same image.
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 #include <X11/xpm.h>
@@ -21,10 +24,13 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 #include <string_view>
 
 #include "files/image_header.h"
+#include "files/xbm_parse.h"
+#include "files/xpm_parse.h"
 
 namespace {
 
@@ -40,7 +46,12 @@ std::string inputPath;
     std::abort();
 }
 
-void check_xbm(std::string_view head, size_t size)
+bool same_text(const char* a, const char* b)
+{
+    return (!a && !b) || (a && b && !std::strcmp(a, b));
+}
+
+void check_xbm(std::string_view whole, std::string_view head, size_t size)
 {
     XbmFileVerdict verdict = check_xbm_file(head, size);
     if (check_xbm_file(head, MAX_XBM_FILE_BYTES + 1) != XbmFileVerdict::NotXbm)
@@ -51,6 +62,14 @@ void check_xbm(std::string_view head, size_t size)
     unsigned char* bits = nullptr;
     int hx = -1, hy = -1;
     int status = XReadBitmapFileData(inputPath.c_str(), &width, &height, &bits, &hx, &hy);
+    XbmBits mine;
+    bool read = parse_xbm(whole, &mine);
+    if (read != (status == BitmapSuccess))
+        fail("the XBM reader and Xlib disagree on reading", read, status);
+    if (read && (mine.width != width || mine.height != height || mine.hotX != hx || mine.hotY != hy ||
+                 mine.rows.size() != static_cast<size_t>((width + 7) / 8) * height ||
+                 std::memcmp(mine.rows.data(), bits, mine.rows.size())))
+        fail("the XBM reader reads other bits than Xlib", width, height);
     if (bits)
         XFree(bits);
     if (status != BitmapSuccess)
@@ -61,7 +80,35 @@ void check_xbm(std::string_view head, size_t size)
         fail("an accepted XBM out of the limits", width, height);
 }
 
-void check_xpm(std::string_view head, size_t size)
+// When the quick parser takes the text, libXpm must read it to the same image.
+void compare_quick_parse(std::string_view whole, int status, const XpmImage& theirs, const XpmInfo& info)
+{
+    XpmImage mine;
+    XpmParsed hot;
+    if (!parse_xpm_text(whole, &mine, &hot))
+        return;
+    if (status != XpmSuccess)
+        fail("the quick parser takes an XPM libXpm refuses", status);
+    if (mine.width != theirs.width || mine.height != theirs.height || mine.cpp != theirs.cpp ||
+        mine.ncolors != theirs.ncolors)
+        fail("the quick parser reads another size", mine.width, mine.height);
+    bool theirHot = (info.valuemask & XpmHotspot) != 0;
+    if (hot.hotspot != theirHot || (theirHot && (hot.hotX != info.x_hotspot || hot.hotY != info.y_hotspot)))
+        fail("the quick parser reads another hotspot", hot.hotX, hot.hotY);
+    for (unsigned i = 0; i < mine.ncolors; i++) {
+        const XpmColor& a = mine.colorTable[i];
+        const XpmColor& b = theirs.colorTable[i];
+        if (!same_text(a.string, b.string) || !same_text(a.symbolic, b.symbolic) ||
+            !same_text(a.m_color, b.m_color) || !same_text(a.g4_color, b.g4_color) ||
+            !same_text(a.g_color, b.g_color) || !same_text(a.c_color, b.c_color))
+            fail("the quick parser reads another colour", i);
+    }
+    if (std::memcmp(mine.data, theirs.data, sizeof(unsigned) * mine.width * mine.height))
+        fail("the quick parser reads other pixels");
+    XpmFreeXpmImage(&mine);
+}
+
+void check_xpm(std::string_view whole, std::string_view head, size_t size)
 {
     XpmFileVerdict verdict = check_xpm_file(head, size, COLORMAP);
     if (check_xpm_file(head, max_xpm_file_bytes(COLORMAP) + 1, COLORMAP) != XpmFileVerdict::Refuse)
@@ -72,6 +119,7 @@ void check_xpm(std::string_view head, size_t size)
     XpmImage image{};
     XpmInfo info{};
     int status = XpmReadFileToXpmImage(const_cast<char*>(inputPath.c_str()), &image, &info);
+    compare_quick_parse(whole, status, image, info);
     if (status == XpmSuccess) {
         unsigned w = image.width, h = image.height, n = image.ncolors, cpp = image.cpp;
         XpmFreeXpmImage(&image);
@@ -110,7 +158,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     check_xpm_header(whole, MAX_XPM_COLOURS);
     if (ftruncate(inputFd, 0) != 0 || pwrite(inputFd, data, size, 0) != static_cast<ssize_t>(size))
         fail("cannot write the input");
-    check_xbm(head, size);
-    check_xpm(head, size);
+    check_xbm(whole, head, size);
+    check_xpm(whole, head, size);
     return 0;
 }
