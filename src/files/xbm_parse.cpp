@@ -59,6 +59,18 @@ int next_int(std::string_view text, size_t* at)
     bool gotOne = false;
     const size_t n = text.size();
     size_t i = *at;
+    // Everything before the first digit is passed over.
+    while (i < n && hex.of[static_cast<unsigned char>(text[i])] < 0)
+        i++;
+    // Nearly every number is spelled "0x" and two digits: taken at once.
+    if (n - i > 4 && text[i] == '0' && (text[i + 1] == 'x' || text[i + 1] == 'X')) {
+        int high = hex.of[static_cast<unsigned char>(text[i + 2])];
+        int low = hex.of[static_cast<unsigned char>(text[i + 3])];
+        if (high >= 0 && low >= 0 && hex.of[static_cast<unsigned char>(text[i + 4])] == -1) {
+            *at = i + 5;
+            return high << 4 | low;
+        }
+    }
     for (; i < n; i++) {
         int k = hex.of[static_cast<unsigned char>(text[i])];
         if (k >= 0) {
