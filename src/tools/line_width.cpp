@@ -16,6 +16,7 @@
 #include "core/drawing.h"
 #include "tools/cached_bits.h"
 #include "tools/geometry.h"
+#include "tools/palette_tips.h"
 #include "tools/palettes.h"
 
 const unsigned lineWidths[5] = {1, 2, 4, 6, 9};
@@ -84,12 +85,13 @@ Widget make_width_toggle(Widget box, unsigned width)
     Pixel fg = app().blackPixel, bg = app().whitePixel;
     XtVaGetValues(box, XmNforeground, &fg, XmNbackground, &bg, nullptr);
     Pixmap pictures[2] = {width_pixmap(width, false, fg, bg), width_pixmap(width, true, fg, bg)};
-    Arg args[4];
+    Arg args[5];
     Cardinal n = 0;
     XtSetArg(args[n], XmNlabelType, XmPIXMAP), n++;
     XtSetArg(args[n], XmNlabelPixmap, pictures[0]), n++;
     XtSetArg(args[n], XmNselectPixmap, pictures[1]), n++;
     XtSetArg(args[n], XmNindicatorOn, False), n++;
+    no_tip_yet(&args[n]), n++;
     Widget tb = XmCreateToggleButton(box, const_cast<char*>("lineWidth"), args, n);
     XtManageChild(tb);
     XtAddCallback(tb, XmNvalueChangedCallback, line_width_cb,
@@ -111,6 +113,7 @@ Widget create_line_width_box(Widget form, Drawing* d)
         if (!first)
             first = tb;
     }
+    tips_on_first_entry(box);
     XmToggleButtonSetState(first, True, False);
     if (!d)
         d = find_drawing_of_widget(form);

@@ -16,6 +16,7 @@
 #include "core/drawing.h"
 #include "core/window_hooks.h"
 #include "tools/cached_bits.h"
+#include "tools/palette_tips.h"
 #include "tools/shapes.h"
 #include "tools/text.h"
 #include "tools/tool_table.h"
@@ -191,10 +192,11 @@ Widget create_tools_box(Widget form, Drawing* d)
     int remembered = -1;
     Widget toggles[16] = {};
     for (int t = 0; t < toolCount && t < 16; t++) {
-        Arg args[2];
+        Arg args[3];
         Cardinal n = 0;
         XtSetArg(args[n], XmNlabelType, XmPIXMAP), n++;
         XtSetArg(args[n], XmNindicatorOn, False), n++;
+        no_tip_yet(&args[n]), n++;
         Widget tb = XmCreateToggleButton(box, const_cast<char*>(toolTable[t].name), args, n);
         XtManageChild(tb);
         toggles[t] = tb;
@@ -209,6 +211,7 @@ Widget create_tools_box(Widget form, Drawing* d)
         if (set)
             remembered = t;
     }
+    tips_on_first_entry(box);
     d->currentTool = remembered >= 0 ? remembered : TOOL_PENCIL;
     XtVaSetValues(toggles[d->currentTool], XmNset, True, nullptr);
     remember_initial(box, d->currentTool);
@@ -238,12 +241,13 @@ Widget create_patterns_box(Widget form, Drawing* d)
         Pixmap label = pattern_picture(p, pictureDepth, false);
         char name[32];
         std::snprintf(name, sizeof name, "pattern %d", p);
-        Arg args[4];
+        Arg args[5];
         Cardinal n = 0;
         XtSetArg(args[n], XmNlabelType, XmPIXMAP), n++;
         XtSetArg(args[n], XmNlabelPixmap, label), n++;
         XtSetArg(args[n], XmNselectPixmap, select), n++;
         XtSetArg(args[n], XmNindicatorOn, False), n++;
+        no_tip_yet(&args[n]), n++;
         Widget tb = XmCreateToggleButton(box, name, args, n);
         XtManageChild(tb);
         XtAddCallback(tb, XmNvalueChangedCallback, palette_toggle_cb,
@@ -253,6 +257,7 @@ Widget create_patterns_box(Widget form, Drawing* d)
         if (set)
             d->currentPattern = p;
     }
+    tips_on_first_entry(box);
     if (Widget current = child_at(box, d->currentPattern))
         XtVaSetValues(current, XmNset, True, nullptr);
     remember_initial(box, d->currentPattern);
