@@ -11,6 +11,7 @@
 #include <X11/xpm.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -79,6 +80,26 @@ bool starts_as_xpm3(const char* fileName)
     bool same = read(fd, got, sizeof got) == static_cast<ssize_t>(sizeof got) && !std::memcmp(got, head, sizeof got);
     close(fd);
     return same;
+}
+
+// parse_xpm over a file, read a part at a time.
+bool parse_xpm_file(const char* fileName, XpmImage* image, XpmParsed* info)
+{
+    int fd = open(fileName, O_RDONLY | O_CLOEXEC);
+    if (fd < 0)
+        return false;
+    XpmSource source{[](void* data, char* into, size_t n) -> size_t {
+                         int from = *static_cast<int*>(data);
+                         ssize_t got;
+                         do
+                             got = read(from, into, n);
+                         while (got < 0 && errno == EINTR);
+                         return got > 0 ? static_cast<size_t>(got) : 0;
+                     },
+                     &fd};
+    bool read = parse_xpm(source, image, info);
+    close(fd);
+    return read;
 }
 
 // Called once the first bytes have shown an XBM header within the limits.
@@ -323,12 +344,10 @@ int parse_xpm(const char* fileName, const FileLook& plain, XpmRead& r, int* hots
     // finds decides whether the file may go any further.
     // The common form is read here from the text in memory, as libXpm
     // would read it; libXpm reads every other file itself.
-    std::string text;
     XpmParsed quick;
     bool parsedHotspot;
     int parsedX, parsedY;
-    if (starts_as_xpm3(source.c_str()) && read_whole(source.c_str(), max_xpm_file_bytes(MAX_XPM_COLOURS), &text) &&
-        parse_xpm_text(text, &r.image, &quick)) {
+    if (starts_as_xpm3(source.c_str()) && parse_xpm_file(source.c_str(), &r.image, &quick)) {
         r.haveImage = true;
         parsedHotspot = quick.hotspot;
         parsedX = static_cast<int>(quick.hotX);
@@ -348,7 +367,6 @@ int parse_xpm(const char* fileName, const FileLook& plain, XpmRead& r, int* hots
         }
         XpmFreeXpmInfo(&parsed);
     }
-    text = std::string();
     XpmImage& img = r.image;
     if (img.width == 0 || img.height == 0 || img.width > MAX_IMAGE_WIDTH ||
         img.height > MAX_IMAGE_HEIGHT || img.ncolors == 0 || !img.colorTable)

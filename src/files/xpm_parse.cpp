@@ -10,8 +10,10 @@
 // "*/", a pixel that names no colour), the parse declines and libXpm decides.
 #include "files/xpm_parse.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -21,9 +23,86 @@ namespace {
 constexpr size_t LONGEST_WORDS_LINE = 1024;
 constexpr unsigned LARGEST_SIDE = 65535;
 
-struct Text {
-    std::string_view t;
-    size_t at = 0;
+// The text as it comes from its source, a part at a time: only what the
+// parse has not yet passed over is kept, so a large picture's text is never
+// held whole beside its pixels. Offsets are from the start of the text.
+class Text {
+public:
+    explicit Text(const XpmSource& source) : source_(source) {}
+
+    size_t at = 0;   // where the parse is
+
+    // True when the text goes on to `end` (read as far as that if need be).
+    bool has(size_t end)
+    {
+        while (base_ + buffer_.size() < end)
+            if (!read_more())
+                return false;
+        return true;
+    }
+    // The byte at `i`, which has(i + 1) has made sure of.
+    char operator[](size_t i) const { return buffer_[i - base_]; }
+    // The `n` bytes from `i`, which has(i + n) has made sure of.
+    std::string_view view(size_t i, size_t n) const { return std::string_view(buffer_).substr(i - base_, n); }
+
+    // The first `what` at or after `from`; npos when the text ends first.
+    size_t find(std::string_view what, size_t from)
+    {
+        for (;;) {
+            size_t start = from > base_ ? from - base_ : 0;
+            size_t found = buffer_.find(what, start);
+            if (found != std::string::npos)
+                return base_ + found;
+            // A match may straddle what is here and what comes next.
+            from = std::max(from, base_ + buffer_.size() - std::min(buffer_.size(), what.size() - 1));
+            if (!read_more())
+                return std::string_view::npos;
+        }
+    }
+
+    // The first byte of `set` at or after `from`; npos when the text ends first.
+    size_t find_first_of(std::string_view set, size_t from)
+    {
+        for (;;) {
+            size_t start = from > base_ ? from - base_ : 0;
+            size_t found = buffer_.find_first_of(set, start);
+            if (found != std::string::npos)
+                return base_ + found;
+            from = base_ + buffer_.size();
+            if (!read_more())
+                return std::string_view::npos;
+        }
+    }
+
+    // What lies before the parse will not be looked at again.
+    void pass()
+    {
+        size_t done = at - base_;
+        if (done >= PART) {
+            buffer_.erase(0, done);
+            base_ = at;
+        }
+    }
+
+private:
+    static constexpr size_t PART = 16384;
+
+    bool read_more()
+    {
+        if (ended_)
+            return false;
+        size_t old = buffer_.size();
+        buffer_.resize(old + PART);
+        size_t got = source_.read(source_.data, buffer_.data() + old, PART);
+        buffer_.resize(old + got);
+        ended_ = got == 0;
+        return got > 0;
+    }
+
+    const XpmSource& source_;
+    std::string buffer_;
+    size_t base_ = 0;
+    bool ended_ = false;
 };
 
 // xpmNextWord's separators: isspace, for the bytes let through here.
@@ -38,25 +117,29 @@ bool is_space(unsigned char c)
 // are declined, as is the end of the text.
 bool to_string_start(Text& s)
 {
-    const size_t n = s.t.size();
-    while (s.at < n) {
-        char c = s.t[s.at++];
-        if (c == '"')
+    for (;;) {
+        size_t k = s.find_first_of("\"/", s.at);
+        if (k == std::string_view::npos || !s.has(k + 2))
+            return false;
+        if (s[k] == '"') {
+            s.at = k + 1;
             return true;
-        if (c == '/' && s.at < n && s.t[s.at] == '*') {
-            size_t end = s.t.find("*/", s.at + 1);
-            if (end == std::string_view::npos || s.t[s.at + 1] == '/' || end + 2 >= n || s.t[end + 2] == '*')
-                return false;
-            s.at = end + 2;
         }
+        if (s[k + 1] != '*') {   // a lone '/'
+            s.at = k + 1;
+            continue;
+        }
+        size_t end = s.find("*/", k + 2);
+        if (end == std::string_view::npos || !s.has(end + 3) || s[k + 2] == '/' || s[end + 2] == '*')
+            return false;
+        s.at = end + 2;
     }
-    return false;
 }
 
 // From within a string, past its closing quote and into the next string.
 bool next_string(Text& s)
 {
-    size_t q = s.t.find('"', s.at);
+    size_t q = s.find("\"", s.at);
     if (q == std::string_view::npos)
         return false;
     s.at = q + 1;
@@ -66,16 +149,19 @@ bool next_string(Text& s)
 // The words of the current string up to its closing quote, where the text
 // is left. False for a string libXpm could read differently: one without
 // an end, a long one, or one with bytes other than printable ASCII and
-// the separators.
+// the separators. The words stay valid until the text is passed.
 bool words_of_string(Text& s, std::vector<std::string_view>* words)
 {
-    size_t q = s.t.find('"', s.at);
+    if (!s.has(s.at))
+        return false;
+    size_t q = s.find("\"", s.at);
     if (q == std::string_view::npos || q - s.at > LONGEST_WORDS_LINE)
         return false;
+    std::string_view line = s.view(s.at, q - s.at);
     words->clear();
-    size_t i = s.at;
-    while (i < q) {
-        unsigned char c = static_cast<unsigned char>(s.t[i]);
+    size_t i = 0;
+    while (i < line.size()) {
+        unsigned char c = static_cast<unsigned char>(line[i]);
         if (c >= 0x7f || (c < 0x20 && !is_space(c)))
             return false;
         if (is_space(c)) {
@@ -83,13 +169,13 @@ bool words_of_string(Text& s, std::vector<std::string_view>* words)
             continue;
         }
         size_t start = i;
-        while (i < q && !is_space(static_cast<unsigned char>(s.t[i]))) {
-            unsigned char d = static_cast<unsigned char>(s.t[i]);
+        while (i < line.size() && !is_space(static_cast<unsigned char>(line[i]))) {
+            unsigned char d = static_cast<unsigned char>(line[i]);
             if (d >= 0x7f || d < 0x20)
                 return false;
             i++;
         }
-        words->push_back(s.t.substr(start, i - start));
+        words->push_back(line.substr(start, i - start));
     }
     s.at = q;
     return true;
@@ -181,16 +267,17 @@ void release(XpmImage* image, XpmColor* table, unsigned count)
 
 }  // namespace
 
-bool parse_xpm_text(std::string_view text, XpmImage* image, XpmParsed* info)
+bool parse_xpm(const XpmSource& source, XpmImage* image, XpmParsed* info)
 {
     *image = XpmImage{};
     *info = XpmParsed{};
+    Text s(source);
     // libXpm takes the first word as it comes and "XPM" as the second for
     // version 3; then everything up to the first string passes.
     static constexpr std::string_view head = "/* XPM */";
-    if (text.substr(0, head.size()) != head)
+    if (!s.has(head.size()) || s.view(0, head.size()) != head)
         return false;
-    Text s{text, 6};   // just after "XPM", where libXpm goes on
+    s.at = 6;   // just after "XPM", where libXpm goes on
     std::vector<std::string_view> words;
     if (!to_string_start(s) || !words_of_string(s, &words))
         return false;
@@ -211,70 +298,80 @@ bool parse_xpm_text(std::string_view text, XpmImage* image, XpmParsed* info)
     auto* table = static_cast<XpmColor*>(std::calloc(ncolors, sizeof(XpmColor)));
     if (!table)
         return false;
+    auto fail = [&]() {
+        release(image, table, ncolors);
+        *info = XpmParsed{};
+        return false;
+    };
     // Which colour each key names, plus one (0: none); a later colour with
-    // the same key wins, as in libXpm's own tables.
-    std::vector<unsigned short> colourOf(cpp == 1 ? 256 : 65536, 0);
-    for (unsigned a = 0; a < ncolors; a++) {
-        if (!next_string(s) || s.t.size() - s.at < cpp) {
-            release(image, table, ncolors);
-            return false;
+    // the same key wins, as in libXpm's own tables. Two-character keys are
+    // looked up by their first character, then their second, with a block
+    // of 256 only for the first characters in use: a flat table would take
+    // 128 KB for a handful of colours.
+    static const unsigned short noColours[256] = {};
+    const unsigned short* blocks[256];
+    std::fill(std::begin(blocks), std::end(blocks), noColours);
+    std::vector<std::unique_ptr<unsigned short[]>> owned;
+    unsigned short single[256] = {};
+    auto slot_of = [&](unsigned char first, unsigned char second) -> unsigned short* {
+        if (cpp == 1)
+            return &single[first];
+        if (blocks[first] == noColours) {
+            owned.emplace_back(new unsigned short[256]());
+            blocks[first] = owned.back().get();
         }
-        unsigned key = 0;
+        return const_cast<unsigned short*>(&blocks[first][second]);
+    };
+    for (unsigned a = 0; a < ncolors; a++) {
+        if (!next_string(s) || !s.has(s.at + cpp))
+            return fail();
+        unsigned char key[2] = {};
         for (unsigned b = 0; b < cpp; b++) {
-            unsigned char c = static_cast<unsigned char>(s.t[s.at + b]);
+            unsigned char c = static_cast<unsigned char>(s[s.at + b]);
             // libXpm would take any byte; a quote or a control character
             // as a key is left to it.
-            if (c == '"' || c < 0x20 || c >= 0x7f) {
-                release(image, table, ncolors);
-                return false;
-            }
-            key = key << 8 | c;
+            if (c == '"' || c < 0x20 || c >= 0x7f)
+                return fail();
+            key[b] = c;
         }
-        table[a].string = copy_of(s.t.substr(s.at, cpp));
+        table[a].string = copy_of(s.view(s.at, cpp));
         s.at += cpp;
-        if (!table[a].string || !words_of_string(s, &words) || !parse_colour_words(words, &table[a])) {
-            release(image, table, ncolors);
-            return false;
-        }
-        colourOf[key] = static_cast<unsigned short>(a + 1);
+        if (!table[a].string || !words_of_string(s, &words) || !parse_colour_words(words, &table[a]))
+            return fail();
+        *slot_of(key[0], key[1]) = static_cast<unsigned short>(a + 1);
+        s.pass();
     }
 
     const size_t rowChars = static_cast<size_t>(width) * cpp;
     image->data = static_cast<unsigned*>(std::malloc(static_cast<size_t>(width) * height * sizeof(unsigned)));
-    if (!image->data) {
-        release(image, table, ncolors);
-        return false;
-    }
+    if (!image->data)
+        return fail();
     unsigned* out = image->data;
-    const unsigned short* colours = colourOf.data();
     for (unsigned y = 0; y < height; y++) {
-        if (!next_string(s) || s.t.size() - s.at < rowChars) {
-            release(image, table, ncolors);
-            return false;
-        }
-        const auto* p = reinterpret_cast<const unsigned char*>(s.t.data() + s.at);
+        if (!next_string(s) || !s.has(s.at + rowChars))
+            return fail();
+        const auto* p = reinterpret_cast<const unsigned char*>(s.view(s.at, rowChars).data());
         // A pixel that names no colour is libXpm's to refuse (no key holds
         // a NUL, which libXpm never matches).
         unsigned allNamed = 1;
         if (cpp == 1) {
             for (unsigned x = 0; x < width; x++) {
-                unsigned short c = colours[p[x]];
+                unsigned short c = single[p[x]];
                 allNamed &= c != 0;
                 out[x] = c - 1u;
             }
         } else {
             for (unsigned x = 0; x < width; x++) {
-                unsigned short c = colours[static_cast<unsigned>(p[2 * x]) << 8 | p[2 * x + 1]];
+                unsigned short c = blocks[p[2 * x]][p[2 * x + 1]];
                 allNamed &= c != 0;
                 out[x] = c - 1u;
             }
         }
-        if (!allNamed) {
-            release(image, table, ncolors);
-            return false;
-        }
+        if (!allNamed)
+            return fail();
         out += width;
         s.at += rowChars;
+        s.pass();
     }
     // What follows the pixels (the closing brace, more text) libXpm never reads.
     image->width = width;
@@ -283,4 +380,21 @@ bool parse_xpm_text(std::string_view text, XpmImage* image, XpmParsed* info)
     image->ncolors = ncolors;
     image->colorTable = table;
     return true;
+}
+
+bool parse_xpm_text(std::string_view text, XpmImage* image, XpmParsed* info, size_t part)
+{
+    struct Reader {
+        std::string_view rest;
+        size_t part;
+    } reader{text, part ? part : text.size()};
+    XpmSource source{[](void* data, char* into, size_t n) -> size_t {
+                         auto* r = static_cast<Reader*>(data);
+                         size_t k = std::min({n, r->part, r->rest.size()});
+                         std::memcpy(into, r->rest.data(), k);
+                         r->rest.remove_prefix(k);
+                         return k;
+                     },
+                     &reader};
+    return parse_xpm(source, image, info);
 }

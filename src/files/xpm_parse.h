@@ -9,6 +9,7 @@
 
 #include <X11/xpm.h>
 
+#include <cstddef>
 #include <string_view>
 
 struct XpmParsed {
@@ -17,8 +18,20 @@ struct XpmParsed {
     unsigned hotY = 0;
 };
 
-// True when `text` is of the form read here; `image` then holds what
+// Where the text comes from: up to `n` more bytes into `into`, 0 at the
+// end (or on an error, which ends the text there).
+struct XpmSource {
+    size_t (*read)(void* data, char* into, size_t n);
+    void* data;
+};
+
+// True when the text is of the form read here; `image` then holds what
 // XpmReadFileToXpmImage would have returned for it, allocated as libXpm
 // allocates it (XpmFreeXpmImage frees it), and `info` the hotspot. False
 // leaves `image` empty: libXpm must read the file, successfully or not.
-bool parse_xpm_text(std::string_view text, XpmImage* image, XpmParsed* info);
+// Only a part of the text is held at a time, never the whole of a large one.
+bool parse_xpm(const XpmSource& source, XpmImage* image, XpmParsed* info);
+
+// The same over a text in memory, handed over `part` bytes at a time (all
+// at once for 0).
+bool parse_xpm_text(std::string_view text, XpmImage* image, XpmParsed* info, size_t part = 0);

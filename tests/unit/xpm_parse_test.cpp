@@ -68,11 +68,29 @@ Verdict both(const std::string& text)
     v.libStatus = XpmReadFileToXpmImage(path, &theirs, &theirInfo);
     unlink(path);
 
+    auto differ = [&](const std::string& what) {
+        if (v.difference.empty())
+            v.difference = what;
+    };
+    // Handed over a byte or a few at a time, the text reads the same.
+    for (size_t part : {1, 7}) {
+        XpmImage piecewise;
+        XpmParsed pieceInfo;
+        bool taken = parse_xpm_text(text, &piecewise, &pieceInfo, part);
+        if (taken != v.taken)
+            differ("taken whole but not " + std::to_string(part) + " bytes at a time, or the other way");
+        if (taken && v.taken) {
+            if (piecewise.ncolors != mine.ncolors || pieceInfo.hotspot != info.hotspot ||
+                std::memcmp(piecewise.data, mine.data, sizeof(unsigned) * mine.width * mine.height))
+                differ("read otherwise " + std::to_string(part) + " bytes at a time");
+            for (unsigned i = 0; i < mine.ncolors && i < piecewise.ncolors; i++)
+                if (!same(piecewise.colorTable[i].c_color, mine.colorTable[i].c_color))
+                    differ("colour " + std::to_string(i) + " read otherwise in parts");
+        }
+        if (taken)
+            XpmFreeXpmImage(&piecewise);
+    }
     if (v.taken) {
-        auto differ = [&](const std::string& what) {
-            if (v.difference.empty())
-                v.difference = what;
-        };
         if (v.libStatus != XpmSuccess) {
             differ("libXpm refused it: " + std::to_string(v.libStatus));
         } else {
