@@ -4,8 +4,7 @@
 #include "help/help_book_load.h"
 
 #include <cstdio>
-#include <fstream>
-#include <sstream>
+#include <memory>
 
 #include "core/app_state.h"
 #include "core/install_paths.h"
@@ -14,15 +13,19 @@ extern const char* const builtInHelpBook;
 
 namespace {
 
+// Plain stdio: the C++ streams would bring their whole locale machinery into
+// the program, and its start-up, for this one read.
 bool read_file(const std::string& path, std::string* text)
 {
-    std::ifstream in(path, std::ios::binary);
+    std::unique_ptr<FILE, int (*)(FILE*)> in(std::fopen(path.c_str(), "rb"), std::fclose);
     if (!in)
         return false;
-    std::ostringstream s;
-    s << in.rdbuf();
-    *text = s.str();
-    return in.good() || in.eof();
+    char buffer[16384];
+    size_t n;
+    text->clear();
+    while ((n = std::fread(buffer, 1, sizeof buffer, in.get())) > 0)
+        text->append(buffer, n);
+    return !std::ferror(in.get());
 }
 
 // The book's file: a plain name only, looked for where the program keeps
