@@ -53,26 +53,27 @@ constexpr HexTable hex;
 // The next number: digits accumulate (overflowing as Xlib's int does) until
 // a separator follows at least one of them; anything else is passed over,
 // the "x" of "0x" included. -1 at the end of the text.
-int next_int(std::string_view text, size_t* at)
+inline int next_int(std::string_view text, size_t* at)
 {
     uint32_t value = 0;
     bool gotOne = false;
     const size_t n = text.size();
+    const auto* t = reinterpret_cast<const unsigned char*>(text.data());
     size_t i = *at;
     // Everything before the first digit is passed over.
-    while (i < n && hex.of[static_cast<unsigned char>(text[i])] < 0)
+    while (i < n && hex.of[t[i]] < 0)
         i++;
     // Nearly every number is spelled "0x" and two digits: taken at once.
-    if (n - i > 4 && text[i] == '0' && (text[i + 1] == 'x' || text[i + 1] == 'X')) {
-        int high = hex.of[static_cast<unsigned char>(text[i + 2])];
-        int low = hex.of[static_cast<unsigned char>(text[i + 3])];
-        if (high >= 0 && low >= 0 && hex.of[static_cast<unsigned char>(text[i + 4])] == -1) {
+    if (n - i > 4 && t[i] == '0' && (t[i + 1] | 0x20) == 'x') {
+        int high = hex.of[t[i + 2]];
+        int low = hex.of[t[i + 3]];
+        if ((high | low) >= 0 && hex.of[t[i + 4]] == -1) {
             *at = i + 5;
             return high << 4 | low;
         }
     }
     for (; i < n; i++) {
-        int k = hex.of[static_cast<unsigned char>(text[i])];
+        int k = hex.of[t[i]];
         if (k >= 0) {
             value = (value << 4) + static_cast<uint32_t>(k);
             gotOne = true;
