@@ -17,11 +17,12 @@
 #include <string>
 #include <vector>
 
+#include "files/image_header.h"
+
 namespace {
 
 // Longer lines are left to libXpm, which reads words into buffers of its own size.
 constexpr size_t LONGEST_WORDS_LINE = 1024;
-constexpr unsigned LARGEST_SIDE = 65535;
 
 // The text as it comes from its source, a part at a time: only what the
 // parse has not yet passed over is kept, so a large picture's text is never
@@ -286,12 +287,15 @@ bool parse_xpm(const XpmSource& source, XpmImage* image, XpmParsed* info)
     if ((words.size() != 4 && words.size() != 6) || !number(words[0], &width) || !number(words[1], &height) ||
         !number(words[2], &ncolors) || !number(words[3], &cpp))
         return false;
+    XpmParsed hot;
     if (words.size() == 6) {
-        if (!number(words[4], &info->hotX) || !number(words[5], &info->hotY))
+        if (!number(words[4], &hot.hotX) || !number(words[5], &hot.hotY))
             return false;
-        info->hotspot = true;
+        hot.hotspot = true;
     }
-    if (width == 0 || height == 0 || width > LARGEST_SIDE || height > LARGEST_SIDE || ncolors == 0 ||
+    // A picture larger than a drawing can be is refused before any read;
+    // one that got this far anyway is libXpm's.
+    if (width == 0 || height == 0 || width > MAX_IMAGE_WIDTH || height > MAX_IMAGE_HEIGHT || ncolors == 0 ||
         (cpp != 1 && cpp != 2) || (cpp == 1 && ncolors > 256) || ncolors > 65535)
         return false;
 
@@ -300,7 +304,6 @@ bool parse_xpm(const XpmSource& source, XpmImage* image, XpmParsed* info)
         return false;
     auto fail = [&]() {
         release(image, table, ncolors);
-        *info = XpmParsed{};
         return false;
     };
     // Which colour each key names, plus one (0: none); a later colour with
@@ -379,6 +382,7 @@ bool parse_xpm(const XpmSource& source, XpmImage* image, XpmParsed* info)
     image->cpp = cpp;
     image->ncolors = ncolors;
     image->colorTable = table;
+    *info = hot;
     return true;
 }
 
