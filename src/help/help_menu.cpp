@@ -67,13 +67,20 @@ Widget build_help_menu(Widget menuBar, void (*showVersion)(Widget parent))
     if (!menuBar)
         return nullptr;
     versionAction = showVersion;
+    // As with the other menus, the pulldown is attached before its items are
+    // made and they are managed together: attached after, or managed one by
+    // one, the menu would work out every item's keys again each time.
     Widget pulldown = XmCreatePulldownMenu(menuBar, const_cast<char*>("Help"), nullptr, 0);
-    for (const HelpItem& item : helpItems) {
-        Widget b = XtVaCreateManagedWidget(item.name, xmPushButtonWidgetClass, pulldown, nullptr);
-        XtAddCallback(b, XmNactivateCallback, help_item_cb, const_cast<HelpItem*>(&item));
-    }
     Widget cascade = XtVaCreateManagedWidget("Help", xmCascadeButtonWidgetClass, menuBar, XmNsubMenuId, pulldown,
                                              nullptr);
+    Widget items[XtNumber(helpItems)];
+    Cardinal count = 0;
+    for (const HelpItem& item : helpItems) {
+        Widget b = XtVaCreateWidget(item.name, xmPushButtonWidgetClass, pulldown, nullptr);
+        XtAddCallback(b, XmNactivateCallback, help_item_cb, const_cast<HelpItem*>(&item));
+        items[count++] = b;
+    }
+    XtManageChildren(items, count);
     XtVaSetValues(menuBar, XmNmenuHelpWidget, cascade, nullptr);
     // The help key anywhere in the window (menus included) ends at the main
     // window, the menu bar's parent.
