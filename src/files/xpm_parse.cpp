@@ -49,30 +49,14 @@ public:
     // The first `what` at or after `from`; npos when the text ends first.
     size_t find(std::string_view what, size_t from)
     {
-        for (;;) {
-            size_t start = from > base_ ? from - base_ : 0;
-            size_t found = buffer_.find(what, start);
-            if (found != std::string::npos)
-                return base_ + found;
-            // A match may straddle what is here and what comes next.
-            from = std::max(from, base_ + buffer_.size() - std::min(buffer_.size(), what.size() - 1));
-            if (!read_more())
-                return std::string_view::npos;
-        }
+        return search(from, what.size() - 1,
+                      [what](std::string_view here, size_t at) { return here.find(what, at); });
     }
 
     // The first byte of `set` at or after `from`; npos when the text ends first.
     size_t find_first_of(std::string_view set, size_t from)
     {
-        for (;;) {
-            size_t start = from > base_ ? from - base_ : 0;
-            size_t found = buffer_.find_first_of(set, start);
-            if (found != std::string::npos)
-                return base_ + found;
-            from = base_ + buffer_.size();
-            if (!read_more())
-                return std::string_view::npos;
-        }
+        return search(from, 0, [set](std::string_view here, size_t at) { return here.find_first_of(set, at); });
     }
 
     // What lies before the parse will not be looked at again.
@@ -87,6 +71,22 @@ public:
 
 private:
     static constexpr size_t PART = 16384;
+
+    // `locate` over what is held, from `from` on, reading more until it
+    // finds or the text ends; a match may straddle what is held and what
+    // comes next by up to `overlap` bytes.
+    template <typename Locate>
+    size_t search(size_t from, size_t overlap, Locate locate)
+    {
+        for (;;) {
+            size_t found = locate(std::string_view(buffer_), from > base_ ? from - base_ : 0);
+            if (found != std::string_view::npos)
+                return base_ + found;
+            from = std::max(from, base_ + buffer_.size() - std::min(buffer_.size(), overlap));
+            if (!read_more())
+                return std::string_view::npos;
+        }
+    }
 
     bool read_more()
     {
